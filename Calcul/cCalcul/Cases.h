@@ -1,0 +1,136 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string_view>
+
+#include "Calcul/cCalcul/CatalogueEntree.h"
+#include "Calcul/cCalcul/CatalogueReport.h"
+#include "Calcul/cCalcul/CatalogueSortie.h"
+
+// Boxes are named where they are used: S["RN_SAL"]. A name becomes its number when the code is compiled, and an unknown
+// name is a compile error. The names are hashed to 64-bit keys and sorted once; the catalogues hold no two equal keys.
+
+namespace kv {
+
+/// Continues the hash of a name (FNV-1a), so that a prefix and a code make a name.
+constexpr std::uint64_t Hache(std::string_view texte, std::uint64_t depart = 0xCBF29CE484222325) {
+    for (const char c : texte) depart = (depart ^ static_cast<unsigned char>(c)) * 0x100000001B3;
+    return depart;
+}
+
+/// The names of one catalogue, sorted by key.
+template <std::size_t N>
+class IndexDesNoms {
+  public:
+    template <class Nom>
+    explicit consteval IndexDesNoms(Nom nom) {
+        for (std::size_t i = 0; i < N; ++i) m_rangs[i] = {Hache(nom(i)), static_cast<std::int16_t>(i)};
+        std::sort(m_rangs.begin(), m_rangs.end(), [](const Rang& a, const Rang& b) { return a.cle < b.cle; });
+        for (std::size_t i = 1; i < N; ++i)
+            if (m_rangs[i - 1].cle == m_rangs[i].cle) throw "two boxes with the same key";
+    }
+
+    /// The number of the box with this key, -1 for none.
+    constexpr int Cherche(std::uint64_t cle) const {
+        const auto rang = std::lower_bound(m_rangs.begin(), m_rangs.end(), cle,
+                                           [](const Rang& r, std::uint64_t c) { return r.cle < c; });
+        return rang != m_rangs.end() && rang->cle == cle ? rang->numero : -1;
+    }
+
+  private:
+    struct Rang {
+        std::uint64_t cle;
+        std::int16_t numero;
+    };
+    std::array<Rang, N> m_rangs{};
+};
+
+inline constexpr int nEntrees = 2128;
+inline constexpr int nSorties = 2288;
+inline constexpr int nReports = 736;
+static_assert(std::size(entree::lignes) == nEntrees);
+static_assert(std::size(sortie::noms) == nSorties);
+static_assert(std::size(report::noms) == nReports);
+
+/// The three catalogues, as the box types below see them.
+struct CatalogueEntree {
+    static constexpr int nombre = nEntrees;
+    static constexpr IndexDesNoms<nEntrees> index{[](std::size_t i) { return entree::lignes[i].nom; }};
+};
+struct CatalogueSortie {
+    static constexpr int nombre = nSorties;
+    static constexpr IndexDesNoms<nSorties> index{[](std::size_t i) { return sortie::noms[i]; }};
+};
+struct CatalogueReport {
+    static constexpr int nombre = nReports;
+    static constexpr IndexDesNoms<nReports> index{[](std::size_t i) { return report::noms[i]; }};
+};
+
+/// A box of one catalogue: its number, or -1 for "no box" in a table that leaves one out.
+template <class Catalogue>
+struct Case {
+    int numero = -1;
+
+    constexpr Case() = default;
+    consteval Case(const char* nom) : Case(nom, "") {}
+    consteval Case(const char* debut, const char* fin) : numero(Catalogue::index.Cherche(Hache(fin, Hache(debut)))) {
+        if (numero < 0) throw "no box has this name";
+    }
+    static constexpr Case Numero(int numero) {
+        Case c;
+        c.numero = numero;
+        return c;
+    }
+    constexpr explicit operator bool() const { return numero >= 0; }
+    /// The box that stands n places further in the catalogue.
+    constexpr Case operator+(int n) const { return Numero(numero + n); }
+    friend constexpr bool operator==(Case, Case) = default;
+};
+
+using CaseEntree = Case<CatalogueEntree>;
+using CaseSortie = Case<CatalogueSortie>;
+using CaseReport = Case<CatalogueReport>;
+
+/// How many boxes have a mark: the size of the area that holds their slots.
+consteval int NombreMarques(entree::Marque marque, int avant = nEntrees) {
+    int n = 0;
+    for (int i = 0; i < avant; ++i) n += (entree::lignes[i].marques & marque) != 0;
+    return n;
+}
+
+/// The boxes that have a mark, in catalogue order: box k has slot k of the area.
+template <entree::Marque marque>
+inline constexpr auto boites = [] {
+    std::array<CaseEntree, static_cast<std::size_t>(NombreMarques(marque))> trouvees{};
+    std::size_t n = 0;
+    for (int i = 0; i < nEntrees; ++i)
+        if (entree::lignes[i].marques & marque) trouvees[n++] = CaseEntree::Numero(i);
+    return trouvees;
+}();
+
+/// A slot of a companion area, named after the entry box that has it: TI["2DC"].
+template <entree::Marque marque>
+struct Compagnon {
+    int numero;
+
+    consteval Compagnon(const char* nom) : numero(NombreMarques(marque, CaseEntree(nom).numero)) {
+        if (!(entree::lignes[CaseEntree(nom).numero].marques & marque)) throw "the box has no slot in this area";
+    }
+    static constexpr Compagnon Numero(int numero) { return Compagnon(numero); }
+
+  private:
+    constexpr explicit Compagnon(int n) : numero(n) {}
+};
+
+using CaseTI = Compagnon<entree::TI>;
+using CaseTIX = Compagnon<entree::TIX>;
+using CaseTK = Compagnon<entree::TK>;
+using CaseQuotient = Compagnon<entree::Quotient>;
+
+}  // namespace kv
+
+using kv::CaseEntree;
+using kv::CaseReport;
+using kv::CaseSortie;

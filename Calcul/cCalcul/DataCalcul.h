@@ -1,0 +1,119 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Calcul/cCalcul/Cases.h"
+
+// Every value of one return: what the host fills in, what the computation finds.
+
+/// Amounts of exceptional income by coefficient. Where the coefficient divides, 0 stands for 4.
+using MapDeQuotients = std::map<std::int32_t, std::int32_t>;
+
+namespace kv {
+
+/// Signed 32-bit values, one per box or companion slot, read and written by the name of the box.
+template <class Case, int N>
+struct Zone {
+    static constexpr int nombre = N;
+    std::array<std::int32_t, N> valeurs{};
+
+    std::int32_t& operator[](Case c) { return valeurs[static_cast<std::size_t>(c.numero)]; }
+    std::int32_t operator[](Case c) const { return valeurs[static_cast<std::size_t>(c.numero)]; }
+};
+
+/// Texts, one per output box.
+struct ZoneTextes {
+    std::array<std::u16string, nSorties> valeurs;
+
+    std::u16string& operator[](CaseSortie c) { return valeurs[static_cast<std::size_t>(c.numero)]; }
+    const std::u16string& operator[](CaseSortie c) const { return valeurs[static_cast<std::size_t>(c.numero)]; }
+};
+
+inline constexpr int nQuotients = NombreMarques(entree::Quotient);
+inline constexpr int nTI = NombreMarques(entree::TI);
+inline constexpr int nTIX = NombreMarques(entree::TIX);
+inline constexpr int nTK = NombreMarques(entree::TK);
+static_assert(nQuotients == 87 && nTI == 115 && nTIX == 81 && nTK == 77);
+
+using ZoneEntree = Zone<CaseEntree, nEntrees>;
+using ZoneSortie = Zone<CaseSortie, nSorties>;
+
+}  // namespace kv
+
+/// The working figures of the quotient computation for one coefficient.
+///
+/// A figure of three persons takes three consecutive values: first declarant, second declarant, dependants.
+struct CCalcQuotient {
+    static constexpr int nValeurs = 120;
+
+    explicit CCalcQuotient(std::int32_t id) : nId(id) {}
+
+    std::int32_t nId;  ///< the coefficient
+    std::array<std::int32_t, nValeurs> nValeur{};
+};
+static_assert(sizeof(CCalcQuotient) == 4 * 121);
+
+class CDataCalcul {
+  public:
+    using Quotients = std::vector<std::unique_ptr<CCalcQuotient>>;
+
+    std::array<MapDeQuotients, kv::nQuotients> MapsQuotients;  ///< by map number, the `nQuotient` of the entry box
+    Quotients ListeQuotients;            ///< one record per coefficient ever stored, in order of first appearance
+    CCalcQuotient QuotientTotal{0};      ///< totals over all records
+    CCalcQuotient QuotientOrdinaire{1};  ///< the ordinary income
+    kv::ZoneEntree Entree;               ///< what the host fills in
+    kv::Zone<kv::CaseTI, kv::nTI> TI;    ///< companion amounts of entry boxes
+    kv::Zone<kv::CaseTIX, kv::nTIX> TIX;
+    kv::Zone<kv::CaseTIX, kv::nTIX> TIY;
+    kv::Zone<kv::CaseTK, kv::nTK> TK;
+    kv::Zone<kv::CaseTK, kv::nTK> TKZ;
+    std::array<kv::ZoneSortie, 3> Colonne;      ///< the three auxiliary figures of an output box
+    kv::ZoneSortie Sortie;                      ///< what the computation finds
+    kv::ZoneTextes Detail;                      ///< how an output was found, for the reader
+    kv::Zone<CaseReport, kv::nReports> Report;  ///< next year's return
+
+    CDataCalcul() = default;
+    CDataCalcul(const CDataCalcul&) = delete;
+    CDataCalcul& operator=(const CDataCalcul&) = delete;
+
+    // Quotient store.
+
+    /// Stores an amount of exceptional income (map 0 to 86); an amount already stored for the coefficient is kept.
+    void AjouteQuotient(int map, std::int32_t coefficient, std::int32_t montant);
+    /// The amount stored, 0 for none or for the unset value.
+    std::int32_t Quotient(int map, std::int32_t coefficient) const;
+    /// The amounts of a box over all coefficients.
+    std::int32_t QuotientTousCoefficients(kv::CaseQuotient box) const;
+
+    // Whole areas.
+
+    /// Value, columns and text of one output to nothing.
+    void RemetAZero(CaseSortie sortie);
+    /// Which outputs a reset clears.
+    enum class Raz { ToutSaufPlafondsPERP, Partielle };
+    /// Clears every output but the ten retirement-savings ceilings, or those that the catalogue marks.
+    void RemetSortiesAZero(Raz raz);
+    /// Entries, companions, carry-forwards and outputs to nothing; the quotient store stays.
+    void Vide();
+    /// Takes the entries, companions, carry-forwards and quotients of another return; the outputs stay.
+    void CopieValeurs(const CDataCalcul& source);
+
+    // Lines: an output with its three columns.
+
+    /// Adds (or subtracts) a line to another one, value and columns.
+    void Ajoute(CaseSortie vers, CaseSortie ligne);
+    void Soustrait(CaseSortie vers, CaseSortie ligne);
+    /// Gives a line the value and columns of another one.
+    void Copie(CaseSortie vers, CaseSortie ligne);
+    /// Value and columns to 0; the text stays.
+    void Annule(CaseSortie ligne);
+    /// Value = sum of the columns.
+    void Totalise(CaseSortie ligne);
+    /// Sets base (column 2) and rate (column 3).
+    void BaseEtTaux(CaseSortie ligne, std::int32_t base, std::int32_t taux);
+};

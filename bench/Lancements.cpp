@@ -1,0 +1,73 @@
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <random>
+
+#include "Calcul/cCalcul/DataCalcul.h"
+#include "Calcul/pCalculN/Pilote.h"
+
+// How long a launch takes, and what it is made of.
+
+namespace {
+
+struct Valeur {
+    CaseEntree box;
+    std::int32_t valeur;
+};
+
+std::unique_ptr<CDataCalcul> Retour(std::initializer_list<Valeur> entrees) {
+    auto data = std::make_unique<CDataCalcul>();
+    for (const Valeur& v : entrees) data->Entree[v.box] = v.valeur;
+    return data;
+}
+
+void Lance(benchmark::State& etat, CDataCalcul& data) {
+    for (auto _ : etat) benchmark::DoNotOptimize(kv::Lance(data, nullptr, true, -1.0));
+}
+
+void Celibataire(benchmark::State& etat) { Lance(etat, *Retour({{"1AJ", 30000}})); }
+BENCHMARK(Celibataire);
+
+void CoupleAvecEnfants(benchmark::State& etat) {
+    Lance(etat, *Retour({{"M", 1},
+                         {"Fm", 2},
+                         {"1AJ", 42000},
+                         {"1BJ", 31000},
+                         {"1AK", 5200},
+                         {"1BS", 4000},
+                         {"2DC", 1500},
+                         {"2TR", 800},
+                         {"4BE", 6000},
+                         {"5KO", 9000},
+                         {"6EL", 3000},
+                         {"7UF", 400},
+                         {"7DB", 2500}}));
+}
+BENCHMARK(CoupleAvecEnfants);
+
+void TroisCentsCases(benchmark::State& etat) {
+    const auto data = Retour({{"M", 1}, {"Fm", 2}});
+    std::mt19937 hasard(2017);
+    for (int n = 0; n < 300;) {
+        const CaseEntree box = CaseEntree::Numero(static_cast<int>(hasard() % kv::nEntrees));
+        if (const char initiale = kv::entree::lignes[box.numero].nom[0]; initiale < '1' || initiale > '7') continue;
+        data->Entree[box] = static_cast<std::int32_t>(hasard() % 20000);
+        ++n;
+    }
+    Lance(etat, *data);
+}
+BENCHMARK(TroisCentsCases);
+
+void Construction(benchmark::State& etat) {
+    for (auto _ : etat) benchmark::DoNotOptimize(std::make_unique<CDataCalcul>());
+}
+BENCHMARK(Construction);
+
+void Raz(benchmark::State& etat, CDataCalcul::Raz raz) {
+    const auto data = std::make_unique<CDataCalcul>();
+    for (auto _ : etat) data->RemetSortiesAZero(raz);
+}
+BENCHMARK_CAPTURE(Raz, complete, CDataCalcul::Raz::ToutSaufPlafondsPERP);
+BENCHMARK_CAPTURE(Raz, partielle, CDataCalcul::Raz::Partielle);
+
+}  // namespace

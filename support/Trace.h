@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+// The optional trace of a computation: one line per step, value and re-run, indented by level.
+
+namespace kv {
+
+/// The trace of one computation. Nothing is written unless it is on.
+struct Trace {
+    bool m_bTrace = false;
+    std::u16string m_sFichierTrace;
+    std::int32_t m_nNiveau = 3;  ///< indentation of the next line
+
+    /// Turns the trace on when the marker file of this host exists: KV_TEMP/<host>.inf in the temporary directory.
+    void Ouvre();
+    /// Deletes the file of an earlier launch.
+    void SupprimeFichier() const;
+
+    /// A line at the current level: time + " : " + indentation + text.
+    void Ligne(std::u16string_view texte) const {
+        if (m_bTrace) Ecrit(m_nNiveau, texte);
+    }
+    /// A value line.
+    void Valeur(std::u16string_view nom, std::int32_t valeur) const;
+    /// A re-run line, at the level of the line of the step that writes it.
+    void Relance(std::u16string_view message) const {
+        if (m_bTrace) Ecrit(m_nNiveau - 1, message);
+    }
+
+  private:
+    void Ecrit(std::int32_t niveau, std::u16string_view texte) const;
+};
+
+/// One step: writes its line, then indents what it runs until the end of the scope.
+class Etape {
+  public:
+    Etape(Trace& trace, std::u16string_view libelle) : m_trace(trace) {
+        m_trace.Ligne(libelle);
+        ++m_trace.m_nNiveau;
+    }
+    ~Etape() { --m_trace.m_nNiveau; }
+    Etape(const Etape&) = delete;
+    Etape& operator=(const Etape&) = delete;
+
+  private:
+    Trace& m_trace;
+};
+
+}  // namespace kv

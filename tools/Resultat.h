@@ -1,0 +1,24 @@
+#pragma once
+
+#include <ostream>
+#include <string>
+
+#include "tools/Retour.h"
+
+namespace outil {
+
+/// How a result is written.
+enum class Forme {
+    Resume,   ///< sections that a person reads
+    Json,     ///< the non-zero outputs by name, on one line
+    Complet,  ///< value, columns and text of every output that has any, the entries, the carry-forwards, on one line
+};
+
+/// Writes the result of a computed return.
+void EcritResultat(std::ostream& sortie, Retour& retour, bool reussi, Forme forme);
+/// Writes an error object, on one line.
+void EcritErreur(std::ostream& sortie, const std::string& message);
+/// The sections that a person reads.
+void EcritResume(std::ostream& sortie, const CDataCalcul& data);
+
+}  // namespace outil

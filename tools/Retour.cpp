@@ -1,0 +1,217 @@
+#include "tools/Retour.h"
+
+#include <array>
+#include <limits>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <set>
+
+#include "Calcul/cCalcul/Catalogues.h"
+#include "Calcul/pInitCalcul/KVCalcul.h"
+#include "support/KVTarvel.h"
+
+namespace outil {
+
+namespace {
+
+using nlohmann::json;
+
+// Counts the lines that the parser has gone through.
+struct IterateurDeLignes {
+    using iterator_category = std::input_iterator_tag;
+    using value_type = char;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const char*;
+    using reference = const char&;
+
+    const char* courant;
+    int* ligne;
+
+    reference operator*() const { return *courant; }
+    IterateurDeLignes& operator++() {
+        if (*courant++ == '\n') ++*ligne;
+        return *this;
+    }
+    bool operator==(const IterateurDeLignes& autre) const { return courant == autre.courant; }
+    bool operator!=(const IterateurDeLignes& autre) const { return courant != autre.courant; }
+};
+
+// The sections that hold amounts by box, and where each amount goes.
+struct Section {
+    const char* nom;
+    std::int32_t* (*valeur)(CDataCalcul&, const CaseEntreeDef&);  // null when the box has no such slot
+};
+
+template <class Zone>
+std::int32_t* Slot(Zone& zone, std::int32_t slot) {
+    return slot < 0 ? nullptr : &zone.valeurs[static_cast<std::size_t>(slot)];
+}
+
+constexpr Section sections[] = {
+    {"entries", [](CDataCalcul& d, const CaseEntreeDef& c) { return &d.Entree.valeurs[c.Index]; }},
+    {"ti", [](CDataCalcul& d, const CaseEntreeDef& c) { return Slot(d.TI, c.nTI); }},
+    {"tix", [](CDataCalcul& d, const CaseEntreeDef& c) { return Slot(d.TIX, c.nTIX); }},
+    {"tiy", [](CDataCalcul& d, const CaseEntreeDef& c) { return Slot(d.TIY, c.nTIY); }},
+    {"tk", [](CDataCalcul& d, const CaseEntreeDef& c) { return Slot(d.TK, c.nTK); }},
+    {"tkz", [](CDataCalcul& d, const CaseEntreeDef& c) { return Slot(d.TKZ, c.nTKZ); }},
+};
+
+// Follows the parser through a return. The structure is small and fixed: sections of amounts by box, amounts by box and
+// coefficient, and three settings.
+class Lecteur : public nlohmann::json_sax<json> {
+  public:
+    Lecteur(Retour& retour, const std::string& fichier, const int& ligne)
+        : m_retour(retour), m_fichier(fichier), m_ligne(ligne) {}
+
+    bool key(string_t& nom) override {
+        if (!m_clesVues[m_profondeur].insert(nom).second) Erreur("key \"" + nom + "\" stands twice");
+        m_cles[m_profondeur] = nom;
+        if (m_profondeur == 1) ChoisitSection(nom);
+        if (m_profondeur == 2) m_box = Box(nom);
+        return true;
+    }
+
+    bool number_integer(number_integer_t n) override { return Entier(n); }
+    bool number_unsigned(number_unsigned_t n) override {
+        return Entier(n > std::numeric_limits<std::int32_t>::max() ? std::numeric_limits<std::int64_t>::max()
+                                                                   : static_cast<std::int64_t>(n));
+    }
+    bool number_float(number_float_t x, const string_t& texte) override {
+        if (m_profondeur == 1 && m_cles[1] == "indexation") return m_retour.indexation = x, true;
+        return Erreur(Ou() + texte + " is not a 32-bit integer");
+    }
+    bool string(string_t& texte) override {
+        if (m_profondeur == 1 && m_cles[1] == "launch") return Lancement(texte);
+        if (m_dansPeriode) return Date(texte);
+        return Erreur(Ou() + "\"" + texte + "\" is not a 32-bit integer");
+    }
+    bool boolean(bool) override { return Erreur(Ou() + "a boolean is not a 32-bit integer"); }
+    bool null() override { return Erreur(Ou() + "null is not a 32-bit integer"); }
+    bool binary(binary_t&) override { return Erreur(Ou() + "binary data is not a 32-bit integer"); }
+
+    bool start_object(std::size_t) override {
+        const bool permis = m_profondeur == 0 || (m_profondeur == 1 && (m_section || m_cles[1] == "quotients")) ||
+                            (m_profondeur == 2 && !m_section);
+        if (!permis || m_dansPeriode) Erreur(Ou() + "an object does not belong here");
+        m_clesVues[++m_profondeur].clear();
+        return true;
+    }
+    bool end_object() override {
+        if (--m_profondeur == 0 && m_dates == 1) Erreur("period needs two dates");
+        return true;
+    }
+    bool start_array(std::size_t) override {
+        if (m_profondeur != 1 || m_cles[1] != "period") Erreur(Ou() + "a list does not belong here");
+        return m_dansPeriode = true;
+    }
+    bool end_array() override {
+        if (m_dates != 2) Erreur("period needs two dates");
+        return m_dansPeriode = false, true;
+    }
+    bool parse_error(std::size_t, const std::string&, const json::exception& e) override {
+        std::string message =
+            e.what();  // "[json.exception.parse_error.101] parse error at line 1, column 2: what it is"
+        const std::size_t ou = message.find(": ");
+        return Erreur("not valid JSON: " + (ou == std::string::npos ? message : message.substr(ou + 2)));
+    }
+
+  private:
+    [[noreturn]] bool Erreur(const std::string& message) const {
+        throw ErreurEntree(m_fichier + ":" + std::to_string(m_ligne) + ": " + message);
+    }
+
+    // Where a value stands, to begin a message with.
+    std::string Ou() const {
+        if (m_profondeur == 0) return "a return is an object: ";
+        std::string ou = m_cles[1];
+        if (m_profondeur >= 2) ou += ", box " + m_cles[2];
+        if (m_profondeur >= 3) ou += ", coefficient " + m_cles[3];
+        return ou + ": ";
+    }
+
+    void ChoisitSection(const std::string& nom) {
+        m_section = nullptr;
+        for (const Section& section : sections)
+            if (nom == section.nom) m_section = &section;
+        if (m_section || nom == "quotients" || nom == "launch" || nom == "indexation" || nom == "period") return;
+        Erreur("unknown key \"" + nom + "\"");
+    }
+
+    const CaseEntreeDef* Box(const std::string& nom) const {
+        const int numero = kv::NumeroEntree(nom);
+        if (numero < 0) Erreur("unknown entry box " + nom);
+        const CaseEntreeDef& fiche = TableEntree[static_cast<std::size_t>(numero)];
+        if (m_section ? !m_section->valeur(*m_retour.data, fiche) : fiche.nQuotient < 0)
+            Erreur("box " + nom + " has no amount in \"" + m_cles[1] + "\"");
+        return &fiche;
+    }
+
+    bool Entier(std::int64_t n) {
+        if (m_profondeur == 1 && m_cles[1] == "indexation") return m_retour.indexation = static_cast<double>(n), true;
+        if (n < std::numeric_limits<std::int32_t>::min() || n > std::numeric_limits<std::int32_t>::max())
+            Erreur(Ou() + "the value is not a 32-bit integer");
+        const auto valeur = static_cast<std::int32_t>(n);
+        if (m_profondeur == 2 && m_section)
+            *m_section->valeur(*m_retour.data, *m_box) = valeur;
+        else if (m_profondeur == 3)
+            m_retour.data->AjouteQuotient(m_box->nQuotient, Coefficient(), valeur);
+        else
+            Erreur(Ou() + "a number does not belong here");
+        return true;
+    }
+
+    std::int32_t Coefficient() const {
+        try {
+            std::size_t lus = 0;
+            const int coefficient = std::stoi(m_cles[3], &lus);
+            if (lus == m_cles[3].size()) return coefficient;
+        } catch (const std::logic_error&) {
+        }
+        Erreur(Ou() + "the coefficient is not a 32-bit integer");
+    }
+
+    bool Lancement(const std::string& texte) {
+        if (texte != "normal" && texte != "options")
+            Erreur("launch is \"normal\" or \"options\", not \"" + texte + "\"");
+        m_retour.options = texte == "options";
+        return true;
+    }
+
+    bool Date(const std::string& texte) {
+        const std::int32_t date = DateToInt(kv::VersUtf16(texte), false);
+        if (date == 0) Erreur("period: \"" + texte + "\" is not a date (AAAA-MM-JJ)");
+        if (m_dates == 2) Erreur("period needs two dates");
+        (m_dates++ == 0 ? m_retour.periode.Deb : m_retour.periode.Fin) =
+            kv::Date(date / 10000, date / 100 % 100, date % 100);
+        return true;
+    }
+
+    Retour& m_retour;
+    const std::string& m_fichier;
+    const int& m_ligne;
+    std::size_t m_profondeur = 0;
+    std::array<std::string, 5> m_cles;
+    std::array<std::set<std::string>, 5> m_clesVues;
+    const Section* m_section = nullptr;
+    const CaseEntreeDef* m_box = nullptr;
+    bool m_dansPeriode = false;
+    int m_dates = 0;
+};
+
+}  // namespace
+
+bool Retour::Calcule() {
+    return options ? KV_CalculPFUEtCIMR(data.get(), &periode, true, indexation, false, true)
+                   : KV_Calcul(data.get(), &periode, true, indexation);
+}
+
+Retour LisRetour(std::string_view texte, const std::string& fichier, int premiereLigne) {
+    Retour retour;
+    int ligne = premiereLigne;
+    Lecteur lecteur(retour, fichier, ligne);
+    json::sax_parse(IterateurDeLignes{texte.data(), &ligne}, IterateurDeLignes{texte.data() + texte.size(), &ligne},
+                    &lecteur);
+    return retour;
+}
+
+}  // namespace outil

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "Calcul/cCalcul/DataCalcul.h"
+#include "KVCommun/cPeriode/Periode.h"
+
+// A return as a file describes it, and what its computation gives.
+
+namespace outil {
+
+/// Input that can't be used; the message names the file, the line and the box.
+struct ErreurEntree : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+/// A return to compute.
+struct Retour {
+    std::unique_ptr<CDataCalcul> data = std::make_unique<CDataCalcul>();
+    TPeriode periode{2017};
+    double indexation = -1.0;
+    bool options = false;  ///< launch with the options on capital income
+
+    /// Launches the computation; false when it failed.
+    bool Calcule();
+};
+
+/// Reads a return from JSON. fichier and premiereLigne say where the text stands, for the messages.
+/// Throws ErreurEntree for anything that is not exactly a return.
+Retour LisRetour(std::string_view json, const std::string& fichier, int premiereLigne = 1);
+
+}  // namespace outil

@@ -1,0 +1,130 @@
+#include <CLI/CLI.hpp>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <optional>
+#include <regex>
+
+#include "Calcul/cCalcul/Catalogues.h"
+#include "tools/Resultat.h"
+#include "tools/Retour.h"
+
+// kvcalcul, a command-line host of the library.
+
+namespace {
+
+using outil::ErreurEntree;
+using outil::Forme;
+
+enum Statut { Calcule = 0, Echec = 1, MauvaiseEntree = 2 };
+
+std::ifstream Ouvre(const std::string& fichier) {
+    std::ifstream entree(fichier, std::ios::binary);
+    if (!entree) throw ErreurEntree(fichier + ": cannot be read");
+    return entree;
+}
+
+int Run(const std::string& fichier, Forme forme) {
+    std::ifstream entree = Ouvre(fichier);
+    const std::string texte(std::istreambuf_iterator<char>(entree), {});
+    if (entree.bad()) throw ErreurEntree(fichier + ": cannot be read");
+    outil::Retour retour = outil::LisRetour(texte, fichier);
+    const bool reussi = retour.Calcule();
+    outil::EcritResultat(std::cout, retour, reussi, forme);
+    return reussi ? Calcule : Echec;
+}
+
+// One return per line in, one result per line out: memory does not grow with the number of lines.
+int Batch(const std::string& fichier, const std::string& fichierSortie, Forme forme) {
+    std::ifstream fichierEntree;
+    std::ofstream versFichier;
+    if (!fichier.empty()) fichierEntree = Ouvre(fichier);
+    if (!fichierSortie.empty()) {
+        versFichier.open(fichierSortie, std::ios::binary);
+        if (!versFichier) throw ErreurEntree(fichierSortie + ": cannot be written");
+    }
+    std::istream& entree = fichier.empty() ? std::cin : fichierEntree;
+    std::ostream& sortie = fichierSortie.empty() ? std::cout : versFichier;
+    const std::string nom = fichier.empty() ? "standard input" : fichier;
+
+    Statut statut = Calcule;
+    std::string ligne;
+    for (int numero = 1; std::getline(entree, ligne); ++numero) {
+        try {
+            outil::Retour retour = outil::LisRetour(ligne, nom, numero);
+            const bool reussi = retour.Calcule();
+            outil::EcritResultat(sortie, retour, reussi, forme);
+            if (!reussi) statut = Echec;
+        } catch (const ErreurEntree& e) {
+            outil::EcritErreur(sortie, e.what());
+            statut = Echec;
+        }
+    }
+    sortie.flush();
+    if (!sortie)
+        throw ErreurEntree((fichierSortie.empty() ? "standard output" : fichierSortie) + ": cannot be written");
+    return statut;
+}
+
+int Boxes(const std::string& motif) {
+    std::regex expression;
+    try {
+        expression = std::regex(motif, std::regex::icase);
+    } catch (const std::regex_error&) {
+        throw ErreurEntree("\"" + motif + "\" is not a regular expression");
+    }
+    const auto retenue = [&](const char* nom) { return std::regex_search(nom, expression); };
+    for (const CaseEntreeDef& c : TableEntree) {
+        const char* nom = kv::entree::lignes[c.Index].nom;
+        if (!retenue(nom)) continue;
+        std::cout << "entry    " << c.Index << '\t' << nom << "\tperson " << c.Type;
+        if (c.CaseLiee >= 0) std::cout << "\tlinked to " << kv::entree::lignes[c.CaseLiee].nom;
+        for (const auto& [zone, slot] : {std::pair("quotient", c.nQuotient), std::pair("ti", c.nTI),
+                                         std::pair("tix", c.nTIX), std::pair("tk", c.nTK)})
+            if (slot >= 0) std::cout << '\t' << zone << ' ' << slot;
+        std::cout << '\n';
+    }
+    for (std::size_t j = 0; j < kv::nSorties; ++j)
+        if (retenue(kv::sortie::noms[j])) std::cout << "output   " << j << '\t' << kv::sortie::noms[j] << '\n';
+    for (std::size_t r = 0; r < kv::nReports; ++r)
+        if (retenue(kv::report::noms[r])) std::cout << "carry    " << r << '\t' << kv::report::noms[r] << '\n';
+    return Calcule;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app{"Computes French income-tax returns (form 2042, income of 2017)."};
+    app.require_subcommand(1);
+    std::string fichier, sortie, motif;
+    bool json = false, complet = false;
+    const auto formes = [&](CLI::App* commande) {
+        auto* drapeauJson = commande->add_flag("--json", json, "print the non-zero outputs by name");
+        commande->add_flag("--full", complet, "print value, columns and text of every output, entries, carry-forwards")
+            ->excludes(drapeauJson);
+    };
+
+    CLI::App* run = app.add_subcommand("run", "compute one return and print a summary");
+    run->add_option("FILE", fichier, "a return in JSON")->required();
+    formes(run);
+    CLI::App* batch = app.add_subcommand("batch", "compute one return per line, write one result per line");
+    batch->add_option("IN", fichier, "returns, one per line (default: standard input)");
+    batch->add_option("-o", sortie, "results (default: standard output)");
+    formes(batch);
+    CLI::App* boxes = app.add_subcommand("boxes", "list the box catalogues");
+    boxes->add_option("PATTERN", motif, "keep the names that this regular expression finds");
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& e) {
+        return app.exit(e) == 0 ? Calcule : MauvaiseEntree;
+    }
+    try {
+        if (*run) return Run(fichier, complet ? Forme::Complet : json ? Forme::Json : Forme::Resume);
+        if (*batch) return Batch(fichier, sortie, complet ? Forme::Complet : Forme::Json);
+        return Boxes(motif);
+    } catch (const ErreurEntree& e) {
+        std::cerr << e.what() << '\n';
+        return MauvaiseEntree;
+    }
+}
