@@ -74,9 +74,12 @@ struct Case {
     int numero = -1;
 
     constexpr Case() = default;
-    consteval Case(const char* nom) : Case(nom, "") {}
-    consteval Case(const char* debut, const char* fin) : numero(Catalogue::index.Cherche(Hache(fin, Hache(debut)))) {
+    consteval Case(const char* nom) : numero(Catalogue::index.Cherche(Hache(nom))) {
         if (numero < 0) throw "no box has this name";
+    }
+    /// The box whose name is made of two parts; "no box" when there is none.
+    static consteval Case De(const char* debut, const char* fin) {
+        return Numero(Catalogue::index.Cherche(Hache(fin, Hache(debut))));
     }
     static constexpr Case Numero(int numero) {
         Case c;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <string>
@@ -108,6 +109,10 @@ class CDataCalcul {
     /// Adds (or subtracts) a line to another one, value and columns.
     void Ajoute(CaseSortie vers, CaseSortie ligne);
     void Soustrait(CaseSortie vers, CaseSortie ligne);
+    /// Adds several lines to another one.
+    void AjouteTout(CaseSortie vers, std::initializer_list<CaseSortie> lignes) {
+        for (const CaseSortie ligne : lignes) Ajoute(vers, ligne);
+    }
     /// Gives a line the value and columns of another one.
     void Copie(CaseSortie vers, CaseSortie ligne);
     /// Value and columns to 0; the text stays.

@@ -33,6 +33,18 @@ class CCalcul {
         return nArrondi(dMul(seuil, dDiv(dMul(taux, 100.0) + 10000.0, 10000.0)));
     }
 
+    /// Sums of boxes.
+    std::int32_t SommeE(std::initializer_list<CaseEntree> boxes) const {
+        std::int32_t somme = 0;
+        for (const CaseEntree box : boxes) somme += E[box];
+        return somme;
+    }
+    std::int32_t SommeS(std::initializer_list<CaseSortie> sorties) const {
+        std::int32_t somme = 0;
+        for (const CaseSortie sortie : sorties) somme += S[sortie];
+        return somme;
+    }
+
     CDataCalcul* const m_pData;
     const double m_dTauxIndexation;
     kv::Trace m_trace;

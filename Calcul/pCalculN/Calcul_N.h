@@ -38,6 +38,36 @@ struct MemoireSalaires {
     std::int32_t salaires = 0, deduction = 0, fraisRetenus = 0, pensions = 0, abattement = 0;
 };
 
+/// Receipts of one kind under a micro regime, and the allowance on them.
+struct RecettesMicro {
+    std::int32_t recettes = 0, abattement = 0;
+};
+
+/// The categories whose deficits come off their own profits only.
+enum class CategorieNonPro { Bnc, Bic, Meuble };
+
+/// One of them: its result, what is imputed on it, what is carried, CGI art. 156 I.
+struct CategorieDeficit {
+    CaseSortie resultat, impute, deficit;
+    CaseSortie anterieurs, imputes, annee, perdus, reste;
+    std::array<CaseEntree, 10> boxes;  ///< deficits of earlier years, the oldest first
+    CategorieNonPro categorie;
+    bool deficitParPersonne;
+    bool effaceSiNul;  ///< nothing left to carry: the detail is not shown
+};
+
+/// What the steps keep from one pass of a computation to the next.
+struct MemoirePasses {
+    std::array<std::array<RecettesMicro, 4>, nPersonnes> microBic{};  ///< sales and services, professional then not
+    std::array<std::array<RecettesMicro, 2>, nPersonnes> microBnc{};  ///< professional, non-professional
+    std::array<std::int32_t, 3> deficitsPerdus{};                     ///< lapsed deficits by non-professional category
+    std::int32_t baseMobiliers = 0;                                   ///< investment income of the normal pass
+    std::int32_t deficitMobilier = 0;
+    std::int32_t deficitFoncier = 0;
+    std::int32_t deficitFoncierPerdu = 0;
+    std::int32_t deficitAgricolePerdu = 0;
+};
+
 }  // namespace kv
 
 /// The income tax of 2017: the numbered steps, run over one return.
@@ -64,6 +94,8 @@ class CCalcul_N final : public CCalcul {
     bool UneOptionSaisie() const { return E["PFU"] != 0 || E["BAR"] != 0 || E["AVA"] != 0 || E["CIMR"] != 0; }
     /// The options on capital income and the modernisation credit apply.
     bool Options() const { return m_bOptionsForcees || (m_bOptionsSiSaisies && UneOptionSaisie()); }
+    /// The income is taxed as declared, whatever the option switches of the caller.
+    bool SelonLaDeclaration() const { return !m_bOptionsForcees || (m_bOptionsSiSaisies && UneOptionSaisie()); }
     /// The rates of the following year apply (raised social levies).
     bool NouveauxTaux() const { return (m_bOptionsForcees && UneOptionSaisie()) || m_bOptionsSiSaisies; }
 
@@ -80,6 +112,35 @@ class CCalcul_N final : public CCalcul {
     void RevenusBrut(kv::Passe passe);
     void RevenusSalaires(kv::Passe passe);
     void RentesViageres();
+    void RevenusNonSalaries(kv::Passe passe);
+    void MicroBic(std::size_t personne, kv::Passe passe);
+    void MicroBnc(std::size_t personne, kv::Passe passe);
+    void MicroBa(std::size_t personne);
+    void ImputeDeficit(CaseSortie resultat, CaseSortie impute, std::int32_t deficits);
+    void DeficitsNonProfessionnels(const kv::CategorieDeficit& categorie, kv::Passe passe);
+    void MajorationsSansCentre();
+    void RevenusExoneres();
+    void RevenusMobiliers(kv::Passe passe);
+    void MobiliersMondiaux();
+    void PrelevementLiberatoire(std::int32_t plafond, std::int32_t assuranceVie);
+    void RevenusFonciers(kv::Passe passe);
+    void RevenusDivers(kv::Passe passe);
+    void RevenusTauxForf();
+    void PrelevLib();
+
+    // Exceptional income.
+    void RevenusBrutQuotient(kv::Passe passe);
+    void PartageDeductions();
+    void PartageMobiliers();
+    void SortiesQuotient();
+
+    // Foreign income.
+    /// How far a re-run goes.
+    enum class Jusque { RevenuNet, Impot, Corrections };
+    void Relance(const TPeriode& periode, kv::Passe passe, Jusque jusque);
+    std::int32_t RevenuNetDesAbattements() const;
+    void RevenusTM(const TPeriode& periode);
+    void RevenusEtrangers(const TPeriode& periode);
 
     // Net and taxable income.
     void RevenusNet();
@@ -89,6 +150,10 @@ class CCalcul_N final : public CCalcul {
     void Charge(CaseSortie ligne, std::int32_t declare, std::int32_t retenu, std::int32_t& reste);
     void Abattements();
     void RevenusImposables();
+    void RevenuFiscalRef(const TPeriode& periode);
+    std::int32_t CorrectionQuotient();
+    std::int32_t GainsMobiliersNets() const;
+    void RevenusNetFrais();
 
     kv::Bareme m_Bareme{};
     const bool m_bOptionsForcees;
@@ -104,6 +169,8 @@ class CCalcul_N final : public CCalcul {
         std::int32_t nTauxMarginalFige = 0;   ///< marginal rate of the worldwide pass, hundredths of a percent
         std::int32_t nRevenusDejaSoumis = 0;  ///< capital income that already bore the levies, flat-tax variant
         std::int32_t nRevenusDejaSoumisReste = 0;
+        std::int32_t nBaseMobiliersSociale = 0;  ///< capital income that the social levies start from
+        kv::MemoirePasses passes;
         std::array<kv::MemoireSalaires, kv::nMembres> salaires{};
     } m_travail;
 };

@@ -42,14 +42,18 @@ void CCalcul_N::TraceEntrees(const TPeriode& periode) {
     }
 }
 
-// Which steps run where. Steps 4 and 5 run inside step 3.
-void CCalcul_N::ChaineNormale(const TPeriode&) {
+// Which steps run where. Steps 4 to 10 run inside step 3.
+void CCalcul_N::ChaineNormale(const TPeriode& periode) {
     NombreParts();
     RevenusBrut(kv::Passe::Normale);
+    RevenusBrutQuotient(kv::Passe::Normale);
+    RevenusTauxForf();
     RevenusNet();
     RevenusImposables();
     CalculImpot();
     TauxMarginal();
+    RevenusTM(periode);
+    RevenusEtrangers(periode);
 }
 
 void CCalcul_N::Pipeline(const TPeriode& periode, bool) {
@@ -62,6 +66,17 @@ void CCalcul_N::Pipeline(const TPeriode& periode, bool) {
     E["8TI"] = kv::TotalTI(*m_pData);
     E["8TK"] = kv::TotalTK(*m_pData);
     ChaineNormale(periode);
+    RevenuFiscalRef(periode);
+    PrelevLib();
+    QuotientDansFr(false);
+    S["REV_PV_TXPROP_BARPRO"] = nPositif(GainsMobiliersNets());
+    S["REV_PV_AVEC_EXO"] = SommeS({"RF_PLUS", "RF_INVENTEURS", "S_B_PV_RETRAITE"}) +
+                           SommeE({"3VD", "3VI", "3VF", "3SJ", "3SK", "3VM", "3VT", "3VC", "3SE", "3VZ", "3VW", "3SA",
+                                   "3WI", "3WJ", "3WN", "3SZ", "3PI"});
+    RevenusNetFrais();
+    S["FORFAIT_PF"] = SommeS({"RF_INVENTEURS", "RF_PENSIONS", "RF_2FA", "RF_PLUS", "RF_CESS_3VT", "RF_GAINS_22_5",
+                              "RF_GAINS_18", "RF_GAINS_30", "RF_GAINS_40", "RF_GAINS_BSPCE_19", "RF_GAINS_BSPCE_30",
+                              "RF_PV_24", "RF_PV_19", "RF_PV1", "RF_PV2"});
 }
 
 namespace kv {

@@ -150,13 +150,23 @@ void CCalcul_N::RevenusBrut(Passe passe) {
     data.Ajoute("RNORMAL", "RN_PEN");
     RentesViageres();
     data.Ajoute("RDIVERS", "RD_RENTES");
-    data.Ajoute("RDIVERS", "RD_GAINS");
-    data.Ajoute("RDIVERS", "RD_GAINS_1TZ");
+    RevenusNonSalaries(passe);
+    RevenusExoneres();
+    RevenusMobiliers(passe);
+    data.Ajoute("RDIVERS", "RD_MOB");
+    RevenusFonciers(passe);
+    data.Ajoute("RDIVERS", "RD_FON");
+    RevenusDivers(passe);
+    data.AjouteTout("RDIVERS", {"RD_AUTRE", "RD_GAINS", "RD_GAINS_1TZ", "RD_PV_BAREME"});
+    data.Soustrait("RDIVERS", "RD_DEFICIT");
+    data.AjouteTout("RREEL", {"RR_BA", "RR_BA_DEF", "RR_BIC_P", "RR_BIC_NP", "RR_BIC_NP_DEF_REP", "RR_BIC_NP_LM",
+                              "RR_BIC_NP_LM_DEF_REP", "RR_BNC_P", "RR_BNC_NP", "RR_BNC_NP_DEF_REP"});
+    data.AjouteTout("TOT_R_BRUT", {"RNORMAL", "RDIVERS", "RREEL"});
 
-    for (const CaseSortie categorie : {CaseSortie("RNORMAL"), CaseSortie("RDIVERS")})
-        data.Ajoute("TOT_R_BRUT", categorie);
-    if (S["RNORMAL"] != 0) S["SEPAR_REV"] = 1;
-    if (S["RD_RENTES"] + S["RD_GAINS_2_Rev"] != 0) S["SEPAR_REV_DIV"] = 1;
+    if (S["RNORMAL"] + S["RREEL"] != 0) S["SEPAR_REV"] = 1;
+    if (SommeS({"RD_RENTES", "RD_MOB_MONT", "RD_MOB_MAJO", "RD_MOB_DEMI_BASE", "RD_MOB_FRAIS", "RD_FON", "RD_FON_DEF",
+                "RD_AUTRE", "RD_GAINS_2_Rev", "RD_DEFICIT"}) != 0)
+        S["SEPAR_REV_DIV"] = 1;
 }
 
 void CCalcul_N::RevenusSalaires(Passe passe) {
