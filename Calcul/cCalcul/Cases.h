@@ -77,9 +77,15 @@ struct Case {
     consteval Case(const char* nom) : numero(Catalogue::index.Cherche(Hache(nom))) {
         if (numero < 0) throw "no box has this name";
     }
-    /// The box whose name is made of two parts; "no box" when there is none.
-    static consteval Case De(const char* debut, const char* fin) {
-        return Numero(Catalogue::index.Cherche(Hache(fin, Hache(debut))));
+    /// The box whose name is made of these parts; "no box" when there is none.
+    static constexpr Case De(const char* debut, const char* milieu, const char* fin = "") {
+        return Numero(Catalogue::index.Cherche(Hache(fin, Hache(milieu, Hache(debut)))));
+    }
+    /// The same, where the box must exist.
+    static constexpr Case Requise(const char* debut, const char* milieu, const char* fin = "") {
+        const Case box = De(debut, milieu, fin);
+        if (!box) throw "no box has this name";
+        return box;
     }
     static constexpr Case Numero(int numero) {
         Case c;

@@ -2,10 +2,12 @@
 
 #include <array>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "Calcul/pCalculN/Bareme.h"
 #include "Calcul/pCalculN/Calcul.h"
+#include "Calcul/pCalculN/ReductionsTable.h"
 #include "support/Tarvel.h"
 
 namespace kv {
@@ -66,6 +68,8 @@ struct MemoirePasses {
     std::int32_t deficitFoncier = 0;
     std::int32_t deficitFoncierPerdu = 0;
     std::int32_t deficitAgricolePerdu = 0;
+    std::int32_t baseOutreMer = 0;   ///< long-term gains of overseas residents
+    std::int32_t impotOutreMer = 0;  ///< the tax on them
 };
 
 }  // namespace kv
@@ -134,6 +138,40 @@ class CCalcul_N final : public CCalcul {
     void PartageMobiliers();
     void SortiesQuotient();
 
+    // Reductions.
+    void ImpotApresReductions(const TPeriode& periode, kv::Passe passe);
+    void AbattementOutreMer();
+    void DecoteEtClassesMoyennes();
+    void PremieresReductions();
+    void EmploiADomicile();
+    void SecondesReductions();
+    void RecommenceReports();
+    void Dons();
+    void Souscriptions();
+    void Forets();
+    void ResidenceDeTourisme(const kv::reductions::LigneTaux& ligne);
+    void LogementsSociaux();
+    void ReductionAuTaux(const kv::reductions::LigneTaux& ligne);
+    void Fractions(std::span<const kv::reductions::LigneFraction> lignes);
+    std::int32_t Etalees(std::span<const kv::reductions::LigneEtalee> lignes, std::int32_t enveloppe = 0);
+    void CopieFractions(const kv::reductions::FractionsSuivantes& suivantes);
+    std::int32_t& PlafondCommun(kv::reductions::Commun commun) {
+        return m_plafondsCommuns[static_cast<std::size_t>(commun)];
+    }
+    void ReductionsOutreMerSimples();
+    bool ReductionsOutreMer();
+    /// The taxable income, exceptional income included, that ceilings in percent are taken of.
+    std::int32_t RevenuDuPlafond() const {
+        return S["I_BQ_TOUS_REV"] > 0 ? S["I_BQ_TOUS_REV"] : nPositif(S["TOT_R_IMPOS"]);
+    }
+
+    // Corrections.
+    void HautsSalaires();
+    std::int32_t ContributionHautsRevenus() const;
+    void ImpotApresCorrections(kv::Passe passe);
+    void PlusValuesOutreMer(kv::Passe passe);
+    void CapitauxAuForfait();
+
     // Foreign income.
     /// How far a re-run goes.
     enum class Jusque { RevenuNet, Impot, Corrections };
@@ -162,6 +200,9 @@ class CCalcul_N final : public CCalcul {
     bool m_bCalculPAS = false;        ///< the withholding-rate chain run is under way
     bool m_bQuotientsDansFr = false;  ///< the exceptional amounts stand in their entry boxes
     std::vector<kv::ItemQuotient> m_lstQuotients;
+    kv::Imputation m_imputation{*m_pData};
+    /// What is left of the ceilings that several lines share.
+    std::array<std::int32_t, static_cast<std::size_t>(kv::reductions::Commun::Nombre)> m_plafondsCommuns{};
 
     /// Per-computation figures of the steps, all back to 0 at the start of each "1:Calcul".
     struct Travail {

@@ -13,7 +13,7 @@ using kv::Passe;
 }  // namespace
 
 // Recomputes the income under other inputs, as far as the caller needs.
-void CCalcul_N::Relance(const TPeriode&, Passe passe, Jusque jusque) {
+void CCalcul_N::Relance(const TPeriode& periode, Passe passe, Jusque jusque) {
     RemetSortiesAZero();
     NombreParts();
     RevenusBrut(passe);
@@ -24,6 +24,9 @@ void CCalcul_N::Relance(const TPeriode&, Passe passe, Jusque jusque) {
     RevenusImposables();
     CalculImpot();
     TauxMarginal();
+    if (jusque == Jusque::Impot) return;
+    ImpotApresReductions(periode, passe);
+    ImpotApresCorrections(passe);
 }
 
 std::int32_t CCalcul_N::RevenuNetDesAbattements() const { return S["TOT_R_NET"] - S["ABAT"] + S["RQ_GAINS"]; }

@@ -66,7 +66,8 @@ void CCalcul_N::Pipeline(const TPeriode& periode, bool) {
     E["8TI"] = kv::TotalTI(*m_pData);
     E["8TK"] = kv::TotalTK(*m_pData);
     ChaineNormale(periode);
-    RevenuFiscalRef(periode);
+    ImpotApresReductions(periode, kv::Passe::Normale);
+    ImpotApresCorrections(kv::Passe::Normale);
     PrelevLib();
     QuotientDansFr(false);
     S["REV_PV_TXPROP_BARPRO"] = nPositif(GainsMobiliersNets());

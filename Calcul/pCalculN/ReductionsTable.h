@@ -1,0 +1,429 @@
+#pragma once
+
+#include <array>
+
+#include "Calcul/pCalculN/Imputation.h"
+#include "support/KVTarvel.h"
+
+// The reduction lines of the return, but for the overseas investments. The order of the rows is the order of
+// imputation.
+
+namespace kv::reductions {
+
+using enum Niche;
+
+/// Ceilings that several lines share: each line's retained base comes off it.
+enum class Commun {
+    Aucun,
+    TravauxForestiers,          ///< CGI art. 199 decies H
+    AidePersonnesEnDifficulte,  ///< CGI art. 200-1 ter
+    Cinema,                     ///< subscriptions 7MY and 7MX
+    Sofica,                     ///< CGI art. 199 unvicies
+    RenteSurvie,                ///< CGI art. 199 septies
+    Dons,                       ///< CGI art. 200
+    Capital,                    ///< CGI art. 199 terdecies-0 A, subscriptions before 2012
+    CapitalPME,                 ///< the same, later subscriptions and those above: one ceiling
+    LogementsSociaux,           ///< CGI art. 199 undecies C, old rules
+    LogementsSociauxTravaux,
+    Nombre,
+};
+
+/// The ceiling of a line.
+struct Plafond {
+    std::int32_t montant = Imputation::nSansPlafond;
+    bool parFoyer = false;  ///< doubled for a couple
+    Commun commun = Commun::Aucun;
+
+    constexpr Plafond() = default;
+    constexpr Plafond(std::int32_t m, bool f = false) : montant(m), parFoyer(f) {}
+    constexpr Plafond(Commun c, std::int32_t m = Imputation::nSansPlafond) : montant(m), commun(c) {}
+};
+constexpr Plafond ParFoyer(std::int32_t montant) { return {montant, true}; }
+
+/// A rate of an entry box, within a ceiling.
+struct LigneTaux {
+    CaseSortie sortie;
+    CaseEntree entree;
+    double taux;
+    Plafond plafond;
+    Niche niche;
+    std::int32_t (*base)(const ZoneEntree&) = nullptr;  ///< the base, when it is not the entry box itself
+};
+
+inline constexpr std::int32_t nPlafondPrestation = 30500;
+
+/// What a compensatory payment in capital gives of its ceiling, CGI art. 199 octodecies.
+inline std::int32_t PrestationCompensatoire(const ZoneEntree& E) {
+    return E["7WO"] <= nPlafondPrestation ? E["7WN"] : nProrata(E["7WN"], nPlafondPrestation, E["7WO"]);
+}
+
+inline constexpr LigneTaux premieresLignes[] = {
+    {"U_FOREST_ASSUR", "7UL", 76, Commun::TravauxForestiers, N2013},
+    {"U_REDUC_7UD", "7UD", 75, Commun::AidePersonnesEnDifficulte, HorsPlafond},
+    {"U_REDUC_7VA", "7VA", 75, Commun::AidePersonnesEnDifficulte, HorsPlafond},
+    {"U_REDUC_7UM", "7UM", 50, ParFoyer(5000), HorsPlafond},
+    {"U_REDUC_7MY", "7MY", 50, Commun::Cinema, N2013},
+    {"U_REDUC_7MX", "7MX", 30, Commun::Cinema, N2013},
+    {"U_REDUC_7UC", "7UC", 50, 1000, HorsPlafond},
+    {"U_REDUC_7EN", "7EN", 48, Commun::Sofica, N2013S},
+    {"U_REDUC_7GN", "7GN", 36, Commun::Sofica, N2013S},
+    {"U_REDUC_7FN", "7FN", 30, Commun::Sofica, N2013S},
+    {"U_REDUC_7FL", "7FL", 38, ParFoyer(12000), N2013},
+    {"U_REDUC_7FM", "7FM", 38, ParFoyer(12000), N2013},
+    {"U_REDUC_7FH", "7FH", 25, ParFoyer(20000), HorsPlafond},
+    {"U_REDUC_7WP", "7WP", 25, nPlafondPrestation, HorsPlafond},
+    {"U_REDUC_7WN_7WM_7WO", "7WN", 25, {}, HorsPlafond, PrestationCompensatoire},
+    {"U_HEBERGEMENT_V", "7CD", 25, 10000, HorsPlafond},
+    {"U_HEBERGEMENT_C", "7CE", 25, 10000, HorsPlafond},
+    {"U_RENTE_SURVIE", "7GZ", 25, Commun::RenteSurvie, HorsPlafond},
+    {"U_REDUC_7GQ", "7GQ", 18, ParFoyer(12000), N2013},
+    {"U_REDUC_7FQ", "7FQ", 18, ParFoyer(12000), N2013},
+    {"U_REDUC_7NZ", "7NZ", 18, 20000, N2013},
+};
+
+/// Donations, the carried ones first, the oldest first; what exceeds the shared ceiling goes to next year's return.
+struct LigneDon {
+    LigneTaux ligne;
+    CaseSortie report;
+};
+inline constexpr std::int32_t nTauxDons = 66;
+inline constexpr LigneDon lignesDons[] = {
+    {{"U_DONS_OEUVRES_Nm5", "7XS", nTauxDons, Commun::Dons, HorsPlafond}, {}},
+    {{"U_DONS_OEUVRES_Nm4", "7XT", nTauxDons, Commun::Dons, HorsPlafond}, "NP1_DONS_Nm4"},
+    {{"U_DONS_OEUVRES_Nm3", "7XU", nTauxDons, Commun::Dons, HorsPlafond}, "NP1_DONS_Nm3"},
+    {{"U_DONS_OEUVRES_Nm2", "7XW", nTauxDons, Commun::Dons, HorsPlafond}, "NP1_DONS_Nm2"},
+    {{"U_DONS_OEUVRES_Nm1", "7XY", nTauxDons, Commun::Dons, HorsPlafond}, "NP1_DONS_Nm1"},
+    {{"U_DONS_PARTIS_N", "7UH", nTauxDons, {Commun::Dons, 15000}, HorsPlafond}, "NP1_DONS_N"},
+    {{"U_DONS_OEUVRES_N", "7UF", nTauxDons, Commun::Dons, HorsPlafond}, "NP1_DONS_N"},
+    {{"U_DONS_AUTRES_N", "7VC", nTauxDons, Commun::Dons, HorsPlafond}, "NP1_DONS_N"},
+};
+
+/// The fractions of later years that a return declares beside a line (code + "A", ...) and the boxes of next year's
+/// return that they are copied into (NP1_ + code, ...).
+struct FractionsSuivantes {
+    static constexpr std::size_t nMax = 7;
+    struct Copie {
+        CaseSortie vers;
+        CaseEntree de;
+    };
+    std::array<Copie, nMax> copies{};
+
+    consteval explicit FractionsSuivantes(const char* code) {
+        constexpr const char* lettres[nMax] = {"A", "B", "C", "D", "E", "F", "G"};
+        constexpr const char* annees[nMax] = {"NP1_", "NP2_", "NP3_", "NP4_", "NP5_", "NP6_", "NP7_"};
+        for (std::size_t i = 0; i < nMax; ++i) {
+            const Copie copie{CaseSortie::De(annees[i], code), CaseEntree::De(code, lettres[i])};
+            if (!copie.vers || !copie.de) break;
+            copies[i] = copie;
+        }
+    }
+};
+
+/// A carried fraction of an earlier rental investment, imputed at 100 %.
+struct LigneFraction {
+    CaseSortie sortie;
+    CaseEntree entree;
+    Niche niche;
+    CaseSortie report;  ///< what is left of it is added here
+    FractionsSuivantes suivantes;
+    consteval LigneFraction(const char* code, Niche n, CaseSortie r = {})
+        : sortie(CaseSortie::Requise("U_REDUC_", code)), entree(code), niche(n), report(r), suivantes(code) {}
+};
+
+inline constexpr LigneFraction fractionsDeLAnnee[] = {
+    {"7FI", N2013},  {"7FK", N2013},  {"7FR", N2013},  {"7FV", N2013S}, {"7AI", N2013},  {"7BI", N2013},
+    {"7CI", N2013S}, {"7DI", N2013S}, {"7BZ", N2013},  {"7CZ", N2013},  {"7DZ", N2013S}, {"7EZ", N2013S},
+    {"7QZ", N2013},  {"7RZ", N2013},  {"7SZ", N2013S}, {"7TZ", N2013S},
+};
+
+/// A reduction spread over several years.
+struct LigneEtalee {
+    CaseSortie sortie;
+    CaseEntree entree;
+    double taux;
+    int annees;  ///< years it is spread over
+    int fin;     ///< last year
+    Niche niche;
+    CaseSortie premiere;  ///< the box of next year's return that receives the yearly amount, and the years after it
+    CaseSortie report;    ///< what the tax can't bear is added here
+    bool enveloppeNeuve;  ///< a fresh ceiling of 300 000; otherwise what the line before left of its own
+    FractionsSuivantes suivantes;
+    consteval LigneEtalee(const char* code, double t, int a, int f, Niche n, CaseSortie p, CaseSortie r,
+                          bool neuve = true)
+        : sortie(CaseSortie::Requise("U_REDUC_", code)),
+          entree(code),
+          taux(t),
+          annees(a),
+          fin(f),
+          niche(n),
+          premiere(p),
+          report(r),
+          enveloppeNeuve(neuve),
+          suivantes(code) {}
+};
+inline constexpr std::int32_t nEnveloppeLocative = 300000;
+inline constexpr bool MemeEnveloppe = false;
+
+/// Rental investments of the year: each group of lines shares a ceiling.
+inline constexpr LigneEtalee investissementsDeLAnnee[] = {
+    {"7EL", 29, 9, 2025, N2013, "NP1_7S19", {}},
+    {"7EK", 18, 9, 2025, N2013, "NP1_7S19", {}, MemeEnveloppe},
+    {"7GI", 29, 9, 2025, N2013, "NP1_7S19", {}},
+    {"7GH", 18, 9, 2025, N2013, "NP1_7S19", {}, MemeEnveloppe},
+    {"7QP", 29, 9, 2025, N2013S, "NP1_7S23", {}},
+    {"7QO", 23, 6, 2022, N2013S, "NP1_7S24", {}, MemeEnveloppe},
+    {"7QN", 18, 9, 2025, N2013, "NP1_7S21", {}, MemeEnveloppe},
+    {"7QM", 12, 6, 2022, N2013, "NP1_7S22", {}, MemeEnveloppe},
+    {"7QL", 29, 9, 2025, N2013S, "NP1_7S23", {}},
+    {"7QK", 23, 6, 2022, N2013S, "NP1_7S24", {}, MemeEnveloppe},
+    {"7QJ", 18, 9, 2025, N2013, "NP1_7S21", {}, MemeEnveloppe},
+    {"7QI", 12, 6, 2022, N2013, "NP1_7S22", {}, MemeEnveloppe},
+    {"7QH", 29, 9, 2025, N2013S, "NP1_7S23", {}},
+    {"7QG", 23, 6, 2022, N2013S, "NP1_7S24", {}, MemeEnveloppe},
+    {"7QF", 18, 9, 2025, N2013, "NP1_7S21", {}, MemeEnveloppe},
+    {"7QE", 12, 6, 2022, N2013, "NP1_7S22", {}, MemeEnveloppe},
+    {"7QD", 29, 9, 2025, N2013S, "NP1_7S23", {}},
+    {"7QC", 23, 6, 2022, N2013S, "NP1_7S24", {}, MemeEnveloppe},
+    {"7QB", 18, 9, 2025, N2013, "NP1_7S21", {}, MemeEnveloppe},
+    {"7QA", 12, 6, 2022, N2013, "NP1_7S22", {}, MemeEnveloppe},
+};
+
+/// Subscriptions to the capital of small companies.
+inline constexpr LigneTaux souscriptions[] = {
+    {"U_CAPITAL_NOUV_NM4", "7CL", 18, Commun::Capital, N2013},
+    {"U_CAPITAL_NOUV_NM3", "7CM", 18, Commun::Capital, N2013},
+    {"U_CAPITAL_NOUV_NM2", "7CN", 18, Commun::Capital, N2013},
+    {"U_CAPITAL_NOUV_NM1", "7CC", 18, Commun::Capital, N2013},
+};
+inline constexpr LigneTaux souscriptionsPME[] = {
+    {"U_CAPITAL_NOUV_7CQ", "7CQ", 18, Commun::CapitalPME, N2013},
+    {"U_CAPITAL_NOUV_7CR", "7CR", 18, Commun::CapitalPME, N2013},
+    {"U_CAPITAL_NOUV_7CV", "7CV", 18, Commun::CapitalPME, N2013},
+    {"U_CAPITAL_NOUV_7CX", "7CX", 18, Commun::CapitalPME, N2013},
+    {"U_CAPITAL_PE_N", "7CF", 18, Commun::CapitalPME, N2013},
+};
+/// Reductions in excess of the global cap in earlier years.
+inline constexpr LigneTaux reductionsExcedentaires[] = {
+    {"U_CAPITAL_NOUV_7CY", "7CY", 100, {}, N2013},
+    {"U_CAPITAL_NOUV_7DY", "7DY", 100, {}, N2013},
+    {"U_CAPITAL_NOUV_7EY", "7EY", 100, {}, N2013},
+    {"U_CAPITAL_NOUV_7FY", "7FY", 100, {}, N2013},
+};
+
+/// Forest works of earlier years, under the ceiling that the forest insurance left.
+inline constexpr LigneTaux travauxForestiers[] = {
+    {"U_FOREST_TRAV_NM5_8ans", "7TE", 25, Commun::TravauxForestiers, N2009},
+    {"U_FOREST_TRAV_NM4_8ans", "7TF", 25, Commun::TravauxForestiers, N2010},
+    {"U_FOREST_TRAV_NM3_8ans", "7TG", 22, Commun::TravauxForestiers, N2011},
+    {"U_FOREST_TRAV_NM2_8ans", "7TH", 18, Commun::TravauxForestiers, N2012},
+    {"U_FOREST_TRAV_NM1", "7UU", 18, Commun::TravauxForestiers, N2013},
+    {"U_FOREST_TRAV_NM1_8ans", "7TI", 18, Commun::TravauxForestiers, N2013},
+};
+
+/// Tourist residences in rural zones: a rate of the base, but no more than of a sixth of the ceiling.
+inline constexpr std::int32_t nPlafondResidences = 50000;
+inline constexpr LigneTaux residencesDeTourisme[] = {
+    {"U_INV_ZRR_XN", "7XN", 25, ParFoyer(nPlafondResidences), N2011},
+    {"U_INV_ZRR_UY", "7UY", 25, ParFoyer(nPlafondResidences), N2012},
+    {"U_INV_ZRR_XV", "7XV", 20, ParFoyer(nPlafondResidences), N2011},
+    {"U_INV_ZRR_UZ", "7UZ", 20, ParFoyer(nPlafondResidences), N2012},
+};
+
+/// Furnished letting: reductions that the tax of earlier years could not bear.
+inline constexpr LigneFraction meubleReporte[] = {
+    {"7LR", N2010, "NP1_REPORT_7LR"}, {"7LF", N2011},
+    {"7LZ", N2011, "NP1_REPORT_7LZ"}, {"7LX", N2011, "NP1_REPORT_7LX"},
+    {"7LI", N2011, "NP1_REPORT_7LI"}, {"7LO", N2011, "NP1_REPORT_7LO"},
+    {"7LU", N2011, "NP1_REPORT_7LU"}, {"7MG", N2012, "NP1_REPORT_7MG"},
+    {"7MH", N2012, "NP1_REPORT_7MH"}, {"7LJ", N2012, "NP1_REPORT_7LJ"},
+    {"7LP", N2012, "NP1_REPORT_7LP"}, {"7LV", N2012, "NP1_REPORT_7LV"},
+    {"7ZP", N2011, "NP1_7ZP"},        {"7ZO", N2011, "NP1_7ZO"},
+};
+
+// ---- Rental schemes, each line within a ceiling of 300 000.
+
+/// Investments of 2009 and 2010 still spread.
+inline constexpr LigneEtalee locatifAncien[] = {
+    {"7HS", 40, 9, 2017, N2009, {}, "NP1_REPORT_7R5"},
+    {"7HR", 25, 9, 2017, N2009, {}, "NP1_REPORT_7R5"},
+    {"7HU", 40, 9, 2018, N2009, {}, "NP1_REPORT_7R5"},
+    {"7HT", 25, 9, 2018, N2009, {}, "NP1_REPORT_7R5"},
+    {"7HZ", 40, 9, 2018, N2009, {}, "NP1_REPORT_7R5"},
+    {"7HX", 25, 9, 2018, N2009, {}, "NP1_REPORT_7R5"},
+    {"7HW", 40, 9, 2018, N2010, {}, "NP1_REPORT_7R6"},
+    {"7HV", 25, 9, 2018, N2010, {}, "NP1_REPORT_7R6"},
+    {"7IK", 25, 9, 2017, N2009, {}, {}},
+    {"7IR", 25, 9, 2018, N2009, {}, "NP1_REPORT_7R1"},
+};
+
+/// The carry box of a carried rental fraction, by year group.
+consteval CaseSortie ReportLocatif(Niche niche) {
+    switch (niche) {
+        case N2009:
+            return "NP1_REPORT_7R5";
+        case N2010:
+            return "NP1_REPORT_7R6";
+        case N2011:
+            return "NP1_REPORT_7R7";
+        case N2012:
+            return "NP1_REPORT_7R8";
+        default:
+            throw "no carry box for this group";
+    }
+}
+/// The carry box of a carried furnished-letting fraction, by year group.
+consteval CaseSortie ReportMeuble(Niche niche) {
+    switch (niche) {
+        case N2009:
+            return "NP1_REPORT_7R1";
+        case N2010:
+            return "NP1_REPORT_7R2";
+        case N2011:
+            return "NP1_REPORT_7R3";
+        case N2012:
+            return "NP1_REPORT_7R4";
+        case N2013:
+            return "NP1_REPORT_7R9";
+        default:
+            throw "no carry box for this group";
+    }
+}
+consteval LigneFraction Locatif(const char* code, Niche niche) { return {code, niche, ReportLocatif(niche)}; }
+consteval LigneFraction Meuble(const char* code, Niche niche) { return {code, niche, ReportMeuble(niche)}; }
+
+inline constexpr LigneFraction locatifFractions[] = {
+    Locatif("7HF", N2009), Locatif("7HD", N2010), Locatif("7HA", N2011), Locatif("7GU", N2009), Locatif("7GS", N2010),
+    Locatif("7GL", N2011), Locatif("7GJ", N2012), Locatif("7YH", N2009), Locatif("7YF", N2010), Locatif("7YD", N2011),
+    Locatif("7YB", N2012), Locatif("7YL", N2010), Locatif("7YK", N2011), Locatif("7YJ", N2012), Locatif("7YP", N2009),
+    Locatif("7YO", N2010), Locatif("7YN", N2011), Locatif("7YM", N2012), Locatif("7YS", N2010), Locatif("7YR", N2011),
+    Locatif("7YQ", N2012), Locatif("7YW", N2009), Locatif("7YV", N2010), Locatif("7YU", N2011), Locatif("7YT", N2012),
+    Locatif("7YZ", N2010), Locatif("7YY", N2011), Locatif("7YX", N2012), Locatif("7WW", N2009), Locatif("7WV", N2010),
+    Locatif("7WU", N2011), Locatif("7WT", N2012), Locatif("7WZ", N2010), Locatif("7WY", N2011), Locatif("7WX", N2012),
+    {"7ZM", N2011},        {"7ZN", N2010},
+};
+
+inline constexpr LigneEtalee locatifRecent[] = {
+    {"7NR", 40, 5, 2021, N2011, "NP1_7S12", "NP1_REPORT_7R7"},
+    {"7NS", 40, 5, 2021, N2011, "NP1_7S12", "NP1_REPORT_7R7"},
+    {"7NT", 36, 5, 2021, N2011, "NP1_7S12", "NP1_REPORT_7R7"},
+    {"7NP", 36, 5, 2021, N2011, "NP1_7S12", "NP1_REPORT_7R7"},
+    {"7NM", 40, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {"7NN", 40, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {"7NO", 36, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {"7NK", 36, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {"7NC", 25, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {"7ND", 25, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {"7NH", 25, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {"7NE", 22, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {"7NA", 22, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {"7NI", 15, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {"7NJ", 13, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {"7NF", 13, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {"7ZA", 5, 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
+    {"7ZB", 6, 3, 2019, N2010, "NP1_7S10", "REPORT_7R12"},
+    {"7ZC", 6, 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
+    {"7ZD", 5, 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
+    {"7ZE", 5, 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
+    {"7ZF", 6, 3, 2019, N2010, "NP1_7S10", "REPORT_7R12"},
+    {"7ZG", 6, 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
+    {"7ZH", 5, 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
+    {"7ZI", 4, 3, 2019, N2012, "NP1_7S16", "REPORT_7R14"},
+    {"7ZJ", 5, 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
+    {"7ZK", 5, 3, 2019, N2012, "NP1_7S16", "REPORT_7R14"},
+    {"7ZL", 4, 3, 2019, N2012, "NP1_7S16", "REPORT_7R14"},
+    {"7JQ", 36, 5, 2021, N2012, "NP1_7S13", "NP1_REPORT_7R8"},
+    {"7JR", 24, 5, 2021, N2012, "NP1_7S13", "NP1_REPORT_7R8"},
+    {"7JO", 24, 5, 2021, N2012, "NP1_7S13", "NP1_REPORT_7R8"},
+    {"7JM", 36, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {"7JN", 24, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {"7JK", 24, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {"7JD", 22, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {"7JE", 13, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {"7JA", 13, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {"7JH", 13, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {"7JJ", 6, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {"7JF", 6, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {"7FD", 24, 5, 2021, N2012, "NP1_7S13", "NP1_REPORT_7R8"},
+    {"7FC", 24, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {"7FA", 13, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {"7FB", 6, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+};
+
+/// Older furnished-letting schemes, without later fractions.
+inline constexpr LigneFraction meubleAncien[] = {
+    {"7IX", N2009},
+    {"7IY", N2009, "NP1_REPORT_7IY"},
+    {"7PA", N2009, "NP1_REPORT_7PA"},
+    {"7PF", N2009, "NP1_REPORT_7PF"},
+    {"7PK", N2009, "NP1_REPORT_7PK"},
+    {"7PP", N2009, "NP1_REPORT_7PP"},
+    {"7IH", N2010},
+    {"7JC", N2010, "NP1_REPORT_7JC"},
+    {"7PB", N2010, "NP1_REPORT_7PB"},
+    {"7PG", N2010, "NP1_REPORT_7PG"},
+    {"7PL", N2010, "NP1_REPORT_7PL"},
+    {"7PQ", N2010, "NP1_REPORT_7PQ"},
+    {"7IZ", N2011},
+    {"7JI", N2011, "NP1_REPORT_7JI"},
+    {"7PC", N2011, "NP1_REPORT_7PC"},
+    {"7PH", N2011, "NP1_REPORT_7PH"},
+    {"7PM", N2011, "NP1_REPORT_7PM"},
+    {"7PR", N2011, "NP1_REPORT_7PR"},
+    {"7JS", N2012, "NP1_REPORT_7JS"},
+    {"7PD", N2012, "NP1_REPORT_7PD"},
+    {"7PI", N2012, "NP1_REPORT_7PI"},
+    {"7PN", N2012, "NP1_REPORT_7PN"},
+    {"7PS", N2012, "NP1_REPORT_7PS"},
+    {"7PE", N2013, "NP1_REPORT_7PE"},
+    {"7PJ", N2013, "NP1_REPORT_7PJ"},
+    {"7PO", N2013, "NP1_REPORT_7PO"},
+    {"7PT", N2013, "NP1_REPORT_7PT"},
+};
+
+/// Furnished letting, investments of 2010: under what the line 7IR and then each other left.
+inline constexpr LigneEtalee meuble2010[] = {
+    {"7IQ", 25, 9, 2018, N2009, {}, "NP1_REPORT_7R1", MemeEnveloppe},
+    {"7IP", 25, 9, 2018, N2010, {}, "NP1_REPORT_7R2", MemeEnveloppe},
+};
+
+inline constexpr LigneFraction meubleFractions[] = {
+    Meuble("7IC", N2009), Meuble("7IB", N2010), Meuble("7IA", N2011), Meuble("7JY", N2009), Meuble("7JX", N2010),
+    Meuble("7JW", N2011), Meuble("7JV", N2012), Meuble("7OE", N2009), Meuble("7OD", N2010), Meuble("7OC", N2011),
+    Meuble("7OB", N2012), Meuble("7OA", N2013), Meuble("7OJ", N2009), Meuble("7OI", N2010), Meuble("7OH", N2011),
+    Meuble("7OG", N2012), Meuble("7OF", N2013), Meuble("7OO", N2009), Meuble("7ON", N2010), Meuble("7OM", N2011),
+    Meuble("7OL", N2012), Meuble("7OK", N2013), Meuble("7OT", N2009), Meuble("7OS", N2010), Meuble("7OR", N2011),
+    Meuble("7OQ", N2012), Meuble("7OP", N2013),
+};
+
+inline constexpr LigneEtalee meubleRecent[] = {
+    {"7IJ", 18, 9, 2025, N2011, "NP1_7S3", {}},
+    {"7ID", 11, 9, 2025, N2012, "NP1_7S4", {}},
+    {"7JT", 11, 9, 2025, N2013, "NP1_7S18", {}},
+    {"7OU", 11, 9, 2024, N2013, "NP1_7S18", {}, MemeEnveloppe},
+    {"7OV", 11, 9, 2024, N2013, "NP1_7S18", {}, MemeEnveloppe},
+    {"7OW", 11, 9, 2024, N2013, "NP1_7S18", {}, MemeEnveloppe},
+    {"7OX", 11, 9, 2025, N2013, "NP1_7S18", {}, MemeEnveloppe},
+};
+
+/// Heritage preservation: what the tax can't bear of the retained base is carried.
+struct LignePatrimoine {
+    LigneTaux ligne;
+    CaseSortie report;
+};
+inline constexpr LignePatrimoine patrimoine[] = {
+    {{"U_PRESERV_PATRIM_NM3", "7KC", 100, 2200, N2011}, {}},
+    {{"U_PRESERV_PATRIM_NM2", "7KD", 100, 1800, N2012}, "NP1_PRESERV_PATRIM_7KD"},
+    {{"U_PRESERV_PATRIM_NM1", "7KE", 100, 1800, N2013}, "NP1_PRESERV_PATRIM_7KE"},
+};
+
+/// Overseas housing works and purchases under the old rules.
+inline constexpr LigneTaux logementsSociaux[] = {
+    {"U_REDUC_7SY", "7SY", 30, Commun::LogementsSociaux, ToujoursActive},
+    {"U_REDUC_7NX", "7NX", 30, Commun::LogementsSociaux, ToujoursActive},
+    {"U_REDUC_7TX", "7TX", 30, Commun::LogementsSociauxTravaux, ToujoursActive},
+    {"U_REDUC_7SX", "7SX", 22, Commun::LogementsSociaux, ToujoursActive},
+    {"U_REDUC_7NY", "7NY", 22, Commun::LogementsSociaux, ToujoursActive},
+    {"U_REDUC_7TY", "7TY", 22, Commun::LogementsSociauxTravaux, ToujoursActive},
+};
+
+}  // namespace kv::reductions
