@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Calcul/pInitCalcul/KVCalcul.h"
 #include "support/KVTarvel.h"
 
 namespace outil {
@@ -40,6 +41,13 @@ Objet Entrees(const CDataCalcul& data) {
     return entrees;
 }
 
+Objet Reports(const CDataCalcul& data) {
+    Objet reports = Objet::object();
+    for (std::size_t r = 0; r < kv::nReports; ++r)
+        if (const std::int32_t valeur = data.Report.valeurs[r]) reports[kv::report::noms[r]] = valeur;
+    return reports;
+}
+
 }  // namespace
 
 void EcritErreur(std::ostream& sortie, const std::string& message) {
@@ -55,6 +63,8 @@ void EcritResultat(std::ostream& sortie, Retour& retour, bool reussi, Forme form
     } else {
         objet["outputs"] = SortiesCompletes(*retour.data);
         objet["entries"] = Entrees(*retour.data);
+        KV_CalculReports(retour.data.get(), &retour.periode, retour.indexation);
+        objet["carry_forwards"] = Reports(*retour.data);
     }
     sortie << objet.dump() << '\n';
 }

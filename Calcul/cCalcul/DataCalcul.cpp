@@ -35,10 +35,17 @@ std::int32_t CDataCalcul::Quotient(int map, std::int32_t coefficient) const {
     return trouve == montants.end() ? 0 : nValForc(trouve->second, 0);
 }
 
-std::int32_t CDataCalcul::QuotientTousCoefficients(kv::CaseQuotient box) const {
+std::int32_t CDataCalcul::Quotient(CaseEntree box, std::int32_t coefficient) const {
+    const int map = TableEntree[static_cast<std::size_t>(box.numero)].nQuotient;
+    return map < 0 ? 0 : Quotient(map, coefficient);
+}
+
+std::int32_t CDataCalcul::Quotient(CaseEntree box) const {
+    const int map = TableEntree[static_cast<std::size_t>(box.numero)].nQuotient;
     std::int32_t total = 0;
-    for (const auto& [coefficient, montant] : MapsQuotients[static_cast<std::size_t>(box.numero)])
-        total += nValForc(montant, 0);
+    if (map >= 0)
+        for (const auto& [coefficient, montant] : MapsQuotients[static_cast<std::size_t>(map)])
+            total += nValForc(montant, 0);
     return total;
 }
 
@@ -61,16 +68,30 @@ void CDataCalcul::Vide() {
     Report.valeurs.fill(0);
 }
 
+namespace {
+
+void CopieZones(CDataCalcul& vers, const CDataCalcul& de) noexcept {
+    vers.Entree = de.Entree;
+    vers.TI = de.TI, vers.TIX = de.TIX, vers.TIY = de.TIY, vers.TK = de.TK, vers.TKZ = de.TKZ;
+    vers.Report = de.Report;
+    vers.QuotientTotal.nValeur.fill(0);
+    vers.QuotientOrdinaire.nValeur.fill(0);
+}
+
+}  // namespace
+
+void CDataCalcul::RepriseValeurs(CDataCalcul& source) noexcept {
+    CopieZones(*this, source);
+    ListeQuotients.swap(source.ListeQuotients);
+    MapsQuotients.swap(source.MapsQuotients);
+}
+
 void CDataCalcul::CopieValeurs(const CDataCalcul& source) {
-    Entree = source.Entree;
-    TI = source.TI, TIX = source.TIX, TIY = source.TIY, TK = source.TK, TKZ = source.TKZ;
-    Report = source.Report;
+    CopieZones(*this, source);
     Quotients copie;
     for (const auto& quotient : source.ListeQuotients) copie.push_back(std::make_unique<CCalcQuotient>(*quotient));
     ListeQuotients = std::move(copie);
     MapsQuotients = source.MapsQuotients;
-    QuotientTotal.nValeur.fill(0);
-    QuotientOrdinaire.nValeur.fill(0);
 }
 
 void CDataCalcul::Ajoute(CaseSortie vers, CaseSortie ligne) {

@@ -88,8 +88,9 @@ class CDataCalcul {
     void AjouteQuotient(int map, std::int32_t coefficient, std::int32_t montant);
     /// The amount stored, 0 for none or for the unset value.
     std::int32_t Quotient(int map, std::int32_t coefficient) const;
-    /// The amounts of a box over all coefficients.
-    std::int32_t QuotientTousCoefficients(kv::CaseQuotient box) const;
+    /// The amount of a box for a coefficient, and its amounts over all coefficients; 0 for a box without a map.
+    std::int32_t Quotient(CaseEntree box, std::int32_t coefficient) const;
+    std::int32_t Quotient(CaseEntree box) const;
 
     // Whole areas.
 
@@ -103,6 +104,8 @@ class CDataCalcul {
     void Vide();
     /// Takes the entries, companions, carry-forwards and quotients of another return; the outputs stay.
     void CopieValeurs(const CDataCalcul& source);
+    /// Takes back what CopieValeurs gave to another return, leaving that one without its quotients.
+    void RepriseValeurs(CDataCalcul& source) noexcept;
 
     // Lines: an output with its three columns.
 

@@ -148,7 +148,7 @@ std::int32_t QuotientDansFr(CDataCalcul& data, Trace& trace, bool ajoute) {
     std::int32_t total = 0;
     for (const auto& quotient : data.ListeQuotients) {
         for (std::size_t k = 0; k < boites<entree::Quotient>.size(); ++k) {
-            const std::int32_t v = data.Quotient(static_cast<int>(k), quotient->nId);
+            const std::int32_t v = data.Quotient(boites<entree::Quotient>[k], quotient -> nId);
             const CaseEntree box = boites<entree::Quotient>[k];
             const CaseEntree cible = box == "AAQ"   ? CaseEntree("1AS")
                                      : box == "BAQ" ? CaseEntree("1BS")

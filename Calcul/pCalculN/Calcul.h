@@ -14,6 +14,9 @@
 /// totals; its end puts the return back as the host gave it.
 class CCalcul {
   public:
+    /// The carry-forward computation: fills the carry-forward boxes from what the last launch left. The period is not
+    /// read.
+    virtual void CalculReports(const TPeriode* periode) = 0;
     /// "1:Calcul", the pipeline. False when a step failed. The flag is handed on to nested runs only.
     virtual bool Calcul(const TPeriode& periode, bool drapeau) = 0;
 

@@ -30,6 +30,11 @@ struct ItemQuotient {
     std::int32_t impot = 0;      ///< share x coefficient
 };
 
+class Assiettes;
+
+/// Withholding rates of the two declarants of a couple, percent with one decimal.
+using TauxIndividuels = std::array<double, 2>;
+
 /// One declarant, or all dependants together: the three columns of a per-person line.
 inline constexpr int nPersonnes = 3;
 /// The declarants and the nine dependants.
@@ -83,12 +88,19 @@ class CCalcul_N final : public CCalcul {
     CCalcul_N(CDataCalcul& data, bool optionsForcees, bool optionsSiSaisies, double tauxIndexation);
     ~CCalcul_N();
 
+    void CalculReports(const TPeriode* periode) override;
     bool Calcul(const TPeriode& periode, bool drapeau) override;
+    /// "35:Calcul_ISF", the wealth-tax figures. False when it failed.
+    bool Calcul_ISF();
     void SupprimeFichierTrace() const { m_trace.SupprimeFichier(); }
 
   private:
     // The driver (Pilote.cpp).
-    void Pipeline(const TPeriode& periode, bool drapeau);
+    bool Pipeline(const TPeriode& periode, bool drapeau);
+    void EtapesPrincipales(const TPeriode& periode);
+    void TauxIndividuelsDuCouple(const TPeriode& periode);
+    bool FlatTaxMoinsChere() const;
+    bool CompareOptions(const TPeriode& periode, bool drapeau);
     void TraceEntrees(const TPeriode& periode);
     void ChaineNormale(const TPeriode& periode);
     void RemetSortiesAZero() { m_pData->RemetSortiesAZero(CDataCalcul::Raz::ToutSaufPlafondsPERP); }
@@ -172,6 +184,64 @@ class CCalcul_N final : public CCalcul {
     void PlusValuesOutreMer(kv::Passe passe);
     void CapitauxAuForfait();
 
+    // Social levies.
+    void CSG_CRDS();
+    void BaseSociale(CaseSortie base, std::int32_t montant);
+    std::int32_t BaseMeubles() const;
+    void BasesResident();
+    void PrelevementsCapital(bool resident);
+    void CsgDeductible();
+    void CsgSansRetenue();
+    void GainsSalaries();
+
+    // Withholding.
+    void TauxPAS();
+    bool SituationChangee() const;
+    double ImpotAPrelever(const kv::Assiettes& assiettes) const;
+    void TraceTaux(std::u16string_view titre, const std::u16string& taux, const kv::Assiettes& assiettes,
+                   std::initializer_list<std::int32_t> credits) const;
+    kv::TauxIndividuels CalculeTauxIndividuels(const TPeriode& periode);
+    void ChainePAS(const TPeriode& periode);
+    void KV_CIMR();
+
+    // Credits.
+    void CreditDImpot();
+    void LigneCredit(CaseSortie credit, std::int32_t declare, std::int32_t retenu, double taux);
+    std::int32_t PlafondParFoyer(std::int32_t montant, std::int32_t parCharge) const;
+    void Contributions();
+    void CreditsImputes();
+    void EquipementDuLogement();
+    void TransitionEnergetique();
+    void FraisDeGarde();
+    void CotisationsSyndicales();
+    void PretsEtudiants();
+    void CreditsForestiers();
+    void ReportsForestiers();
+    void InteretsHabitationPrincipale();
+
+    // Retirement savings, global cap, indicators, next year's return.
+    void PlafondPERP(const TPeriode& periode);
+    void NichesFiscales(const TPeriode& periode);
+    void RelanceSansAvantages(const TPeriode& periode);
+    std::int32_t SoldeDImpot() const;
+    void TraceNiches(std::u16string_view nom, std::int32_t valeur) const;
+    void TraceResultatNiches(std::span<const std::int32_t> exces) const;
+    void Reports();
+    void TauxImposMoyen();
+    void ImposTxMarginal();
+    void ImposTrancheSup();
+    bool BaremeSeul() const;
+    std::size_t TrancheMarginale() const;
+    std::int32_t AvantagePlafonne() const;
+    void CopieISF();
+    void ReportsDeficits();
+
+    // Amount payable.
+    void ImpotAPaye();
+    void ClasseImpot(std::int32_t avantCredits, std::int32_t net);
+    void ClassePrelevementsSociaux(bool avecCimr);
+    void NetAPayer(std::int32_t net);
+
     // Foreign income.
     /// How far a re-run goes.
     enum class Jusque { RevenuNet, Impot, Corrections };
@@ -193,10 +263,36 @@ class CCalcul_N final : public CCalcul {
     std::int32_t GainsMobiliersNets() const;
     void RevenusNetFrais();
 
+    /// Puts the option switches back as the host gave them; after a comparison the options themselves end at 0.
+    class Interrupteurs {
+      public:
+        explicit Interrupteurs(kv::ZoneEntree& entrees)
+            : E(entrees), m_ava(E["AVA"]), m_pfu(E["PFU"]), m_bar(E["BAR"]) {}
+        ~Interrupteurs() {
+            E["AVA"] = m_ava;
+            E["PFU"] = m_pfu;
+            E["BAR"] = m_bar;
+        }
+        Interrupteurs(const Interrupteurs&) = delete;
+        Interrupteurs& operator=(const Interrupteurs&) = delete;
+        void OptionsComparees() { m_pfu = m_bar = 0; }
+
+      private:
+        kv::ZoneEntree& E;
+        std::int32_t m_ava, m_pfu, m_bar;
+    };
+
+    Interrupteurs m_interrupteurs{E};
     kv::Bareme m_Bareme{};
     const bool m_bOptionsForcees;
     const bool m_bOptionsSiSaisies;
-    bool m_bCouple = false;           ///< joint taxation
+    bool m_bCouple = false;  ///< joint taxation
+    // The comparison of the options: the net amounts of the two simulations, and which run is under way.
+    std::int32_t m_nS_NET_A_PAYER_PFU = 0, m_nS_NET_RESTITUE_PFU = 0;
+    std::int32_t m_nS_NET_A_PAYER_BAR = 0, m_nS_NET_RESTITUE_BAR = 0;
+    bool m_bSimulationBAR = false;
+    bool m_bPassageFinal = false;
+    bool m_bChoixPFU = false;         ///< the flat tax costs no more than the scale
     bool m_bCalculPAS = false;        ///< the withholding-rate chain run is under way
     bool m_bQuotientsDansFr = false;  ///< the exceptional amounts stand in their entry boxes
     std::vector<kv::ItemQuotient> m_lstQuotients;

@@ -18,6 +18,9 @@ namespace kv {
 bool Lance(CDataCalcul& data, const TPeriode* periode, bool drapeau, double tauxIndexation, bool optionsForcees = false,
            bool optionsSiSaisies = false) noexcept;
 
+/// Fills the carry-forward boxes from what the last launch left. The period is not read.
+void LanceReports(CDataCalcul& data, const TPeriode* periode, double tauxIndexation) noexcept;
+
 /// Parts, tax and allowances of a household from 24 boxes.
 void LanceBareme(const EntreeBareme& entree, SortieBareme& sortie, double tauxIndexation) noexcept;
 

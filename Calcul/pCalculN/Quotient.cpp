@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <span>
 
-#include "Calcul/cCalcul/Catalogues.h"
 #include "Calcul/cCalcul/Transferts.h"
+#include "Calcul/pCalculN/Activites.h"
 #include "Calcul/pCalculN/Calcul_N.h"
 
 // Exceptional and deferred income, taxed by the quotient (CGI art. 163-0 A): the net amount of each category after the
@@ -10,34 +10,30 @@
 
 namespace {
 
-using kv::CaseQuotient;
 using kv::nPersonnes;
 
 // ---- The working values of a quotient record, by name. Most figures take three values, one per person.
 
+constexpr std::size_t nLignes = kv::nActivites + 1;  // the activities, then everything else
+
 enum Figure : std::size_t {
-    Salaires = 0,          // gross salaries
-    Pensions = 3,          // gross pensions
-    PartDeduction = 6,     // share of the salary deduction
-    PartAbattement = 9,    // share of the pension allowance
-    Net = 12,              // net salaries and pensions
-    AvecCentre = 15,       // business income with an approved centre: seven lines of three
-    SansCentre = 36,       // without one
-    Montants = 57,         // the exceptional amounts: seven business lines and the other income
-    Mobiliers = 81,        // gross dividends (after allowance), insurance income, other investment income
-    FraisMobiliers = 84,   // the expenses on each
-    DeficitMobilier = 87,  // deficit of earlier years
-    NetMobilier = 88,      // net investment income
-    DeficitFoncier = 89,   // property deficit of earlier years
-    AutresRevenus = 90,    // property income and gains
-    NombreFigures = 91,
+    Salaires = 0,                                  // gross salaries
+    Pensions = Salaires + 3,                       // gross pensions
+    PartDeduction = Pensions + 3,                  // share of the salary deduction
+    PartAbattement = PartDeduction + 3,            // share of the pension allowance
+    Net = PartAbattement + 3,                      // net salaries and pensions
+    AvecCentre = Net + 3,                          // business income with an approved centre, by activity
+    SansCentre = AvecCentre + 3 * kv::nActivites,  // without one
+    Montants = SansCentre + 3 * kv::nActivites,    // the exceptional amounts, by line
+    Mobiliers = Montants + 3 * nLignes,            // dividends (after allowance), insurance income, other
+    FraisMobiliers = Mobiliers + 3,                // the expenses on each
+    DeficitMobilier = FraisMobiliers + 3,          // deficit of earlier years
+    NetMobilier,                                   // net investment income
+    DeficitFoncier,                                // property deficit of earlier years
+    AutresRevenus,                                 // property income and gains
+    NombreFigures,
 };
 static_assert(NombreFigures <= CCalcQuotient::nValeurs);
-
-constexpr std::size_t nLignesProfessionnelles = 7;
-constexpr std::size_t nLignes = nLignesProfessionnelles + 1;
-static_assert(AvecCentre + 3 * nLignesProfessionnelles == SansCentre &&
-              SansCentre + 3 * nLignesProfessionnelles == Montants && Montants + 3 * nLignes == Mobiliers);
 
 std::span<std::int32_t, 3> Trois(CCalcQuotient& q, std::size_t figure) {
     return std::span<std::int32_t, 3>(q.nValeur.data() + figure, 3);
@@ -64,35 +60,6 @@ constexpr Personne personnes[nPersonnes] = {
      {}},
 };
 
-// A business line by person: profits with an approved centre and without one, and the deficits that come off them.
-struct Activite {
-    CaseEntree avec[nPersonnes][2];
-    CaseEntree deficitAvec[nPersonnes];
-    CaseEntree sans[nPersonnes][2];
-    CaseEntree deficitSans[nPersonnes];
-};
-constexpr Activite activites[nLignesProfessionnelles] = {
-    // farm
-    {{{"5HC"}, {"5IC"}, {"5JC"}}, {"5HF", "5IF", "5JF"}, {{"5HI"}, {"5II"}, {"5JI"}}, {"5HL", "5IL", "5JL"}},
-    // commercial, professional: one line only
-    {{{"5KC"}, {"5LC"}, {"5MC"}}, {"5KF", "5LF", "5MF"}, {{"5KI"}, {"5LI"}, {"5MI"}}, {"5KL", "5LL", "5ML"}},
-    {},
-    // commercial, non-professional; furnished letting
-    {{{"5NC"}, {"5OC"}, {"5PC"}}, {"5NF", "5OF", "5PF"}, {{"5NI"}, {"5OI"}, {"5PI"}}, {"5NL", "5OL", "5PL"}},
-    {{{"5NA", "5NM"}, {"5OA", "5OM"}, {"5PA", "5PM"}},
-     {"5NY", "5OY", "5PY"},
-     {{"5NK", "5KM"}, {"5OK", "5LM"}, {"5PK", "5MM"}},
-     {"5NZ", "5OZ", "5PZ"}},
-    // non-commercial, professional then not
-    {{{"5QC"}, {"5RC"}, {"5SC"}}, {"5QE", "5RE", "5SE"}, {{"5QI"}, {"5RI"}, {"5SI"}}, {"5QK", "5RK", "5SK"}},
-    {{{"5JG"}, {"5RF"}, {"5SF"}}, {"5JJ", "5RG", "5SG"}, {{"5SN"}, {"5NS"}, {"5OS"}}, {"5SP", "5NU", "5OU"}},
-};
-
-// Which output a line goes to.
-constexpr CaseSortie sorties[nLignes] = {
-    "RQ_REV_QN_BA",     "RQ_REV_QN_BIC_P", "RQ_REV_QN_BIC_P",  "RQ_REV_QN_BIC_NP",
-    "RQ_REV_QN_BIC_NP", "RQ_REV_QN_BNC_P", "RQ_REV_QN_BNC_NP", "RQ_REV_QN_AUTRE",
-};
 constexpr CaseSortie categories[] = {"RQ_REV_QN_BA",    "RQ_REV_QN_BIC_P",  "RQ_REV_QN_BIC_NP",
                                      "RQ_REV_QN_BNC_P", "RQ_REV_QN_BNC_NP", "RQ_REV_QN_AUTRE"};
 
@@ -109,7 +76,7 @@ class Lecture {
     std::int32_t operator()(CaseEntree box) const {
         if (!box) return 0;
         if (m_ordinaire) return m_data.Entree[box];
-        return m_data.Quotient(TableEntree[static_cast<std::size_t>(box.numero)].nQuotient, m_coefficient);
+        return m_data.Quotient(box, m_coefficient);
     }
     std::int32_t operator()(std::span<const CaseEntree> boxes) const {
         std::int32_t total = 0;
@@ -132,10 +99,14 @@ void Remplit(CCalcQuotient& q, const Lecture& lit, bool abattementDividendes) {
         Trois(q, Salaires)[k] = lit(p.salaires) + (ordinaire ? lit(p.salairesOrdinaires) : 0);
         Trois(q, Pensions)[k] =
             lit(p.pensions) + (ordinaire ? lit(p.pensionsOrdinaires) : lit(p.pensionsExceptionnelles));
-        for (std::size_t i = 0; i < nLignesProfessionnelles; ++i) {
-            const Activite& a = activites[i];
-            Ligne(q, AvecCentre, i)[k] = ordinaire ? nPositif(lit(a.avec[k]) - lit(a.deficitAvec[k])) : lit(a.avec[k]);
-            Ligne(q, SansCentre, i)[k] = ordinaire ? nPositif(lit(a.sans[k]) - lit(a.deficitSans[k])) : lit(a.sans[k]);
+        for (std::size_t i = 0; i < kv::nActivites; ++i) {
+            const kv::Activite& a = kv::activites[i];
+            const auto benefices = [&](const kv::Benefice(&boxes)[2], CaseEntree deficit) {
+                const std::int32_t total = lit(boxes[0].box) + lit(boxes[1].box);
+                return ordinaire ? nPositif(total - lit(deficit)) : total;
+            };
+            Ligne(q, AvecCentre, i)[k] = benefices(a.avecCentre[k], a.deficitAvec[k]);
+            Ligne(q, SansCentre, i)[k] = benefices(a.sansCentre[k], a.deficitSans[k]);
         }
     }
     for (std::size_t i = 0; i < 3; ++i) Trois(q, Mobiliers)[i] = lit(mobiliers[i]);
@@ -153,9 +124,9 @@ void Totalise(CDataCalcul& data) {
 // The exceptional amounts of one record by line and person. A result without an approved centre counts for 125 %.
 void RemplitMontants(CCalcQuotient& q) {
     for (std::size_t k = 0; k < nPersonnes; ++k) {
-        for (std::size_t i = 0; i < nLignesProfessionnelles; ++i)
+        for (std::size_t i = 0; i < kv::nActivites; ++i)
             Ligne(q, Montants, i)[k] = Ligne(q, AvecCentre, i)[k] + nPourcent(Ligne(q, SansCentre, i)[k], 125);
-        std::int32_t& autres = Ligne(q, Montants, nLignesProfessionnelles)[k];
+        std::int32_t& autres = Ligne(q, Montants, kv::nActivites)[k];
         autres = nPositif(Trois(q, Net)[k]);
         if (k == 0) autres += q.nValeur[NetMobilier] + q.nValeur[AutresRevenus];
     }
@@ -250,7 +221,7 @@ void CCalcul_N::SortiesQuotient() {
         for (std::size_t i = 0; i < nLignes; ++i) {
             for (const std::int32_t montant : Ligne(*q, Montants, i)) {
                 item.montant2 += montant;
-                S[sorties[i]] += montant;
+                S[i < kv::nActivites ? kv::activites[i].auQuotient : CaseSortie("RQ_REV_QN_AUTRE")] += montant;
             }
         }
         m_lstQuotients.push_back(item);

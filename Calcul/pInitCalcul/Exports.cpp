@@ -84,6 +84,10 @@ bool KV_CalculPFUEtCIMR(CDataCalcul* data, const TPeriode* periode, bool drapeau
     return data && kv::Lance(*data, periode, drapeau, tauxIndexation, optionsForcees, optionsSiSaisies);
 }
 
+void KV_CalculReports(CDataCalcul* data, const TPeriode* periode, double tauxIndexation) {
+    if (data) kv::LanceReports(*data, periode, tauxIndexation);
+}
+
 void KV_RempliBareme(TrancheBareme* bareme, std::int32_t annee) {
     kv::Bareme tranches;
     if (annee != 2017) return NUBErreur(u"Aucun barème pour cette année");

@@ -84,6 +84,10 @@ KV_API bool KV_Calcul(CDataCalcul* data, const TPeriode* periode, bool drapeau, 
 KV_API bool KV_CalculPFUEtCIMR(CDataCalcul* data, const TPeriode* periode, bool drapeau, double tauxIndexation,
                                bool optionsForcees, bool optionsSiSaisies);
 
+/// Fills the carry-forward boxes, next year's return, from the entries and outputs that the last launch left. periode:
+/// not read. tauxIndexation as above. The boxes of a deficit category without deficits keep what they held.
+KV_API void KV_CalculReports(CDataCalcul* data, const TPeriode* periode, double tauxIndexation);
+
 // ---- The scale.
 
 /// Copies the five brackets of the scale of an income year, CGI art. 197 I-1. 2017 is the only year built in; another

@@ -1,0 +1,120 @@
+#pragma once
+
+#include "Calcul/cCalcul/Cases.h"
+
+// The tax credits that are lists of boxes.
+
+namespace kv::credits {
+
+/// Credits that an entry box holds as they are.
+struct Copie {
+    CaseSortie credit;
+    CaseEntree box;
+};
+inline constexpr Copie copies[] = {
+    {"D_DIRECT_EPARGNE", "2BG"},        {"D_PRELEV_FORFAIT", "2CK"},           {"D_RECHERCHE_RESTITUTION", "8TB"},
+    {"D_COMP_EMPL_RESTITUTION", "8TL"}, {"D_INVEST_CORSE_RESTITUTION", "8TS"}, {"D_CREDIT_HJA", "HJA"},
+};
+inline constexpr Copie copiesProfessionnelles[] = {
+    {"D_CREDIT_FAMILLE", "8UZ"},       {"D_CREDIT_APPRENTIS", "8TZ"},    {"D_CREDIT_AGRI_BIO", "8WA"},
+    {"D_CREDIT_PROSPEC", "8WB"},       {"D_CREDIT_PRETS_SS_INT", "8WC"}, {"D_CREDIT_FORM_ENTR", "8WD"},
+    {"D_CREDIT_INTERESSEMENT", "8WE"}, {"D_CREDIT_METIER_ART", "8WR"},   {"D_CREDIT_CONGES_AGRI", "8WT"},
+    {"D_HOTEL_CAFE_RESTAU", "8WU"},    {"D_CREDIT_AUTO_ENTR", "8UY"},
+};
+
+/// Energy-transition expenses, under one ceiling (CGI art. 200 quater).
+struct TransitionEnergetique {
+    CaseSortie credit;
+    CaseEntree depense;
+    consteval TransitionEnergetique(const char* code) : credit(CaseSortie::Requise("D_CR_", code)), depense(code) {}
+};
+inline constexpr TransitionEnergetique transitionEnergetique[] = {
+    "7CB", "7AD", "7AF", "7AH", "7AK", "7AL", "7AM", "7AN", "7AQ", "7AR", "7AV",
+    "7AX", "7AY", "7AZ", "7BB", "7BC", "7BD", "7BE", "7BF", "7BH", "7BK", "7BL",
+};
+
+/// Forest works, under one ceiling that the declared amounts use up (CGI art. 200 quindecies).
+struct TravauxForestiers {
+    CaseSortie credit;
+    CaseEntree depense;
+    std::int32_t taux;
+    CaseSortie report;
+    consteval TravauxForestiers(const char* code, std::int32_t t, const char* suite = nullptr)
+        : credit(CaseSortie::Requise("D_CREDIT_", code)),
+          depense(code),
+          taux(t),
+          report(CaseSortie::Requise("NP1_FOREST_TRAV_", suite ? suite : code)) {}
+};
+inline constexpr TravauxForestiers travauxForestiers[] = {
+    {"7VP", 25},
+    {"7TK", 25},
+    {"7UX", 18},
+    {"7TJ", 18},
+    {"7VN", 25},
+    {"7TO", 25},
+    {"7VM", 18},
+    {"7TM", 18},
+    {"7VR", 25},
+    {"7TQ", 25},
+    {"7VQ", 18},
+    {"7TP", 18},
+    {"7UA", 25, "7UA4_7UA"},
+    {"7UB", 25, "7UB8_7UB"},
+    {"7UP", 18, "7UP4_7UP"},
+    {"7UT", 18, "7UT8_7UT"},
+};
+
+/// What the total of the credits adds up.
+inline constexpr CaseSortie creditsDuTotal[] = {
+    "D_SOURCE_ETR",
+    "D_IMPOT_ETR",
+    "D_CREDIT_1AT_1BT",
+    "D_CREDIT_2FA",
+    "D_ETR_PV_TK",
+    "CONT_HR_CREDIT_IMPOT",
+    "D_ACQ_BIENS_CULTURELS",
+    "D_PREVENTION",
+    "D_MECENAT",
+    "D_INVEST_CORSE",
+    "D_CREDIT_8TC",
+    "D_CREDIT_COMP_EMPLOI",
+    "D_AVOIR_FISC",
+    "D_DIRECT_EPARGNE",
+    "D_PRELEV_FORFAIT",
+    "D_INVEST_CORSE_RESTITUTION",
+    "D_RECHERCHE_RESTITUTION",
+    "D_COMP_EMPL_RESTITUTION",
+    "D_HOTEL_CAFE_RESTAU",
+    "D_AIDE_PERS_AGEES",
+    "D_AIDE_RISQUE_TECHNO",
+    "D_CREDIT_HJA",
+    "D_CREDIT_FAMILLE",
+    "D_CREDIT_APPRENTIS",
+    "D_CREDIT_AGRI_BIO",
+    "D_CREDIT_PROSPEC",
+    "D_RESTI_TAXE_ADD_DROIT_BAIL",
+    "D_CREDIT_ASSURANCES",
+    "D_PRET_ETUDIANTS_1",
+    "D_PRET_ETUDIANTS_2",
+    "D_LIB",
+    "D_PV_NON_RESIDENT",
+    "D_SCR_NON_RESIDENT",
+    "D_FRAIS_GARDE_ACHARGE",
+    "D_FRAIS_GARDE_ALTERNE",
+    "D_CREDIT_FORM_ENTR",
+    "D_CREDIT_INTERESSEMENT",
+    "D_CREDIT_METIER_ART",
+    "D_CREDIT_CONGES_AGRI",
+    "D_ENFANTS_CESU",
+    "D_CREDIT_HAB_PRIN_BBC",
+    "D_PREV_RISQUE_TECH",
+    "D_CREDIT_AUTO_ENTR",
+    "D_CREDIT_HAB_PRIN_2010N",
+    "D_CREDIT_HAB_PRIN_2011N",
+    "D_CREDIT_7AC_7AE_7AG",
+    "D_CREDIT_7UI",
+    "D_CREDIT_7UQ",
+    "D_CREDIT_PRETS_SS_INT",
+};
+
+}  // namespace kv::credits

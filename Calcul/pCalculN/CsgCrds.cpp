@@ -1,0 +1,226 @@
+#include <algorithm>
+
+#include "Calcul/pCalculN/Calcul_N.h"
+
+// Social levies on property, capital and other income that the assessment collects (CGI art. 1600-0 C and following;
+// code de la sécurité sociale, art. L136-6).
+
+namespace {
+
+// A rate in hundredths of a percent.
+std::int32_t AuTaux(std::int32_t base, std::int32_t taux) { return nPourcent(base, taux / 100.0); }
+
+std::u16string Texte(std::int32_t taux, std::int32_t base) {
+    return FloatToStr(taux / 100.0) + u"% x " + IntToStr(base);
+}
+
+// A levy on income that bore none at source: rates since 2018 and before.
+struct LigneCsg {
+    CaseSortie sortie;
+    CaseEntree box;
+    std::int32_t nouveauTaux, ancienTaux;
+};
+constexpr LigneCsg lignesCsg[] = {
+    {"S_E_CSG_1", "8TQ", 920, 750},  {"S_E_CSG_8", "8SC", 920, 750}, {"S_E_CSG_9", "8SW", 620, 620},
+    {"S_E_CSG_10", "8SX", 380, 380}, {"S_E_CSG_2", "8TV", 830, 660}, {"S_E_CSG_3", "8TW", 620, 620},
+    {"S_E_CSG_4", "8TX", 380, 380},  {"S_E_CSG_5", "8TR", 920, 750}, {"S_E_CSG_11", "8PH", 920, 920},
+    {"S_E_CSG_6", "8SA", 830, 660},  {"S_E_CSG_7", "8SB", 380, 380},
+};
+
+// The part of it that is deductible next year.
+struct PartDeductible {
+    CaseEntree box;
+    std::int32_t nouveauTaux, ancienTaux;
+};
+constexpr PartDeductible partsDeductibles[] = {
+    {"8TR", 680, 510}, {"8PH", 680, 680}, {"8TQ", 680, 510}, {"8SC", 680, 510}, {"8SW", 380, 380},
+    {"8SX", 380, 380}, {"8TV", 590, 420}, {"8TW", 380, 380}, {"8TX", 380, 380},
+};
+
+// Long-term business gains, less the losses that come off each.
+struct GainProfessionnel {
+    CaseEntree gain;
+    CaseEntree perte = {};
+};
+constexpr GainProfessionnel gainsProfessionnels[] = {
+    {"5HX", "5XN"}, {"5HE"}, {"5KQ", "5KR"}, {"5KE"}, {"5NQ", "5NR"}, {"5NE"}, {"5HR", "5HS"}, {"5QD"},
+    {"5KV", "5KW"}, {"5SO"}, {"5IX", "5YN"}, {"5IE"}, {"5LQ", "5LR"}, {"5LE"}, {"5OQ", "5OR"}, {"5OE"},
+    {"5IR", "5IS"}, {"5RD"}, {"5LV", "5LW"}, {"5NT"}, {"5JX", "5ZN"}, {"5JE"}, {"5MQ", "5MR"}, {"5ME"},
+    {"5PQ", "5PR"}, {"5PE"}, {"5JR", "5JS"}, {"5SD"}, {"5MV", "5MW"}, {"5OT"},
+};
+
+// A base that is foreign in part.
+struct PartEtrangere {
+    CaseSortie part;
+    CaseEntree box;
+    CaseSortie base;
+};
+constexpr PartEtrangere partsEtrangeres[] = {
+    {"S_B_RCM_Etranger", "8TKA", "S_B_REV_MOB"},
+    {"S_B_REV_FON_Etranger", "8TKB", "S_B_REV_FON"},
+    {"S_B_PG_DIVERS_ETR", "8TKD", "S_B_PG_DIVERS"},
+    {"S_B_RENTES_ETR", "8TKC", "S_B_RENTES"},
+    {"S_B_LM_ETR", "8TKE", "S_B_LM"},
+    {"S_B_PLUS_VALUES_ETR", "8TKF", "S_B_PLUS_VALUES"},
+};
+
+}  // namespace
+
+void CCalcul_N::CSG_CRDS() {
+    const kv::Etape etape(m_trace, u"25:CSG_CRDS");
+    const bool resident = E["REM"] == 0 && E["RED"] == 0;
+
+    BaseSociale("S_B_REV_FON", nPositif(S["RD_FON"]));
+    BaseSociale("S_B_BENEF", nPositif(SommeE({"5HY", "5IY", "5JY"})));
+    m_pData->Totalise("S_B_DEJA_SOUMIS");
+    BaseSociale("S_B_LM", BaseMeubles());
+    if (resident) BasesResident();
+    PrelevementsCapital(resident);
+    if (resident) {
+        CsgDeductible();
+        CsgSansRetenue();
+        GainsSalaries();
+    }
+    static constexpr CaseSortie prelevements[] = {"S_CONTR_SOC", "S_CONTR_SAL", "S_CONTR_CARRIED", "S_CSG_CRDS_ETR",
+                                                  "S_CSG_CRDS_SAL"};
+    S["S_A_PAYER"] = 0;
+    for (const CaseSortie prelevement : prelevements) S["S_A_PAYER"] += S[prelevement];
+    if (S["S_BASES"] + S["S_A_PAYER"] != 0) S["SEPAR_CSG"] = 1;
+}
+
+// A base: the same for the three levies.
+void CCalcul_N::BaseSociale(CaseSortie base, std::int32_t montant) {
+    S[base] = montant;
+    for (auto& c : C) c[base] = montant;
+}
+
+// Furnished letting, less what already bore the levies.
+std::int32_t CCalcul_N::BaseMeubles() const {
+    const std::int32_t ventes = nPourcent(SommeE({"5NJ", "5OJ", "5PJ"}), 29);
+    const std::int32_t services = nPourcent(SommeE({"5NW", "5OW", "5PW"}), 50);
+    struct Meuble {
+        CaseEntree aSoumettre, dejaSoumis;
+    };
+    static constexpr Meuble avecCentre[kv::nPersonnes] = {{"5NA", "5NM"}, {"5OA", "5OM"}, {"5PA", "5PM"}};
+    static constexpr Meuble sansCentre[kv::nPersonnes] = {{"5NK", "5KM"}, {"5OK", "5LM"}, {"5PK", "5MM"}};
+
+    std::int32_t dejaSoumis = ventes + services, declares = ventes + services;
+    for (std::size_t k = 0; k < kv::nPersonnes; ++k) {
+        const auto part = [&](const Meuble& m, CaseSortie resultat) {
+            dejaSoumis += nProrata(C[k][resultat], E[m.dejaSoumis], E[m.aSoumettre] + E[m.dejaSoumis]);
+            declares += E[m.dejaSoumis];
+        };
+        part(avecCentre[k], "RR_BIC_NP_LM_AVEC_CGA");
+        part(sansCentre[k], "RR_BIC_NP_LM_SANS_CGA");
+    }
+    const std::int32_t resultat = S["RR_BIC_NP_LM"] - S["RR_BIC_NP_LM_MAJO"];
+    const std::int32_t impute = S["RR_BIC_NP_LM_DEF_IMP"];
+    return nPositif(resultat - dejaSoumis + nProrata(impute, declares, resultat + impute));
+}
+
+void CCalcul_N::BasesResident() {
+    const bool bareme = Options() && E["BAR"] != 0, forfait = Options() && E["PFU"] != 0;
+
+    std::int32_t mobiliers = nPositif(m_travail.nBaseMobiliersSociale) + E["2DM"];
+    if (forfait)
+        mobiliers += SommeE({"2DC", "2CH2", "2CH3", "2DH2", "2DH3", "2TS2", "2EE2", "2TR", "2TT", "2FA", "2GO"});
+    else if (!bareme)
+        mobiliers += E["2FA"];
+    BaseSociale("S_B_REV_MOB", mobiliers);
+    BaseSociale("S_B_PG_DIVERS", nPositif(GainsMobiliersNets()) +
+                                     SommeE({"3VD", "3VI", "3VF", "3VJ", "3VK", "3SJ", "3SK", "1TZ", "1UZ", "1VZ",
+                                             "3VM", "3VT", "3PI", "3WE", "3WI", "3WJ", "3WN", "3UZ"}));
+    BaseSociale("S_B_RENTES", nPositif(S["RD_RENTES"]));
+    std::int32_t gains = 0;
+    for (const GainProfessionnel& g : gainsProfessionnels) gains += nPositif(E[g.gain] - (g.perte ? E[g.perte] : 0));
+    BaseSociale("S_B_PLUS_VALUES", nPositif(gains));
+    BaseSociale("S_B_PV_RETRAITE", nPositif(E["5HG"] + E["5IG"]));
+    for (const PartEtrangere& p : partsEtrangeres) BaseSociale(p.part, std::min(E[p.box], S[p.base]));
+    BaseSociale("S_B_CSG_CRDS", forfait ? m_travail.nRevenusDejaSoumis + m_travail.nRevenusDejaSoumisReste
+                                        : std::min(E["2CG"] + E["2BH"], S["S_B_REV_MOB"]));
+}
+
+// One base, three rates; deferred gains bear the lower CSG of their year.
+void CCalcul_N::PrelevementsCapital(bool resident) {
+    std::int32_t base = SommeS({"S_B_REV_FON", "S_B_BENEF", "S_B_LM"});
+    std::int32_t differes = 0;
+    if (resident) {
+        base += SommeS({"S_B_REV_MOB", "S_B_PG_DIVERS", "S_B_RENTES", "S_B_PLUS_VALUES", "S_B_PV_RETRAITE"}) -
+                S["S_B_CSG_CRDS"];
+        for (const PartEtrangere& p : partsEtrangeres) base -= S[p.part];
+        differes = SommeE({"3WI", "3WJ", "3WN"});
+    }
+    for (auto& c : C) c["S_BASES"] = base;
+    S["S_BASES"] = nPositif(C1["S_BASES"] + (C2["S_BASES"] - differes) + C3["S_BASES"]);
+    if (S["S_BASES"] == 0 && differes == 0) return;
+
+    C1["S_TAUX"] = 680;
+    C2["S_TAUX"] = 990;
+    C3["S_TAUX"] = 50;
+    m_pData->Totalise("S_TAUX");
+    C1["S_CONTR_SOC"] = AuTaux(base, 680);
+    C2["S_CONTR_SOC"] = AuTaux(nPositif(base - differes), 990) + AuTaux(differes, 820);
+    C3["S_CONTR_SOC"] = AuTaux(base, 50);
+    m_pData->Totalise("S_CONTR_SOC");
+    m_pData->Copie("S_MONTANT", "S_CONTR_SOC");
+    S["S_BASES"] = nProrata(S["S_CONTR_SOC"], 10000, S["S_TAUX"]);
+    if (C2["S_BASES"] != 0 && differes != 0) C2["S_TAUX"] = 0;  // two rates apply
+}
+
+// The part of the levy on capital that next year's income is reduced by.
+void CCalcul_N::CsgDeductible() {
+    const bool bareme = Options() && E["BAR"] != 0, forfait = Options() && E["PFU"] != 0;
+    std::int32_t base = SommeS({"S_B_REV_FON", "S_B_RENTES", "S_B_BENEF", "S_B_LM"}) -
+                        SommeS({"S_B_REV_FON_Etranger", "S_B_RCM_Etranger", "S_B_RENTES_ETR", "S_B_LM_ETR",
+                                "S_B_PG_DIVERS_ETR", "S_B_CSG_CRDS"});
+    base += forfait ? nPositif(SommeE({"2FU", "2CH1", "2TS1"})) : S["S_B_REV_MOB"];
+    std::int32_t gains = E["1TZ"];
+    if (!forfait && GainsMobiliersNets() >= 1)
+        gains += std::min(SommeE({"3VG", "3UA", "3SG", "3VQ"}) - E["3VR"], GainsMobiliersNets());
+    if (bareme && !forfait) gains += E["3SJ2"];
+    C2["S_DEDUC"] = AuTaux(base, 680) + AuTaux(gains, 680);
+    m_pData->Totalise("S_DEDUC");
+}
+
+void CCalcul_N::CsgSansRetenue() {
+    const bool nouveaux = NouveauxTaux();
+    const std::int32_t baseCrds = SommeE({"8TR", "8PH", "8TQ", "8SC", "8SW", "8SX", "8TV", "8TW", "8TX", "8SA", "8SB"});
+    const std::int32_t baseCasa = SommeE({"8SC", "8TV", "8SA"});
+    const auto ligne = [&](CaseSortie sortie, std::size_t colonne, std::int32_t taux, std::int32_t base) {
+        C[colonne][sortie] = AuTaux(base, taux);
+        m_pData->Totalise(sortie);
+        Detail[sortie] = Texte(taux, base);
+        S["S_CSG_CRDS_ETR"] += S[sortie];
+    };
+    S["S_CSG_CRDS_ETR"] = 0;
+    ligne("S_E_CRDS", 2, 50, baseCrds);
+    ligne("S_E_CASA", 2, 30, baseCasa);
+    for (const LigneCsg& l : lignesCsg) ligne(l.sortie, 1, nouveaux ? l.nouveauTaux : l.ancienTaux, E[l.box]);
+
+    C2["S_E_CSG_4_NP1"] = 0;
+    for (const PartDeductible& p : partsDeductibles)
+        C2["S_E_CSG_4_NP1"] += AuTaux(E[p.box], nouveaux ? p.nouveauTaux : p.ancienTaux);
+    m_pData->Totalise("S_E_CSG_4_NP1");
+}
+
+// Share gains taxed as salaries, gains subject to the employee contribution, carried interest.
+void CCalcul_N::GainsSalaries() {
+    const std::int32_t gains = E["1TT"] + E["1UT"];
+    const auto ligne = [&](CaseSortie sortie, std::size_t colonne, std::int32_t taux) {
+        C[colonne][sortie] = AuTaux(gains, taux);
+        m_pData->Totalise(sortie);
+        Detail[sortie] = Texte(taux, gains);
+    };
+    ligne("S_CRDS_SAL", 2, 50);
+    ligne("S_CSG_SAL", 1, NouveauxTaux() ? 920 : 750);
+    C2["S_DEDUC_CSG_SAL"] = AuTaux(gains, NouveauxTaux() ? 680 : 510);
+    m_pData->Totalise("S_DEDUC_CSG_SAL");
+    S["S_CSG_CRDS_SAL"] = S["S_CRDS_SAL"] + S["S_CSG_SAL"];
+
+    const auto contribution = [&](CaseSortie sortie, CaseSortie total, std::int32_t taux, std::int32_t base) {
+        S[sortie] = S[total] = AuTaux(base, taux);
+        Detail[sortie] = Texte(taux, base);
+    };
+    contribution("S_S_GAINS_3VN_1TT_1UT", "S_CONTR_SAL", 1000, SommeE({"3VN", "1TT", "1UT"}));
+    contribution("S_S_CARRIED", "S_CONTR_CARRIED", 3000, SommeE({"1NY", "1OY"}));
+}
