@@ -69,7 +69,9 @@ std::u16string FloatToStr(double x) {
     return Elargit({tampon, fin});
 }
 
-std::u16string EspacesNiveau(std::int32_t niveau) { return std::u16string(2 * static_cast<std::size_t>(niveau), u' '); }
+std::u16string EspacesNiveau(std::int32_t niveau) {
+    return std::u16string(2 * static_cast<std::size_t>(nPositif(niveau)), u' ');
+}
 
 namespace kv {
 
@@ -107,30 +109,24 @@ std::string VersUtf8(std::u16string_view texte) {
 }
 
 std::u16string VersUtf16(std::string_view texte) {
+    // How long a character is, by its first byte; 0 for a byte that can't begin one.
+    const auto longueur = [](unsigned char tete) -> std::size_t {
+        return tete < 0x80 ? 1 : tete < 0xC2 ? 0 : tete < 0xE0 ? 2 : tete < 0xF0 ? 3 : tete < 0xF5 ? 4 : 0;
+    };
+    constexpr char32_t minimum[] = {0, 0, 0x80, 0x800, 0x10000};  // below it the character is written too long
     std::u16string utf16;
     for (std::size_t i = 0; i < texte.size();) {
-        const auto octet = [&](std::size_t k) { return static_cast<unsigned char>(texte[k]); };
-        const unsigned char tete = octet(i++);
-        const int suites = tete < 0x80                   ? 0
-                           : tete >= 0xC2 && tete < 0xE0 ? 1
-                           : tete >= 0xE0 && tete < 0xF0 ? 2
-                           : tete >= 0xF0 && tete < 0xF5 ? 3
-                                                         : -1;
-        char32_t c = suites < 0 ? cInvalide : suites == 0 ? tete : static_cast<char32_t>(tete & (0x3F >> suites));
-        for (int k = 0; k < suites; ++k) {
-            if (i >= texte.size() || (octet(i) & 0xC0) != 0x80) {
-                c = cInvalide;
-                break;
-            }
-            c = (c << 6) | (octet(i++) & 0x3F);
+        const auto tete = static_cast<unsigned char>(texte[i++]);
+        const std::size_t n = longueur(tete);
+        char32_t c = n == 0 ? cInvalide : n == 1 ? tete : static_cast<char32_t>(tete & (0x7F >> n));
+        std::size_t lus = 1;
+        for (; lus < n && i < texte.size() && (texte[i] & 0xC0) == 0x80; ++lus) c = (c << 6) | (texte[i++] & 0x3F);
+        if (lus < n || (n > 0 && c < minimum[n]) || (c >= 0xD800 && c < 0xE000) || c > 0x10FFFF) c = cInvalide;
+        if (c >= 0x10000) {
+            utf16 += static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10));
+            c = 0xDC00 + ((c - 0x10000) & 0x3FF);
         }
-        if (c < 0x10000) {
-            utf16 += static_cast<char16_t>(c);
-        } else {
-            c -= 0x10000;
-            utf16 += static_cast<char16_t>(0xD800 + (c >> 10));
-            utf16 += static_cast<char16_t>(0xDC00 + (c & 0x3FF));
-        }
+        utf16 += static_cast<char16_t>(c);
     }
     return utf16;
 }

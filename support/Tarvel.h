@@ -2,7 +2,6 @@
 
 #include <exception>
 #include <source_location>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -45,6 +44,11 @@ void RedirigeMessages(Redirection redirection, void* contexte) noexcept;
 /// Reports a caught exception: formats "(%s ligne : %d) : %s", then CLogging::Error, then NUBDisplayException.
 void SignaleException(const std::exception& exception, unsigned ligne, const char* source) noexcept;
 
+/// What is thrown without being an exception.
+struct ExceptionInconnue : std::exception {
+    const char* what() const noexcept override { return "exception inconnue"; }
+};
+
 /// Runs a body and returns its result; an exception is reported and gives the failure value.
 ///
 /// source is the path that the message names. Every exported function and the driver use this guard, and nothing else
@@ -57,7 +61,7 @@ Resultat Garde(const char* source, Corps&& corps, Resultat echec,
     } catch (const std::exception& e) {
         SignaleException(e, ici.line(), source);
     } catch (...) {
-        SignaleException(std::runtime_error("exception inconnue"), ici.line(), source);
+        SignaleException(ExceptionInconnue(), ici.line(), source);
     }
     return echec;
 }

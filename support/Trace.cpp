@@ -22,12 +22,14 @@ void Trace::SupprimeFichier() const {
     if (m_bTrace) std::filesystem::remove(Chemin(m_sFichierTrace), erreur);
 }
 
-void Trace::Valeur(std::u16string_view nom, std::int32_t valeur) const {
-    if (m_bTrace) Ecrit(m_nNiveau, u"-> " + std::u16string(nom) + u" : " + IntToStr(valeur));
+void Trace::Valeur(std::u16string_view nom, std::int32_t valeur) const noexcept {
+    if (!m_bTrace) return;
+    Garde("support/Trace", [&] { Ecrit(m_nNiveau, u"-> " + std::u16string(nom) + u" : " + IntToStr(valeur)); });
 }
 
-void Trace::Ecrit(std::int32_t niveau, std::u16string_view texte) const {
-    WriteLog(m_sFichierTrace, HeureDuJour() + u" : " + EspacesNiveau(niveau) + std::u16string(texte));
+void Trace::Ecrit(std::int32_t niveau, std::u16string_view texte) const noexcept {
+    Garde("support/Trace",
+          [&] { WriteLog(m_sFichierTrace, HeureDuJour() + u" : " + EspacesNiveau(niveau) + std::u16string(texte)); });
 }
 
 }  // namespace kv

@@ -8,7 +8,7 @@
 
 namespace kv {
 
-/// The trace of one computation. Nothing is written unless it is on.
+/// The trace of one computation. Nothing is written unless it is on; a line that can't be written is reported and lost.
 struct Trace {
     bool m_bTrace = false;
     std::u16string m_sFichierTrace;
@@ -20,18 +20,18 @@ struct Trace {
     void SupprimeFichier() const;
 
     /// A line at the current level: time + " : " + indentation + text.
-    void Ligne(std::u16string_view texte) const {
+    void Ligne(std::u16string_view texte) const noexcept {
         if (m_bTrace) Ecrit(m_nNiveau, texte);
     }
     /// A value line.
-    void Valeur(std::u16string_view nom, std::int32_t valeur) const;
+    void Valeur(std::u16string_view nom, std::int32_t valeur) const noexcept;
     /// A re-run line, at the level of the line of the step that writes it.
-    void Relance(std::u16string_view message) const {
+    void Relance(std::u16string_view message) const noexcept {
         if (m_bTrace) Ecrit(m_nNiveau - 1, message);
     }
 
   private:
-    void Ecrit(std::int32_t niveau, std::u16string_view texte) const;
+    void Ecrit(std::int32_t niveau, std::u16string_view texte) const noexcept;
 };
 
 /// One step: writes its line, then indents what it runs until the end of the scope.

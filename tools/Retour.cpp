@@ -1,12 +1,15 @@
 #include "tools/Retour.h"
 
 #include <array>
+#include <charconv>
+#include <chrono>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
 
 #include "Calcul/cCalcul/Catalogues.h"
+#include "Calcul/cCalcul/Portees.h"
 #include "Calcul/pInitCalcul/KVCalcul.h"
 #include "support/KVTarvel.h"
 
@@ -16,7 +19,15 @@ namespace {
 
 using nlohmann::json;
 
-// Counts the lines that the parser has gone through.
+// Where the parser is: it reads one character beyond a number.
+struct Position {
+    int ligne;
+    char dernier = 0;
+
+    int LigneDUnNombre() const { return ligne - (dernier == '\n'); }
+};
+
+// Keeps the position of the parser.
 struct IterateurDeLignes {
     using iterator_category = std::input_iterator_tag;
     using value_type = char;
@@ -25,11 +36,12 @@ struct IterateurDeLignes {
     using reference = const char&;
 
     const char* courant;
-    int* ligne;
+    Position* position;
 
     reference operator*() const { return *courant; }
     IterateurDeLignes& operator++() {
-        if (*courant++ == '\n') ++*ligne;
+        position->dernier = *courant++;
+        position->ligne += position->dernier == '\n';
         return *this;
     }
     bool operator==(const IterateurDeLignes& autre) const { return courant == autre.courant; }
@@ -60,8 +72,8 @@ constexpr Section sections[] = {
 // coefficient, and three settings.
 class Lecteur : public nlohmann::json_sax<json> {
   public:
-    Lecteur(Retour& retour, const std::string& fichier, const int& ligne)
-        : m_retour(retour), m_fichier(fichier), m_ligne(ligne) {}
+    Lecteur(Retour& retour, const std::string& fichier, const Position& position)
+        : m_retour(retour), m_fichier(fichier), m_position(position) {}
 
     bool key(string_t& nom) override {
         if (!m_clesVues[m_profondeur].insert(nom).second) Erreur("key \"" + nom + "\" stands twice");
@@ -77,6 +89,7 @@ class Lecteur : public nlohmann::json_sax<json> {
                                                                    : static_cast<std::int64_t>(n));
     }
     bool number_float(number_float_t x, const string_t& texte) override {
+        const kv::Change<bool> nombre(m_dansUnNombre, true);
         if (m_profondeur == 1 && m_cles[1] == "indexation") return m_retour.indexation = x, true;
         return Erreur(Ou() + texte + " is not a 32-bit integer");
     }
@@ -97,15 +110,16 @@ class Lecteur : public nlohmann::json_sax<json> {
         return true;
     }
     bool end_object() override {
-        if (--m_profondeur == 0 && m_dates == 1) Erreur("period needs two dates");
+        if (--m_profondeur == 0 && !m_clesVues[1].contains("entries")) Erreur("a return has \"entries\"");
         return true;
     }
     bool start_array(std::size_t) override {
-        if (m_profondeur != 1 || m_cles[1] != "period") Erreur(Ou() + "a list does not belong here");
+        if (m_profondeur != 1 || m_cles[1] != "period" || m_dansPeriode) Erreur(Ou() + "a list does not belong here");
         return m_dansPeriode = true;
     }
     bool end_array() override {
         if (m_dates != 2) Erreur("period needs two dates");
+        if (m_retour.periode.Fin < m_retour.periode.Deb) Erreur("period ends before it begins");
         return m_dansPeriode = false, true;
     }
     bool parse_error(std::size_t, const std::string&, const json::exception& e) override {
@@ -117,7 +131,9 @@ class Lecteur : public nlohmann::json_sax<json> {
 
   private:
     [[noreturn]] bool Erreur(const std::string& message) const {
-        throw ErreurEntree(m_fichier + ":" + std::to_string(m_ligne) + ": " + message);
+        throw ErreurEntree(m_fichier + ":" +
+                           std::to_string(m_dansUnNombre ? m_position.LigneDUnNombre() : m_position.ligne) + ": " +
+                           message);
     }
 
     // Where a value stands, to begin a message with.
@@ -147,6 +163,7 @@ class Lecteur : public nlohmann::json_sax<json> {
     }
 
     bool Entier(std::int64_t n) {
+        const kv::Change<bool> nombre(m_dansUnNombre, true);
         if (m_profondeur == 1 && m_cles[1] == "indexation") return m_retour.indexation = static_cast<double>(n), true;
         if (n < std::numeric_limits<std::int32_t>::min() || n > std::numeric_limits<std::int32_t>::max())
             Erreur(Ou() + "the value is not a 32-bit integer");
@@ -161,12 +178,10 @@ class Lecteur : public nlohmann::json_sax<json> {
     }
 
     std::int32_t Coefficient() const {
-        try {
-            std::size_t lus = 0;
-            const int coefficient = std::stoi(m_cles[3], &lus);
-            if (lus == m_cles[3].size()) return coefficient;
-        } catch (const std::logic_error&) {
-        }
+        // In the one form that a number has: two spellings of a coefficient would hide each other's amount.
+        std::int32_t coefficient = 0;
+        std::from_chars(m_cles[3].data(), m_cles[3].data() + m_cles[3].size(), coefficient);
+        if (std::to_string(coefficient) == m_cles[3]) return coefficient;
         Erreur(Ou() + "the coefficient is not a 32-bit integer");
     }
 
@@ -179,7 +194,10 @@ class Lecteur : public nlohmann::json_sax<json> {
 
     bool Date(const std::string& texte) {
         const std::int32_t date = DateToInt(kv::VersUtf16(texte), false);
-        if (date == 0) Erreur("period: \"" + texte + "\" is not a date (AAAA-MM-JJ)");
+        const std::chrono::year_month_day jour{std::chrono::year(date / 10000),
+                                               std::chrono::month(static_cast<unsigned>(date / 100 % 100)),
+                                               std::chrono::day(static_cast<unsigned>(date % 100))};
+        if (date == 0 || !jour.ok()) Erreur("period: \"" + texte + "\" is not a date (AAAA-MM-JJ)");
         if (m_dates == 2) Erreur("period needs two dates");
         (m_dates++ == 0 ? m_retour.periode.Deb : m_retour.periode.Fin) =
             kv::Date(date / 10000, date / 100 % 100, date % 100);
@@ -188,7 +206,8 @@ class Lecteur : public nlohmann::json_sax<json> {
 
     Retour& m_retour;
     const std::string& m_fichier;
-    const int& m_ligne;
+    const Position& m_position;
+    bool m_dansUnNombre = false;
     std::size_t m_profondeur = 0;
     std::array<std::string, 5> m_cles;
     std::array<std::set<std::string>, 5> m_clesVues;
@@ -207,10 +226,10 @@ bool Retour::Calcule() {
 
 Retour LisRetour(std::string_view texte, const std::string& fichier, int premiereLigne) {
     Retour retour;
-    int ligne = premiereLigne;
-    Lecteur lecteur(retour, fichier, ligne);
-    json::sax_parse(IterateurDeLignes{texte.data(), &ligne}, IterateurDeLignes{texte.data() + texte.size(), &ligne},
-                    &lecteur);
+    Position position{premiereLigne};
+    Lecteur lecteur(retour, fichier, position);
+    json::sax_parse(IterateurDeLignes{texte.data(), &position},
+                    IterateurDeLignes{texte.data() + texte.size(), &position}, &lecteur);
     return retour;
 }
 

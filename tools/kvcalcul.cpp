@@ -3,7 +3,7 @@
 #include <iostream>
 #include <iterator>
 #include <optional>
-#include <regex>
+#include <string_view>
 
 #include "Calcul/cCalcul/Catalogues.h"
 #include "tools/Resultat.h"
@@ -67,13 +67,7 @@ int Batch(const std::string& fichier, const std::string& fichierSortie, Forme fo
 }
 
 int Boxes(const std::string& motif) {
-    std::regex expression;
-    try {
-        expression = std::regex(motif, std::regex::icase);
-    } catch (const std::regex_error&) {
-        throw ErreurEntree("\"" + motif + "\" is not a regular expression");
-    }
-    const auto retenue = [&](const char* nom) { return std::regex_search(nom, expression); };
+    const auto retenue = [&](std::string_view nom) { return nom.find(motif) != nom.npos; };
     for (const CaseEntreeDef& c : TableEntree) {
         const char* nom = kv::entree::lignes[c.Index].nom;
         if (!retenue(nom)) continue;
@@ -112,7 +106,7 @@ int main(int argc, char** argv) {
     batch->add_option("-o", sortie, "results (default: standard output)");
     formes(batch);
     CLI::App* boxes = app.add_subcommand("boxes", "list the box catalogues");
-    boxes->add_option("PATTERN", motif, "keep the names that this regular expression finds");
+    boxes->add_option("PATTERN", motif, "keep the names that contain this text");
 
     try {
         app.parse(argc, argv);

@@ -45,6 +45,7 @@ TransfertTI::TransfertTI(CDataCalcul& data, Trace& trace) : m_data(data), m_trac
         if (EstMobilier(box)) continue;
         const CaseEntreeDef& fiche = TableEntree[static_cast<std::size_t>(box.numero)];
         std::int32_t& ti = m_data.TI[CaseTI::Numero(fiche.nTI)];
+        ti = nValForc(ti, 0);
         const CaseTIX slot = CaseTIX::Numero(fiche.nTIX);
         for (const std::int32_t moins : {m_data.TIX[slot], m_data.TIY[slot]})
             if (nValForc(moins, 0) != 0) ti = fiche.bNegatifTI ? ti + moins : nPositif(ti - moins);

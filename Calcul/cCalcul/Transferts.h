@@ -9,7 +9,8 @@
 // Amounts moved into the ordinary boxes for a run of the computation, and back out of them.
 //
 // Each move is a scope object: the constructor moves, the destructor puts every box and slot back exactly as it was,
-// also when an exception passes. Moves may end in any order.
+// also when an exception passes. Moves may end in any order, but for the TK move: it writes the boxes back as it found
+// them, so that what began inside it must end inside it.
 
 namespace kv {
 

@@ -105,6 +105,19 @@ class CCalcul_N final : public CCalcul {
     void ChaineNormale(const TPeriode& periode);
     void RemetSortiesAZero() { m_pData->RemetSortiesAZero(CDataCalcul::Raz::ToutSaufPlafondsPERP); }
     void QuotientDansFr(bool ajoute);
+    /// Takes the exceptional amounts back out of the entry boxes at the end of the scope, if they are in them.
+    class QuotientsRepris {
+      public:
+        explicit QuotientsRepris(CCalcul_N& calcul) : m_calcul(calcul) {}
+        ~QuotientsRepris() {
+            if (m_calcul.m_bQuotientsDansFr) m_calcul.QuotientDansFr(false);
+        }
+        QuotientsRepris(const QuotientsRepris&) = delete;
+        QuotientsRepris& operator=(const QuotientsRepris&) = delete;
+
+      private:
+        CCalcul_N& m_calcul;
+    };
 
     /// One of the option switches of the return is set.
     bool UneOptionSaisie() const { return E["PFU"] != 0 || E["BAR"] != 0 || E["AVA"] != 0 || E["CIMR"] != 0; }

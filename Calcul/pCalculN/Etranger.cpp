@@ -132,6 +132,7 @@ void CCalcul_N::RevenusEtrangers(const TPeriode& periode) {
     std::int32_t revenuTK = 0, impotPlusValuesTK = 0, plusValuesTK = 0;
     if (E["8TK"] > 0) {
         const kv::TransfertTK tk(data, m_trace);
+        const QuotientsRepris repris(*this);
         m_trace.Relance(u"=> on relance les calculs avec que les revenus TK, sans les normaux");
         Relance(periode, Passe::TK, Jusque::Corrections);
         revenuTK = S["TOT_R_BRUT"] + nPositif(TK["2TS"] - TKZ["2TS"]);
@@ -139,7 +140,6 @@ void CCalcul_N::RevenusEtrangers(const TPeriode& periode) {
             revenuTK += nPositif(nPourcent(TK["2DC"], 60) - TKZ["2DC"]) + nPositif(TK["2TR"] - TKZ["2TR"]);
         impotPlusValuesTK = S["CORRECTIONS"] - S["CO_PENSIONS"] - S["CO_INTERET"];
         plusValuesTK = S["RF_PENSIONS"] + S["RF_PLUS"] + S["RF_2FA"];
-        QuotientDansFr(false);
     }
 
     m_trace.Relance(u"=> on relance les calculs pour revenir à la normale (=revenus français seuls)");

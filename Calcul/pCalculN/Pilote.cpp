@@ -20,7 +20,7 @@ CCalcul_N::CCalcul_N(CDataCalcul& data, bool optionsForcees, bool optionsSiSaisi
 }
 
 CCalcul_N::~CCalcul_N() {
-    if (m_bQuotientsDansFr) QuotientDansFr(false);  // a step threw between the two transfers
+    const QuotientsRepris repris(*this);  // a step may have thrown between the two transfers
 }
 
 bool CCalcul_N::Calcul(const TPeriode& periode, bool drapeau) {

@@ -6,6 +6,7 @@
 #include "Calcul/pCalculN/Bareme.h"
 #include "Calcul/pCalculN/Pilote.h"
 #include "Calcul/pInitCalcul/KVCalcul.h"
+#include "Calcul/pInitCalcul/Session.h"
 #include "KVCommun/cPeriode/Periode.h"
 #include "support/KVTarvel.h"
 #include "support/Tarvel.h"
@@ -14,9 +15,7 @@
 
 namespace {
 
-constexpr const char* source = "Calcul/pInitCalcul";
-
-CDataCalcul* session = nullptr;
+using kv::session;
 
 template <class Table>
 bool Existe(const Table& table, std::int32_t numero) {
@@ -36,7 +35,7 @@ CDataCalcul* Recommence() {
 // A map number that a host hands over.
 bool MapExiste(std::int32_t map) {
     if (bIsEntre(map, 0, kv::nQuotients - 1)) return true;
-    kv::Garde(source, [&] { NUBErreur(u"Map de quotients inconnue : " + IntToStr(map)); });
+    kv::Garde(kv::sourceExports, [&] { NUBErreur(u"Map de quotients inconnue : " + IntToStr(map)); });
     return false;
 }
 
@@ -108,7 +107,7 @@ CaseReportDef ReportInit(const void*, std::int32_t index) { return Fiche(TableRe
 
 void AddValQuotient(CDataCalcul* data, const std::int32_t* map, const std::int32_t* coefficient,
                     const std::int32_t* montant) {
-    if (MapExiste(*map)) kv::Garde(source, [&] { data->AjouteQuotient(*map, *coefficient, *montant); });
+    if (MapExiste(*map)) kv::Garde(kv::sourceExports, [&] { data->AjouteQuotient(*map, *coefficient, *montant); });
 }
 
 std::int32_t GetValQuotient(const CDataCalcul* data, const std::int32_t* map, const std::int32_t* coefficient) {

@@ -1,0 +1,84 @@
+#include "tools/Retour.h"
+
+#include "tests/Retour.h"
+
+namespace {
+
+// The message for a text that must not be accepted begins with its line and names what is wrong.
+void Refuse(const std::string& json, int ligne, const std::string& mention, int premiereLigne = 1) {
+    try {
+        outil::LisRetour(json, "retour.json", premiereLigne);
+        ADD_FAILURE() << json << " is accepted";
+    } catch (const outil::ErreurEntree& e) {
+        const std::string message = e.what();
+        EXPECT_TRUE(message.starts_with("retour.json:" + std::to_string(ligne) + ": ")) << json << " -> " << message;
+        EXPECT_NE(message.find(mention), std::string::npos) << json << " -> " << message;
+    }
+}
+
+TEST(LectureRetour, UnknownAndRepeatedKeysAreNamedWithTheirLine) {
+    Refuse("{\"entries\": {\n\"1AJ\": 1,\n\"1ZZ\": 1}}", 3, "1ZZ");
+    Refuse(R"({"entries": {"1aj": 1}})", 1, "1aj");
+    Refuse("{\"entries\": {},\n\"entrees\": {}}", 2, "entrees");
+    Refuse("{\"entries\": {\"1AJ\": 1,\n\n\"1AJ\": 2}}", 3, "1AJ");
+    Refuse("{\"entries\": {},\n\"entries\": {}}", 2, "entries");
+    Refuse(R"({"ti": {"5HC": 1}})", 1, "entries");  // the one key that a return must have
+    Refuse(R"({"entries": {"1ZZ": 1}})", 7, "1ZZ", 7);
+}
+
+TEST(LectureRetour, ValuesAreWholeNumbersOf32Bits) {
+    for (const std::string valeur : {"1.5", "1e3", "2147483648", "-2147483649", "18446744073709551615", "\"12\"",
+                                     "true", "99999999999999999999", "null", "[1]", "{\"4\": 1}"})
+        Refuse("{\"entries\": {\"1AJ\": " + valeur + "}}", 1, "1AJ");
+    Refuse("{\n\"entries\": {\n\"1AJ\": 1.5\n}\n}", 3, "1AJ");  // the line of the value, not the next one
+}
+
+TEST(LectureRetour, CompanionsBelongToTheirBoxes) {
+    for (const std::string section : {"ti", "tix", "tiy", "tk", "tkz"})
+        Refuse("{\"entries\": {}, \"" + section + "\": {\"1AJ\": 1}}", 1, "1AJ");
+    Refuse(R"({"entries": {}, "quotients": {"1AK": {"4": 1}}})", 1, "1AK");
+    for (const std::string montants : {"5", "{\"x\": 1}", "{\"4.5\": 1}", "{\"99999999999\": 1}", "{\"4\": {\"5\": 1}}",
+                                       "{\"4\": 1, \"04\": 2}", "{\"4\": 1, \" 4\": 2}"})  // the same one twice
+        Refuse("{\"entries\": {}, \"quotients\": {\"1AJ\": " + montants + "}}", 1, "1AJ");
+}
+
+TEST(LectureRetour, StructureAndSettings) {
+    for (const char* json : {"", "[]", "12", "{\"entries\": {\"1AJ\": 1", "{\"entries\": {}} x", "{\"entries\": 01}"})
+        Refuse(json, 1, "");
+    for (const char* json : {"{\"entries\": 5}", "{\"entries\": [1]}"}) Refuse(json, 1, "entries");
+    for (const std::string reglage :
+         {"launch\": \"other\"", "launch\": 1", "launch\": {\"normal\": 1}", "indexation\": \"2\"",
+          "period\": \"2017-01-01\"", "period\": [\"2017-01-01\"]",
+          "period\": [\"2017-01-01\", \"2017-06-30\", \"2017-12-31\"]", "period\": [[\"2017-01-01\", \"2017-12-31\"]]",
+          "period\": {\"2017-01-01\": 1}", "period\": [\"2017-02-30\", \"2017-12-31\"]"})
+        Refuse("{\"entries\": {}, \"" + reglage + "}", 1, reglage.substr(0, reglage.find('"')));
+    Refuse("{\"entries\": {}, \"period\": [\"2017-01-01\",\n\"2017-13-01\"]}", 2, "2017-13-01");
+}
+
+TEST(LectureRetour, EachValueGoesWhereItBelongs) {
+    const outil::Retour retour = outil::LisRetour(R"({
+        "entries": {"M": 1, "1AJ": 2147483647, "1BJ": -2147483648, "Z1": 20170315, "1AK": -2147483647},
+        "ti": {"5HC": 1}, "tix": {"5HC": 2}, "tiy": {"5HC": 3}, "tk": {"5AK": 4}, "tkz": {"5AK": 5},
+        "quotients": {"1AJ": {"4": 10000, "-3": 7}, "5HC": {"0": -8}},
+        "launch": "options", "indexation": 1.5, "period": ["2017-07-01", "31/12/2017"]
+    })",
+                                                  "retour.json");
+    CDataCalcul attendu;
+    auto& E = attendu.Entree;
+    E["M"] = 1, E["1AJ"] = 2147483647, E["1BJ"] = -2147483647 - 1, E["Z1"] = 20170315, E["1AK"] = nNonSaisi;
+    attendu.TI["5HC"] = 1, attendu.TIX["5HC"] = 2, attendu.TIY["5HC"] = 3;
+    attendu.TK["5AK"] = 4, attendu.TKZ["5AK"] = 5;
+    attendu.AjouteQuotient(81, 4, 10000), attendu.AjouteQuotient(81, -3, 7), attendu.AjouteQuotient(0, 0, -8);
+    EXPECT_TRUE(Donnees(*retour.data) == Donnees(attendu));
+    EXPECT_TRUE(retour.options);
+    EXPECT_EQ(retour.indexation, 1.5);
+    EXPECT_EQ(retour.periode.Jours(), 180);
+
+    const outil::Retour simple =
+        outil::LisRetour("{\"entries\": {}, \"indexation\": -1, \"launch\": \"normal\"}\n", "r");
+    EXPECT_FALSE(simple.options);
+    EXPECT_EQ(simple.indexation, -1.0);
+    EXPECT_EQ(simple.periode.Jours(), 360);
+}
+
+}  // namespace
