@@ -20,18 +20,18 @@
 #include <stdbool.h>
 #include <stdint.h>
 
-#ifdef __cplusplus
 #include "Calcul/cCalcul/Fiches.h"
+
+#ifdef __cplusplus
 class CDataCalcul;
 struct TPeriode;
 #else
-#include "Fiches.h"
 typedef struct CDataCalcul CDataCalcul;
 typedef struct TPeriode TPeriode;
 #endif
 
 #ifdef _WIN32
-#define KV_API __attribute__((dllexport))
+#define KV_API
 #define KV_STDCALL __attribute__((stdcall))
 #else
 #define KV_API __attribute__((visibility("default")))

@@ -1,0 +1,32 @@
+# kv_exporte(TARGET LIST): makes the shared library export the names of the list, and nothing else.
+#
+# On ELF each name is also reachable with a leading underscore, but for the two functions of the period. On Windows the
+# names carry the underscore, but for those two, which are stdcall.
+function(kv_exporte cible liste)
+  file(STRINGS ${liste} noms REGEX "^[A-Za-z]")
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${liste})
+  if(WIN32)
+    set(definitions "EXPORTS\n")
+    foreach(nom IN LISTS noms)
+      if(nom MATCHES "^TPeriode")
+        string(APPEND definitions "${nom} = ${nom}@4\n")
+      else()
+        string(APPEND definitions "_${nom} = ${nom}\n")
+      endif()
+    endforeach()
+    file(WRITE ${PROJECT_BINARY_DIR}/exports.def "${definitions}")
+    target_sources(${cible} PRIVATE ${PROJECT_BINARY_DIR}/exports.def)
+    target_link_options(${cible} PRIVATE -static)  # no compiler runtime to ship
+  else()
+    set(version "{ global:\n")
+    foreach(nom IN LISTS noms)
+      string(APPEND version "  ${nom};\n")
+      if(NOT nom MATCHES "^TPeriode")
+        string(APPEND version "  _${nom};\n")
+        target_link_options(${cible} PRIVATE "LINKER:--defsym=_${nom}=${nom}")
+      endif()
+    endforeach()
+    file(WRITE ${PROJECT_BINARY_DIR}/exports.map "${version}local: *; };\n")
+    target_link_options(${cible} PRIVATE "LINKER:--version-script=${PROJECT_BINARY_DIR}/exports.map")
+  endif()
+endfunction()

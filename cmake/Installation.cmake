@@ -1,0 +1,23 @@
+# Installs the library, its headers, a CMake package and a pkg-config file.
+include(CMakePackageConfigHelpers)
+
+target_include_directories(kvcalcul INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+                                              $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/KVCalcul>)
+install(TARGETS kvcalcul EXPORT KVCalculTargets
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+        RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(FILES Calcul/pInitCalcul/KVCalcul.h Calcul/pInitCalcul/KVCalculMaps.h
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/KVCalcul/Calcul/pInitCalcul)
+install(FILES Calcul/cCalcul/Fiches.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/KVCalcul/Calcul/cCalcul)
+
+set(paquet ${CMAKE_INSTALL_LIBDIR}/cmake/KVCalcul)
+install(EXPORT KVCalculTargets NAMESPACE KVCalcul:: DESTINATION ${paquet})
+configure_package_config_file(cmake/KVCalculConfig.cmake.in ${PROJECT_BINARY_DIR}/KVCalculConfig.cmake
+                              INSTALL_DESTINATION ${paquet})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/KVCalculConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/KVCalculConfig.cmake ${PROJECT_BINARY_DIR}/KVCalculConfigVersion.cmake
+        DESTINATION ${paquet})
+
+configure_file(cmake/kvcalcul.pc.in ${PROJECT_BINARY_DIR}/kvcalcul.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/kvcalcul.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
