@@ -1,7 +1,7 @@
 /* A host in C: opens a session, fills boxes by number, launches, reads the result.
 
-   Numbers come from the catalogues: `kvcalcul boxes 1AJ` prints the number of a box. Here they are looked up by name, once.
-   With arguments NAME=VALUE the host computes that return instead, and prints every output that is not 0.            */
+   Numbers come from the catalogues: `kvcalcul boxes 1AJ` prints the number of a box. Here they are looked up by name,
+   once. With arguments NAME=VALUE the host computes that return instead, and prints every output that is not 0. */
 
 #include <stdio.h>
 #include <stdlib.h>

@@ -1,5 +1,5 @@
-// A host in C++: fills a return from maps, exceptional income included, launches with the options, and reads the results
-// and next year's return by name.
+// A host in C++: fills a return from maps, exceptional income included, launches with the options, and reads the
+// results and next year's return by name.
 
 #include <iostream>
 
@@ -20,7 +20,7 @@ int main() {
     if (!KV_Calcul_Debut()) return 1;
 
     // A couple with a child, dividends, a donation, and 8 000 of deferred salary taxed by the quotient over 4 years.
-    const MapList entrees = {{u"M", 1},       {u"Fm", 1},     {u"1AJ", 46000}, {u"1BJ", 38000},
+    const MapList entrees = {{u"M", 1},      {u"Fm", 1},    {u"1AJ", 46000}, {u"1BJ", 38000},
                              {u"2DC", 3000}, {u"7UF", 600}, {u"AVA", 1}};
     KV_Calcul_RemplirStructureParMapEntree(entrees, {}, {}, {}, {}, {}, {});
     const std::int32_t mapSalaires = 81;  // the quotient map of box 1AJ: EntreeInit gives it

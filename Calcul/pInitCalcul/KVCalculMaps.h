@@ -17,6 +17,11 @@ using MapDouble = std::map<std::u16string, double>;
 /// Exceptional income: amounts by coefficient, by map number (0 to 86).
 using MapQuotients = std::map<std::int32_t, std::map<std::int32_t, std::int32_t>>;
 
+#ifdef __clang__
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wreturn-type-c-linkage"  // C names, C++ types
+#endif
+
 extern "C" {
 
 // ---- The session's return as maps. A box appears when its value is neither 0 nor the unset value. Without a session,
@@ -61,5 +66,9 @@ KV_API void KV_InitDomTom(std::u16string* codes);
 KV_API void KV_InitReport();
 
 }  // extern "C"
+
+#ifdef __clang__
+#pragma clang diagnostic pop
+#endif
 
 #endif

@@ -12,9 +12,7 @@ namespace {
 
 using test::Messages;
 
-std::u16string Repertoire(const char* nom) {
-    return (std::filesystem::path(KV_SOEURS) / nom).u16string();
-}
+std::u16string Repertoire(const char* nom) { return (std::filesystem::path(KV_SOEURS) / nom).u16string(); }
 
 bool EstChargee(const char* repertoire, const char* fichier) {
     void* poignee = dlopen((std::filesystem::path(KV_SOEURS) / repertoire / fichier).c_str(), RTLD_NOW | RTLD_NOLOAD);
@@ -65,7 +63,8 @@ TEST_F(Soeurs, TheDirectoryMayEndWithItsSeparator) {
 
 TEST_F(Soeurs, TheTestCaseIsHandedTheReturn) {
     KV_Calcul_RemplirStructure(7, Repertoire("completes"), -12);
-    void* soeur = dlopen((std::filesystem::path(KV_SOEURS) / "completes" / "KV7_COMMUN.dll").c_str(), RTLD_NOW | RTLD_NOLOAD);
+    void* soeur =
+        dlopen((std::filesystem::path(KV_SOEURS) / "completes" / "KV7_COMMUN.dll").c_str(), RTLD_NOW | RTLD_NOLOAD);
     ASSERT_TRUE(soeur);
     const auto* recus = static_cast<const std::int32_t*>(dlsym(soeur, "recus"));
     const auto* retour = static_cast<const void* const*>(dlsym(soeur, "retourRecu"));

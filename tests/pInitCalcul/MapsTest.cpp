@@ -59,8 +59,11 @@ TEST_F(Maps, StoredQuotientsAreKept) {
 TEST_F(Maps, ExportThenLoadReproducesTheReturn) {
     std::mt19937 hasard(1);
     for (int n = 0; n < 400; ++n) {
-        const auto zone = [&](auto& z) { z.valeurs[hasard() % z.valeurs.size()] = static_cast<std::int32_t>(hasard() % 900); };
-        zone(m_data->Entree), zone(m_data->TI), zone(m_data->TIX), zone(m_data->TIY), zone(m_data->TK), zone(m_data->TKZ);
+        const auto zone = [&](auto& z) {
+            z.valeurs[hasard() % z.valeurs.size()] = static_cast<std::int32_t>(hasard() % 900);
+        };
+        zone(m_data->Entree), zone(m_data->TI), zone(m_data->TIX), zone(m_data->TIY), zone(m_data->TK),
+            zone(m_data->TKZ);
     }
     m_data->AjouteQuotient(81, 3, 5000);
     m_data->AjouteQuotient(72, 3, 1200);
