@@ -21,29 +21,47 @@ std::unique_ptr<CDataCalcul> Retour(std::initializer_list<Valeur> entrees) {
     return data;
 }
 
-void Lance(benchmark::State& etat, CDataCalcul& data) {
-    for (auto _ : etat) benchmark::DoNotOptimize(kv::Lance(data, nullptr, true, -1.0));
+void Lance(benchmark::State& etat, CDataCalcul& data, bool options = false) {
+    for (auto _ : etat) benchmark::DoNotOptimize(kv::Lance(data, nullptr, true, -1.0, false, options));
 }
 
 void Celibataire(benchmark::State& etat) { Lance(etat, *Retour({{"1AJ", 30000}})); }
 BENCHMARK(Celibataire);
 
-void CoupleAvecEnfants(benchmark::State& etat) {
-    Lance(etat, *Retour({{"M", 1},
-                         {"Fm", 2},
-                         {"1AJ", 42000},
-                         {"1BJ", 31000},
-                         {"1AK", 5200},
-                         {"1BS", 4000},
-                         {"2DC", 1500},
-                         {"2TR", 800},
-                         {"4BE", 6000},
-                         {"5KO", 9000},
-                         {"6EL", 3000},
-                         {"7UF", 400},
-                         {"7DB", 2500}}));
-}
+const std::initializer_list<Valeur> couple = {
+    {"M", 1},     {"Fm", 2},     {"1AJ", 42000}, {"1BJ", 31000}, {"1AK", 5200}, {"1BS", 4000}, {"2DC", 1500},
+    {"2TR", 800}, {"4BE", 6000}, {"5KO", 9000},  {"6EL", 3000},  {"7UF", 400},  {"7DB", 2500}};
+void CoupleAvecEnfants(benchmark::State& etat) { Lance(etat, *Retour(couple)); }
 BENCHMARK(CoupleAvecEnfants);
+
+// The flat tax, the scale, then the cheaper of the two.
+void ComparaisonDesOptions(benchmark::State& etat) {
+    const auto data = Retour(couple);
+    data->Entree["AVA"] = 1;
+    Lance(etat, *data, true);
+}
+BENCHMARK(ComparaisonDesOptions);
+
+// Exceptional salary and pension over two coefficients.
+void RevenuAuQuotient(benchmark::State& etat) {
+    const auto data = Retour(couple);
+    data->AjouteQuotient(kv::CaseQuotient("1AJ").numero, 4, 12000);
+    data->AjouteQuotient(kv::CaseQuotient("1BS").numero, 3, 6000);
+    Lance(etat, *data);
+}
+BENCHMARK(RevenuAuQuotient);
+
+// Every kind of re-run: worldwide income, auto-entrepreneur, prospection, credit equal to the French tax.
+void RevenusEtrangers(benchmark::State& etat) {
+    const auto data = Retour(couple);
+    data->Entree["1AC"] = 8000;
+    data->Entree["5TA"] = 3000;
+    data->Entree["5TF"] = 2000;
+    data->TI["4BE"] = 1500;
+    data->TK["2DC"] = 900;
+    Lance(etat, *data);
+}
+BENCHMARK(RevenusEtrangers);
 
 void TroisCentsCases(benchmark::State& etat) {
     const auto data = Retour({{"M", 1}, {"Fm", 2}});
