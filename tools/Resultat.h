@@ -20,5 +20,8 @@ void EcritResultat(std::ostream& sortie, Retour& retour, bool reussi, Forme form
 void EcritErreur(std::ostream& sortie, const std::string& message);
 /// The sections that a person reads.
 void EcritResume(std::ostream& sortie, const CDataCalcul& data);
+/// The rows of the reduction tables, in the order of imputation, tab-separated: output, entry, rate, ceiling, year
+/// group of the global cap, years, last year, boxes of next year's return; "-" for none.
+void EcritReductions(std::ostream& sortie);
 
 }  // namespace outil

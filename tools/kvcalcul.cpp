@@ -91,7 +91,7 @@ int main(int argc, char** argv) {
     CLI::App app{"Computes French income-tax returns (form 2042, income of 2017)."};
     app.require_subcommand(1);
     std::string fichier, sortie, motif;
-    bool json = false, complet = false;
+    bool json = false, complet = false, reductions = false;
     const auto formes = [&](CLI::App* commande) {
         auto* drapeauJson = commande->add_flag("--json", json, "print the non-zero outputs by name");
         commande->add_flag("--full", complet, "print value, columns and text of every output, entries, carry-forwards")
@@ -106,7 +106,9 @@ int main(int argc, char** argv) {
     batch->add_option("-o", sortie, "results (default: standard output)");
     formes(batch);
     CLI::App* boxes = app.add_subcommand("boxes", "list the box catalogues");
-    boxes->add_option("PATTERN", motif, "keep the names that contain this text");
+    CLI::Option* optionMotif = boxes->add_option("PATTERN", motif, "keep the names that contain this text");
+    boxes->add_flag("--reductions", reductions, "list the reduction tables instead, in the order of imputation")
+        ->excludes(optionMotif);
 
     try {
         app.parse(argc, argv);
@@ -116,7 +118,9 @@ int main(int argc, char** argv) {
     try {
         if (*run) return Run(fichier, complet ? Forme::Complet : json ? Forme::Json : Forme::Resume);
         if (*batch) return Batch(fichier, sortie, complet ? Forme::Complet : Forme::Json);
-        return Boxes(motif);
+        if (!reductions) return Boxes(motif);
+        outil::EcritReductions(std::cout);
+        return Calcule;
     } catch (const ErreurEntree& e) {
         std::cerr << e.what() << '\n';
         return MauvaiseEntree;

@@ -175,7 +175,7 @@ class CCalcul_N final : public CCalcul {
     void Souscriptions();
     void Forets();
     void ResidenceDeTourisme(const kv::reductions::LigneTaux& ligne);
-    void LogementsSociaux();
+    void ImmeublesRestaures();
     void ReductionAuTaux(const kv::reductions::LigneTaux& ligne);
     void Fractions(std::span<const kv::reductions::LigneFraction> lignes);
     std::int32_t Etalees(std::span<const kv::reductions::LigneEtalee> lignes, std::int32_t enveloppe = 0);

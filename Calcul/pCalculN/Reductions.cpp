@@ -56,7 +56,7 @@ void CCalcul_N::ImpotApresReductions(const TPeriode& periode, kv::Passe passe) {
     const kv::Imputation::Totaux totauxApres = m_imputation.LisTotaux();
     const std::int32_t resteApres = m_imputation.Reste();
     PlafondCommun(Commun::TravauxForestiers) = forestierAvant;
-    LogementsSociaux();
+    ImmeublesRestaures();
 
     if (ReductionsOutreMer()) {
         // Shares given back leave tax for the lines imputed before them: these are imputed once more.
@@ -150,7 +150,7 @@ void CCalcul_N::PremieresReductions() {
     const std::int32_t foyers = m_bCouple ? 2 : 1;
     PlafondCommun(Commun::TravauxForestiers) = 6250 * foyers;
     PlafondCommun(Commun::AidePersonnesEnDifficulte) = NouveauxTaux() ? 536 : 531;
-    PlafondCommun(Commun::Cinema) = 5000 * foyers;
+    PlafondCommun(Commun::Presse) = 5000 * foyers;
     PlafondCommun(Commun::Sofica) = nPositif(std::min(18000, nPourcent(S["TOT_R_NET"] + S["RQ_GAINS"], 25)));
     PlafondCommun(Commun::RenteSurvie) = 1525 + 300 * S["F_NB_ENFANTS"] + 150 * S["F_NB_ENFANTS_ALTERNE"];
 
@@ -379,10 +379,10 @@ void CCalcul_N::ResidenceDeTourisme(const LigneTaux& ligne) {
     m_imputation.TauxLimite(ligne.niche, ligne.sortie, ligne.taux, E[ligne.entree], plafond, annuiteMaximale);
 }
 
-void CCalcul_N::LogementsSociaux() {
-    PlafondCommun(Commun::LogementsSociaux) = 100000;
-    PlafondCommun(Commun::LogementsSociauxTravaux) = 400000;
-    for (const LigneTaux& ligne : kv::reductions::logementsSociaux) ReductionAuTaux(ligne);
+void CCalcul_N::ImmeublesRestaures() {
+    PlafondCommun(Commun::ImmeublesRestaures) = 100000;
+    PlafondCommun(Commun::ImmeublesRestauresQuatreAns) = 400000;
+    for (const LigneTaux& ligne : kv::reductions::immeublesRestaures) ReductionAuTaux(ligne);
     S["NP1_REPORT_7R11"] = 0;
     for (const CaseSortie ligne : {CaseSortie("U_REDUC_7TX"), CaseSortie("U_REDUC_7TY")})
         S["NP1_REPORT_7R11"] += nPositif(nPourcent(C2[ligne], C3[ligne]) - S[ligne]);

@@ -17,14 +17,14 @@ enum class Commun {
     Aucun,
     TravauxForestiers,          ///< CGI art. 199 decies H
     AidePersonnesEnDifficulte,  ///< CGI art. 200-1 ter
-    Cinema,                     ///< subscriptions 7MY and 7MX
+    Presse,                     ///< CGI art. 199 terdecies-0 C
     Sofica,                     ///< CGI art. 199 unvicies
     RenteSurvie,                ///< CGI art. 199 septies
     Dons,                       ///< CGI art. 200
     Capital,                    ///< CGI art. 199 terdecies-0 A, subscriptions before 2012
     CapitalPME,                 ///< the same, later subscriptions and those above: one ceiling
-    LogementsSociaux,           ///< CGI art. 199 undecies C, old rules
-    LogementsSociauxTravaux,
+    ImmeublesRestaures,         ///< CGI art. 199 tervicies
+    ImmeublesRestauresQuatreAns,
     Nombre,
 };
 
@@ -62,8 +62,8 @@ inline constexpr LigneTaux premieresLignes[] = {
     {"U_REDUC_7UD", "7UD", 75, Commun::AidePersonnesEnDifficulte, HorsPlafond},
     {"U_REDUC_7VA", "7VA", 75, Commun::AidePersonnesEnDifficulte, HorsPlafond},
     {"U_REDUC_7UM", "7UM", 50, ParFoyer(5000), HorsPlafond},
-    {"U_REDUC_7MY", "7MY", 50, Commun::Cinema, N2013},
-    {"U_REDUC_7MX", "7MX", 30, Commun::Cinema, N2013},
+    {"U_REDUC_7MY", "7MY", 50, Commun::Presse, N2013},
+    {"U_REDUC_7MX", "7MX", 30, Commun::Presse, N2013},
     {"U_REDUC_7UC", "7UC", 50, 1000, HorsPlafond},
     {"U_REDUC_7EN", "7EN", 48, Commun::Sofica, N2013S},
     {"U_REDUC_7GN", "7GN", 36, Commun::Sofica, N2013S},
@@ -405,7 +405,8 @@ inline constexpr LigneEtalee meubleRecent[] = {
     {"7OX", 11, 9, 2025, N2013, "NP1_7S18", {}, MemeEnveloppe},
 };
 
-/// Heritage preservation: what the tax can't bear of the retained base is carried.
+/// Preservation of the natural heritage (CGI art. 199 octovicies): what the tax can't bear of the retained base is
+/// carried.
 struct LignePatrimoine {
     LigneTaux ligne;
     CaseSortie report;
@@ -416,14 +417,14 @@ inline constexpr LignePatrimoine patrimoine[] = {
     {{"U_PRESERV_PATRIM_NM1", "7KE", 100, 1800, N2013}, "NP1_PRESERV_PATRIM_7KE"},
 };
 
-/// Overseas housing works and purchases under the old rules.
-inline constexpr LigneTaux logementsSociaux[] = {
-    {"U_REDUC_7SY", "7SY", 30, Commun::LogementsSociaux, ToujoursActive},
-    {"U_REDUC_7NX", "7NX", 30, Commun::LogementsSociaux, ToujoursActive},
-    {"U_REDUC_7TX", "7TX", 30, Commun::LogementsSociauxTravaux, ToujoursActive},
-    {"U_REDUC_7SX", "7SX", 22, Commun::LogementsSociaux, ToujoursActive},
-    {"U_REDUC_7NY", "7NY", 22, Commun::LogementsSociaux, ToujoursActive},
-    {"U_REDUC_7TY", "7TY", 22, Commun::LogementsSociauxTravaux, ToujoursActive},
+/// Restored buildings (CGI art. 199 tervicies): a ceiling of one year, or of four.
+inline constexpr LigneTaux immeublesRestaures[] = {
+    {"U_REDUC_7SY", "7SY", 30, Commun::ImmeublesRestaures, ToujoursActive},
+    {"U_REDUC_7NX", "7NX", 30, Commun::ImmeublesRestaures, ToujoursActive},
+    {"U_REDUC_7TX", "7TX", 30, Commun::ImmeublesRestauresQuatreAns, ToujoursActive},
+    {"U_REDUC_7SX", "7SX", 22, Commun::ImmeublesRestaures, ToujoursActive},
+    {"U_REDUC_7NY", "7NY", 22, Commun::ImmeublesRestaures, ToujoursActive},
+    {"U_REDUC_7TY", "7TY", 22, Commun::ImmeublesRestauresQuatreAns, ToujoursActive},
 };
 
 }  // namespace kv::reductions

@@ -1,0 +1,116 @@
+#include "Calcul/pCalculN/ReductionsTable.h"
+
+#include "Calcul/pCalculN/OutreMerTable.h"
+#include "support/KVTarvel.h"
+#include "tools/Resultat.h"
+
+// The reduction tables as they stand, for a reader who compares them with the law.
+
+namespace outil {
+
+namespace {
+
+namespace r = kv::reductions;
+namespace om = kv::outremer;
+
+std::string Nom(CaseSortie c) { return c ? kv::sortie::noms[c.numero] : ""; }
+std::string Nom(CaseEntree c) { return c ? kv::entree::lignes[c.numero].nom : ""; }
+std::string Nombre(double x) { return kv::VersUtf8(FloatToStr(x)); }
+
+const char* Groupe(kv::Niche niche) {
+    static constexpr const char* noms[] = {"outside", "2013", "2013 special", "2012",
+                                           "2011",    "2010", "2009",         "outside, always active"};
+    return noms[static_cast<std::size_t>(niche)];
+}
+
+std::string Texte(const r::Plafond& plafond) {
+    static constexpr const char* noms[] = {"",
+                                           "forest works",
+                                           "help to persons in difficulty",
+                                           "press",
+                                           "film companies",
+                                           "survivor annuities",
+                                           "donations",
+                                           "capital",
+                                           "capital of small companies",
+                                           "restored buildings",
+                                           "restored buildings, four years"};
+    static_assert(std::size(noms) == static_cast<std::size_t>(r::Commun::Nombre));
+    std::string texte = plafond.montant == kv::Imputation::nSansPlafond ? "" : Nombre(plafond.montant);
+    if (plafond.parFoyer) texte += " per household";
+    if (plafond.commun != r::Commun::Aucun)
+        texte += (texte.empty() ? "" : ", ") + std::string("shared: ") + noms[static_cast<std::size_t>(plafond.commun)];
+    return texte;
+}
+
+// One line of the listing.
+class Tableau {
+  public:
+    explicit Tableau(std::ostream& sortie) : m_sortie(sortie) {}
+
+    template <class Entree>
+    void Ecrit(CaseSortie ligne, Entree entree, const std::string& taux, const std::string& plafond, kv::Niche niche,
+               const std::string& reports = "", const std::string& annees = "", const std::string& fin = "") {
+        const std::string valeurs[] = {Nom(entree), taux, plafond, Groupe(niche), annees, fin, reports};
+        m_sortie << Nom(ligne);
+        for (const std::string& valeur : valeurs) m_sortie << '\t' << (valeur.empty() ? "-" : valeur);
+        m_sortie << '\n';
+    }
+    void operator()(const r::LigneTaux& l, CaseSortie report = {}) {
+        const bool calculee = l.base != nullptr;
+        Ecrit(l.sortie, l.entree, Nombre(l.taux), calculee ? "prorated base" : Texte(l.plafond), l.niche, Nom(report));
+    }
+    void operator()(const r::LigneDon& l) { (*this)(l.ligne, l.report); }
+    void operator()(const r::LignePatrimoine& l) { (*this)(l.ligne, l.report); }
+    void operator()(const r::LigneFraction& l) {
+        Ecrit(l.sortie, l.entree, "100", "", l.niche, Nom(l.report) + Suivantes(l.suivantes));
+    }
+    void operator()(const r::LigneEtalee& l) {
+        const std::string plafond = l.enveloppeNeuve ? Nombre(r::nEnveloppeLocative) : "left by the line before";
+        const std::string yearly = l.premiere ? " yearly: " + Nom(l.premiere) : "";
+        Ecrit(l.sortie, l.entree, Nombre(l.taux), plafond, l.niche, Nom(l.report) + yearly + Suivantes(l.suivantes),
+              std::to_string(l.annees), std::to_string(l.fin));
+    }
+    void operator()(const om::LigneSimple& l) { Ecrit(l.sortie, l.entree, "100", "", l.niche); }
+    void operator()(const om::LigneReportee& l) { Ecrit(l.sortie, l.entree, "100", "", l.niche, Nom(l.suite)); }
+    void operator()(const om::LigneRetrocedee& l) {
+        Ecrit(l.excedent, l.reduction, Nombre(l.taux) + " " + Nombre(l.a) + "/" + Nombre(l.b),
+              "room " + std::to_string(l.enveloppe) + ", " + Nombre(l.limite), l.niche,
+              Nom(l.nonRetrocede) + " " + Nom(l.retrocede));
+    }
+    void operator()(const om::LigneLimitee& l) {
+        Ecrit(l.excedent, l.reduction, "100",
+              "room " + std::to_string(l.enveloppe) + (l.plafond != 0 ? " or " + Nombre(l.plafond) : ""), l.niche);
+    }
+
+  private:
+    static std::string Suivantes(const r::FractionsSuivantes& suivantes) {
+        std::string texte;
+        for (const auto& copie : suivantes.copies)
+            if (copie.vers) texte += " " + Nom(copie.de) + ">" + Nom(copie.vers);
+        return texte;
+    }
+    std::ostream& m_sortie;
+};
+
+}  // namespace
+
+void EcritReductions(std::ostream& sortie) {
+    Tableau tableau(sortie);
+    const auto tout = [&](const auto&... tables) {
+        const auto une = [&](const auto& table) {
+            for (const auto& ligne : table) tableau(ligne);
+        };
+        (une(tables), ...);
+    };
+    tout(r::premieresLignes, om::lignesSimples, r::lignesDons, r::fractionsDeLAnnee, r::investissementsDeLAnnee,
+         r::souscriptions, r::souscriptionsPME, r::reductionsExcedentaires, r::travauxForestiers,
+         r::residencesDeTourisme, r::meubleReporte, r::locatifAncien, r::locatifFractions, r::locatifRecent,
+         r::meubleAncien, r::meuble2010, r::meubleFractions, r::meubleRecent, r::patrimoine, r::immeublesRestaures,
+         om::lignesReportees, om::lignesRetrocedees, om::lignesLimitees, om::lignesLimiteesAuForfait);
+    for (const om::LigneRemboursable& l : om::lignesRemboursables)
+        sortie << Nom(l.credit) << '\t' << Nom(l.entree) << "\t100\t" << om::nPlafondRemboursable
+               << " less the reduction\t-\t-\t-\t-\n";
+}
+
+}  // namespace outil
