@@ -124,7 +124,9 @@ TransfertTK::~TransfertTK() {
 TransfertLie::TransfertLie(CDataCalcul& data, Trace& trace, Nature nature)
     : m_data(data), m_trace(trace), m_nature(nature), m_total(Deplace(+1)) {}
 
-TransfertLie::~TransfertLie() { Deplace(-1); }
+TransfertLie::~TransfertLie() {
+    if (m_deplace) Deplace(-1);
+}
 
 std::int32_t TransfertLie::Deplace(int signe) {
     const bool autoEntr = m_nature == Nature::AutoEntr;
@@ -136,6 +138,7 @@ std::int32_t TransfertLie::Deplace(int signe) {
         const std::int32_t v = nPositif(nValForc(m_data.Entree[box], 0));
         m_data.Entree[CaseEntree::Numero(TableEntree[static_cast<std::size_t>(box.numero)].CaseLiee)] += signe * v;
         total += v;
+        m_deplace = m_deplace || v != 0;
     };
     if (autoEntr)
         for (const CaseEntree box : boites<entree::AutoEntr>) deplace(box);

@@ -97,6 +97,7 @@ class TransfertLie {
     CDataCalcul& m_data;
     Trace& m_trace;
     Nature m_nature;
+    bool m_deplace = false;  ///< an amount has been moved
     std::int32_t m_total;
 };
 
