@@ -123,48 +123,74 @@ class CCalcul_N final : public CCalcul {
     bool UneOptionSaisie() const { return E["PFU"] != 0 || E["BAR"] != 0 || E["AVA"] != 0 || E["CIMR"] != 0; }
     /// The options on capital income and the modernisation credit apply.
     bool Options() const { return m_bOptionsForcees || (m_bOptionsSiSaisies && UneOptionSaisie()); }
+    /// Each option, where the options apply: the scale for capital income, the flat tax (which wins over the scale when
+    /// both are set), the modernisation credit.
+    bool OptionBareme() const { return Options() && E["BAR"] != 0; }
+    bool OptionForfait() const { return Options() && E["PFU"] != 0; }
+    bool OptionCimr() const { return Options() && E["CIMR"] != 0; }
     /// The income is taxed as declared, whatever the option switches of the caller.
     bool SelonLaDeclaration() const { return !m_bOptionsForcees || (m_bOptionsSiSaisies && UneOptionSaisie()); }
     /// The rates of the following year apply (raised social levies).
     bool NouveauxTaux() const { return (m_bOptionsForcees && UneOptionSaisie()) || m_bOptionsSiSaisies; }
 
-    // Household and scale.
-    void NombreParts();
-    void CalculImpot();
-    void TauxMarginal();
+    // Household and scale (NombreParts.cpp, Bareme.cpp).
+    void NombreParts();   // step 2
+    void CalculImpot();   // step 15
+    void TauxMarginal();  // step 16
     void CalculeBareme();
     void AppliqueBareme(CaseSortie ligne, std::int32_t revenu, std::int32_t parts);
     void PlafondQuotientFamilial(std::int32_t base, std::int32_t parts);
     std::int32_t RevenuAuBareme() const;
 
-    // Income.
-    void RevenusBrut(kv::Passe passe);
-    void RevenusSalaires(kv::Passe passe);
-    void RentesViageres();
-    void RevenusNonSalaries(kv::Passe passe);
+    // Income (Salaires.cpp, NonSalaries.cpp, Capitaux.cpp).
+    void RevenusBrut(kv::Passe passe);         // step 3
+    void RevenusSalaires(kv::Passe passe);     // step 4
+    void RentesViageres();                     // step 5
+    void RevenusNonSalaries(kv::Passe passe);  // step 6
     void MicroBic(std::size_t personne, kv::Passe passe);
     void MicroBnc(std::size_t personne, kv::Passe passe);
     void MicroBa(std::size_t personne);
     void ImputeDeficit(CaseSortie resultat, CaseSortie impute, std::int32_t deficits);
     void DeficitsNonProfessionnels(const kv::CategorieDeficit& categorie, kv::Passe passe);
     void MajorationsSansCentre();
-    void RevenusExoneres();
-    void RevenusMobiliers(kv::Passe passe);
+    void RevenusExoneres();                  // step 7
+    void RevenusMobiliers(kv::Passe passe);  // step 8
     void MobiliersMondiaux();
     void PrelevementLiberatoire(std::int32_t plafond, std::int32_t assuranceVie);
-    void RevenusFonciers(kv::Passe passe);
-    void RevenusDivers(kv::Passe passe);
-    void RevenusTauxForf();
-    void PrelevLib();
+    void RevenusFonciers(kv::Passe passe);  // step 9
+    void RevenusDivers(kv::Passe passe);    // step 10
+    void RevenusTauxForf();                 // step 12
+    void PrelevLib();                       // step 30
 
-    // Exceptional income.
-    void RevenusBrutQuotient(kv::Passe passe);
+    // Exceptional income (Quotient.cpp).
+    void RevenusBrutQuotient(kv::Passe passe);  // step 11
     void PartageDeductions();
     void PartageMobiliers();
     void SortiesQuotient();
 
-    // Reductions.
-    void ImpotApresReductions(const TPeriode& periode, kv::Passe passe);
+    // Net, taxable and reference income (RevenuNet.cpp, RevenuReference.cpp).
+    void RevenusNet();  // step 13
+    void Charges();
+    void ChargesEpargneRetraite(std::int32_t& reste);
+    void ChargesGrossesReparations(std::int32_t& reste);
+    void Charge(CaseSortie ligne, std::int32_t declare, std::int32_t retenu, std::int32_t& reste);
+    void Abattements();
+    void RevenusImposables();                       // step 14
+    void RevenuFiscalRef(const TPeriode& periode);  // step 20
+    std::int32_t CorrectionQuotient();
+    std::int32_t GainsMobiliersNets() const;
+    void RevenusNetFrais();  // step 34
+
+    // Foreign income (Etranger.cpp).
+    /// How far a re-run goes.
+    enum class Jusque { RevenuNet, Impot, Corrections };
+    void Relance(const TPeriode& periode, kv::Passe passe, Jusque jusque);
+    std::int32_t RevenuNetDesAbattements() const;
+    void RevenusTM(const TPeriode& periode);         // step 17
+    void RevenusEtrangers(const TPeriode& periode);  // step 18
+
+    // Reductions (Reductions.cpp, OutreMer.cpp).
+    void ImpotApresReductions(const TPeriode& periode, kv::Passe passe);  // step 19
     void AbattementOutreMer();
     void DecoteEtClassesMoyennes();
     void PremieresReductions();
@@ -190,15 +216,15 @@ class CCalcul_N final : public CCalcul {
         return S["I_BQ_TOUS_REV"] > 0 ? S["I_BQ_TOUS_REV"] : nPositif(S["TOT_R_IMPOS"]);
     }
 
-    // Corrections.
-    void HautsSalaires();
+    // Corrections (Corrections.cpp).
+    void HautsSalaires();  // step 21
     std::int32_t ContributionHautsRevenus() const;
-    void ImpotApresCorrections(kv::Passe passe);
+    void ImpotApresCorrections(kv::Passe passe);  // step 22
     void PlusValuesOutreMer(kv::Passe passe);
     void CapitauxAuForfait();
 
-    // Social levies.
-    void CSG_CRDS();
+    // Social levies (CsgCrds.cpp).
+    void CSG_CRDS();  // step 25
     void BaseSociale(CaseSortie base, std::int32_t montant);
     std::int32_t BaseMeubles() const;
     void BasesResident();
@@ -207,18 +233,8 @@ class CCalcul_N final : public CCalcul {
     void CsgSansRetenue();
     void GainsSalaries();
 
-    // Withholding.
-    void TauxPAS();
-    bool SituationChangee() const;
-    double ImpotAPrelever(const kv::Assiettes& assiettes) const;
-    void TraceTaux(std::u16string_view titre, const std::u16string& taux, const kv::Assiettes& assiettes,
-                   std::initializer_list<std::int32_t> credits) const;
-    kv::TauxIndividuels CalculeTauxIndividuels(const TPeriode& periode);
-    void ChainePAS(const TPeriode& periode);
-    void KV_CIMR();
-
-    // Credits.
-    void CreditDImpot();
+    // Credits (Credits.cpp).
+    void CreditDImpot();  // step 24
     void LigneCredit(CaseSortie credit, std::int32_t declare, std::int32_t retenu, double taux);
     std::int32_t PlafondParFoyer(std::int32_t montant, std::int32_t parCharge) const;
     void Contributions();
@@ -232,49 +248,39 @@ class CCalcul_N final : public CCalcul {
     void ReportsForestiers();
     void InteretsHabitationPrincipale();
 
-    // Retirement savings, global cap, indicators, next year's return.
-    void PlafondPERP(const TPeriode& periode);
-    void NichesFiscales(const TPeriode& periode);
+    // Withholding (Prelevement.cpp, Assiettes.cpp).
+    void TauxPAS();  // step 36
+    bool SituationChangee() const;
+    double ImpotAPrelever(const kv::Assiettes& assiettes) const;
+    void TraceTaux(std::u16string_view titre, const std::u16string& taux, const kv::Assiettes& assiettes,
+                   std::initializer_list<std::int32_t> credits) const;
+    kv::TauxIndividuels CalculeTauxIndividuels(const TPeriode& periode);
+    void ChainePAS(const TPeriode& periode);
+    void KV_CIMR();  // step 37
+
+    // Amount payable (ImpotAPaye.cpp).
+    void ImpotAPaye();  // step 26
+    void ClasseImpot(std::int32_t avantCredits, std::int32_t net);
+    void ClassePrelevementsSociaux(bool avecCimr);
+    void NetAPayer(std::int32_t net);
+
+    // Retirement savings, global cap, indicators, next year's return (PlafondPERP.cpp, Niches.cpp, Indicateurs.cpp,
+    // Reports.cpp).
+    void PlafondPERP(const TPeriode& periode);     // step 27
+    void NichesFiscales(const TPeriode& periode);  // step 28
     void RelanceSansAvantages(const TPeriode& periode);
     std::int32_t SoldeDImpot() const;
     void TraceNiches(std::u16string_view nom, std::int32_t valeur) const;
     void TraceResultatNiches(std::span<const std::int32_t> exces) const;
-    void Reports();
-    void TauxImposMoyen();
-    void ImposTxMarginal();
-    void ImposTrancheSup();
+    void Reports();          // step 29
+    void TauxImposMoyen();   // step 31
+    void ImposTxMarginal();  // step 32
+    void ImposTrancheSup();  // step 33
     bool BaremeSeul() const;
     std::size_t TrancheMarginale() const;
     std::int32_t AvantagePlafonne() const;
     void CopieISF();
     void ReportsDeficits();
-
-    // Amount payable.
-    void ImpotAPaye();
-    void ClasseImpot(std::int32_t avantCredits, std::int32_t net);
-    void ClassePrelevementsSociaux(bool avecCimr);
-    void NetAPayer(std::int32_t net);
-
-    // Foreign income.
-    /// How far a re-run goes.
-    enum class Jusque { RevenuNet, Impot, Corrections };
-    void Relance(const TPeriode& periode, kv::Passe passe, Jusque jusque);
-    std::int32_t RevenuNetDesAbattements() const;
-    void RevenusTM(const TPeriode& periode);
-    void RevenusEtrangers(const TPeriode& periode);
-
-    // Net and taxable income.
-    void RevenusNet();
-    void Charges();
-    void ChargesEpargneRetraite(std::int32_t& reste);
-    void ChargesGrossesReparations(std::int32_t& reste);
-    void Charge(CaseSortie ligne, std::int32_t declare, std::int32_t retenu, std::int32_t& reste);
-    void Abattements();
-    void RevenusImposables();
-    void RevenuFiscalRef(const TPeriode& periode);
-    std::int32_t CorrectionQuotient();
-    std::int32_t GainsMobiliersNets() const;
-    void RevenusNetFrais();
 
     /// Puts the option switches back as the host gave them; after a comparison the options themselves end at 0.
     class Interrupteurs {

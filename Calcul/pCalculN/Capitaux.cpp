@@ -30,7 +30,7 @@ constexpr DeficitMobilier deficitsMobiliers[] = {
 void CCalcul_N::RevenusMobiliers(Passe passe) {
     const kv::Etape etape(m_trace, u"8:RevenusMobiliers");
 
-    const bool bareme = Options() && E["BAR"] != 0, forfait = Options() && E["PFU"] != 0;
+    const bool bareme = OptionBareme(), forfait = OptionForfait();
     const std::int32_t plafond = m_bCouple ? 9200 : 4600;  // life-insurance allowance
     const std::int32_t dividendes = E["2DC"], autres = E["2TR"], distribues = E["2FU"], majores = E["2GO"];
     const std::int32_t frais = E["2CA"], prets = E["2TT"], interets = E["2FA"];
@@ -177,7 +177,7 @@ void CCalcul_N::RevenusFonciers(Passe passe) {
 
 void CCalcul_N::RevenusDivers(Passe passe) {
     const kv::Etape etape(m_trace, u"10:RevenusDivers");
-    const bool bareme = Options() && E["BAR"] != 0, forfait = Options() && E["PFU"] != 0;
+    const bool bareme = OptionBareme(), forfait = OptionForfait();
 
     // Agricultural deficits come off farm income, and off other income only when it is modest.
     const std::int32_t anterieurs = SommeE({"5QF", "5QG", "5QN", "5QO", "5QP", "5QQ"});
@@ -219,7 +219,7 @@ void CCalcul_N::RevenusDivers(Passe passe) {
 
 void CCalcul_N::RevenusTauxForf() {
     const kv::Etape etape(m_trace, u"12:RevenusTauxForf");
-    const bool option = Options() && (E["BAR"] != 0 || E["PFU"] != 0);
+    const bool option = OptionBareme() || OptionForfait();
 
     C1["RF_PENSIONS"] = nPourcent(E["1AT"], 90);
     C2["RF_PENSIONS"] = nPourcent(E["1BT"], 90);

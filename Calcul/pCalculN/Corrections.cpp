@@ -80,7 +80,7 @@ void CCalcul_N::ImpotApresCorrections(kv::Passe passe) {
     S["CORRECTIONS"] = SommeS({"CO_TNS_GUY", "CO_TNS_MGR", "CO_TNS", "CO_18", "CO_19", "CO_24", "CO_3WR", "CO_3WS",
                                "CO_30", "CO_41", "CO_22_5", "CO_50", "CO_INV_AUTEUR", "CO_REPRISE", "CO_INVEST_CORSE",
                                "CO_AGENTS_ASSUR", "CO_PENSIONS", "CO_INTERET", "CO_TAXELOYER"});
-    if (Options() && E["PFU"] != 0) S["CORRECTIONS"] += S["CO_PFU1"] + S["CO_PFU2"];
+    if (OptionForfait()) S["CORRECTIONS"] += S["CO_PFU1"] + S["CO_PFU2"];
     C2["CORRECTIONS"] = S["CORRECTIONS"];
     S["TOT_IMP_COR"] = S["TOT_IMP_RED"] + S["CORRECTIONS"];
 }

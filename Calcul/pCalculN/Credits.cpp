@@ -30,7 +30,7 @@ void CCalcul_N::CreditDImpot() {
     CreditsImputes();
 
     for (const Copie& copie : copies) S[copie.credit] = E[copie.box];
-    const bool option = Options() && (E["BAR"] != 0 || E["PFU"] != 0);
+    const bool option = OptionBareme() || OptionForfait();
     LigneCredit("D_PV_NON_RESIDENT", E["3VE"], E["3VE"], option ? 12.8 : 45);
     LigneCredit("D_SCR_NON_RESIDENT", E["3UV"], E["3UV"], option ? 12.8 : 30);
 
@@ -47,14 +47,14 @@ void CCalcul_N::CreditDImpot() {
         ReportsForestiers();
     }
     for (const Copie& copie : copiesProfessionnelles) S[copie.credit] = E[copie.box];
-    if (Options() && E["CIMR"] != 0) KV_CIMR();
+    if (OptionCimr()) KV_CIMR();
 
     S["D_CREDIT"] = 0;
     for (const CaseSortie credit : creditsDuTotal) S["D_CREDIT"] += S[credit];
     for (const auto& travaux : travauxForestiers) S["D_CREDIT"] += S[travaux.credit];
     for (const auto& depense : transitionEnergetique) S["D_CREDIT"] += S[depense.credit];
-    if (Options() && E["PFU"] != 0) S["D_CREDIT"] += S["D_CREDIT_PFU2"];
-    if (Options() && E["CIMR"] != 0) S["D_CREDIT"] += S["D_CREDIT_CIMR_IR"];
+    if (OptionForfait()) S["D_CREDIT"] += S["D_CREDIT_PFU2"];
+    if (OptionCimr()) S["D_CREDIT"] += S["D_CREDIT_CIMR_IR"];
     if (S["CORRECTIONS"] + S["D_CREDIT"] != 0) S["SEPAR_MONT"] = 1;
 }
 

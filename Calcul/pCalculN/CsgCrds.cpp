@@ -119,7 +119,7 @@ std::int32_t CCalcul_N::BaseMeubles() const {
 }
 
 void CCalcul_N::BasesResident() {
-    const bool bareme = Options() && E["BAR"] != 0, forfait = Options() && E["PFU"] != 0;
+    const bool bareme = OptionBareme(), forfait = OptionForfait();
 
     std::int32_t mobiliers = nPositif(m_travail.nBaseMobiliersSociale) + E["2DM"];
     if (forfait)
@@ -169,7 +169,7 @@ void CCalcul_N::PrelevementsCapital(bool resident) {
 
 // The part of the levy on capital that next year's income is reduced by.
 void CCalcul_N::CsgDeductible() {
-    const bool bareme = Options() && E["BAR"] != 0, forfait = Options() && E["PFU"] != 0;
+    const bool bareme = OptionBareme(), forfait = OptionForfait();
     std::int32_t base = SommeS({"S_B_REV_FON", "S_B_RENTES", "S_B_BENEF", "S_B_LM"}) -
                         SommeS({"S_B_REV_FON_Etranger", "S_B_RCM_Etranger", "S_B_RENTES_ETR", "S_B_LM_ETR",
                                 "S_B_PG_DIVERS_ETR", "S_B_CSG_CRDS"});

@@ -136,7 +136,7 @@ void CCalcul_N::RevenusEtrangers(const TPeriode& periode) {
         m_trace.Relance(u"=> on relance les calculs avec que les revenus TK, sans les normaux");
         Relance(periode, Passe::TK, Jusque::Corrections);
         revenuTK = S["TOT_R_BRUT"] + nPositif(TK["2TS"] - TKZ["2TS"]);
-        if (!(Options() && E["PFU"] != 0))
+        if (!OptionForfait())
             revenuTK += nPositif(nPourcent(TK["2DC"], 60) - TKZ["2DC"]) + nPositif(TK["2TR"] - TKZ["2TR"]);
         impotPlusValuesTK = S["CORRECTIONS"] - S["CO_PENSIONS"] - S["CO_INTERET"];
         plusValuesTK = S["RF_PENSIONS"] + S["RF_PLUS"] + S["RF_2FA"];
@@ -171,7 +171,7 @@ void CCalcul_N::RevenusEtrangers(const TPeriode& periode) {
                            IntToStr(revenuFrancais) + u" / " + IntToStr(revenuMondial);
     S["IMPOT_ETR_TK"] = impotMondialDom;
     S["IMPOT_ETR_REV_TK"] = S["IMPOT_ETR_REV_NET_TK"] = revenuTK;
-    S["IMPOT_ETR_PV_TK"] = Options() && E["PFU"] != 0 ? 0 : impotPlusValuesTK;
+    S["IMPOT_ETR_PV_TK"] = OptionForfait() ? 0 : impotPlusValuesTK;
     S["IMPOT_ETR_PV_NET_TK"] = plusValuesTK;
     S["IMPOT_ETR_RMI"] = revenuMondial;
     if (effectif) S["TOT_R_MONDIAL"] = revenuMondial;

@@ -20,7 +20,7 @@ void CCalcul_N::ImpotAPaye() {
 
     const std::int32_t avantCredits = S["TOT_IMP_COR"] + S["NICHE_FISCALE"] + S["CONTRIBUTIONS"];
     const std::int32_t net = avantCredits - S["D_CREDIT"];
-    const bool avecCimr = Options() && E["CIMR"] != 0;
+    const bool avecCimr = OptionCimr();
     ClasseImpot(avantCredits, net);
     if (avecCimr) S["S_A_PAYER"] = nPositif(S["S_A_PAYER"] + S["S_CONTR_CIMR_CS"]);
     ClassePrelevementsSociaux(avecCimr);

@@ -138,7 +138,7 @@ void CCalcul_N::RevenusBrutQuotient(kv::Passe passe) {
     const kv::Etape etape(m_trace, u"11:RevenusBrutQuotient");
     CDataCalcul& data = *m_pData;
 
-    const bool abattementDividendes = !(Options() && E["PFU"] != 0);
+    const bool abattementDividendes = !OptionForfait();
     Remplit(data.QuotientOrdinaire, Lecture(data), abattementDividendes);
     for (const auto& q : data.ListeQuotients) Remplit(*q, Lecture(data, q->nId), abattementDividendes);
 

@@ -45,7 +45,7 @@ void CCalcul_N::Charges() {
     m_travail.nRevenusDejaSoumis = std::min(E["2BH"], E["2CH1"] + E["2TS1"]);
     m_travail.nRevenusDejaSoumisReste = E["2CG"] + E["2BH"] - m_travail.nRevenusDejaSoumis;
     const std::int32_t tauxDeductible = NouveauxTaux() ? 680 : 510;
-    const std::int32_t soumis = Options() && E["PFU"] != 0 ? m_travail.nRevenusDejaSoumis : E["2BH"];
+    const std::int32_t soumis = OptionForfait() ? m_travail.nRevenusDejaSoumis : E["2BH"];
     C1["C_CSG_MOB"] = soumis;
     m_pData->BaseEtTaux("C_CSG_MOB", soumis, tauxDeductible);
     S["C_CSG_MOB"] = Impute(nTronque(dArrondi(dMul(soumis, tauxDeductible) / 100 / 100)), reste);

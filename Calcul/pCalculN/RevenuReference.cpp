@@ -38,7 +38,7 @@ std::int32_t CCalcul_N::CorrectionQuotient() {
 
 void CCalcul_N::RevenuFiscalRef(const TPeriode& periode) {
     const kv::Etape etape(m_trace, u"20:RevenuFiscalRef");
-    const bool bareme = Options() && E["BAR"] != 0, forfait = Options() && E["PFU"] != 0;
+    const bool bareme = OptionBareme(), forfait = OptionForfait();
 
     // The net shares of exempt salaries come from salaries that include them.
     std::array<std::array<std::int32_t, 2>, std::size(salairesExoneres)> parts{};
