@@ -147,7 +147,7 @@ kv::TauxIndividuels CCalcul_N::CalculeTauxIndividuels(const TPeriode& periode) {
         declarants[d].taux = dArrondn(dMul(dDiv(impot, a.RevenuPreleve()), 100), 1);
         TraceTaux(formules[d], FloatToStr(declarants[d].taux) + u"%", a, {credits[d]});
     }
-    kv::TauxIndividuels taux;
+    kv::TauxIndividuels taux{};
     if (declarants[0].revenu == declarants[1].revenu) return taux;
     const std::size_t petit = declarants[0].revenu < declarants[1].revenu ? 0 : 1, grand = 1 - petit;
     taux[petit] = declarants[petit].taux;
