@@ -252,8 +252,9 @@ class CCalcul_N final : public CCalcul {
     void TauxPAS();  // step 36
     bool SituationChangee() const;
     double ImpotAPrelever(const kv::Assiettes& assiettes) const;
-    void TraceTaux(std::u16string_view titre, const std::u16string& taux, const kv::Assiettes& assiettes,
-                   std::initializer_list<std::int32_t> credits) const;
+    void TraceTaux(const kv::Assiettes& assiettes) const;
+    void TraceTauxIndividuel(std::u16string_view titre, double taux, const kv::Assiettes& assiettes,
+                             std::int32_t credit) const;
     kv::TauxIndividuels CalculeTauxIndividuels(const TPeriode& periode);
     void ChainePAS(const TPeriode& periode);
     void KV_CIMR();  // step 37

@@ -38,7 +38,7 @@ void CCalcul_N::TauxPAS() {
     const Assiettes a(*m_pData, m_trace);
     // In tenths of a percent, through a rounding to hundredths.
     S["TAUX_PAS"] = nArrondi(dDiv(dArrond(dMul(dDiv(ImpotAPrelever(a), a.RevenuPreleve()), 10000)), 10));
-    TraceTaux(u"Taux PAS : ", FloatToStr(S["TAUX_PAS"] / 10.0) + u"%", a, {E["8VM"], E["8WM"], E["8UM"]});
+    TraceTaux(a);
     m_trace.Valeur(u"s(TAUX_PAS)", S["TAUX_PAS"]);
     if (S["TOT_PAYER"] == 0 && dDiv(S["REVENU_REF"], S["F_NB_PARTS_ALL"] / 100.0) < IDX(25000) && S["TAUX_PAS"] > 0)
         S["INFO_TAUX_PAS"] = 1;
@@ -48,13 +48,20 @@ void CCalcul_N::TauxPAS() {
     S["ACOMPTE_CS"] = nPourcent(base, 6.80) + nPourcent(base, 9.90) + nPourcent(base, 0.50);
 }
 
-void CCalcul_N::TraceTaux(std::u16string_view titre, const std::u16string& taux, const Assiettes& a,
-                          std::initializer_list<std::int32_t> credits) const {
+void CCalcul_N::TraceTaux(const Assiettes& a) const {
     if (!m_trace.m_bTrace) return;
-    std::u16string ligne = std::u16string(titre) + taux + u" = [" + IntToStr(a.Impot()) + u" x [(" +
-                           IntToStr(a.RevenuNetPreleve()) + u" / " + IntToStr(a.RevenuNetImposable()) + u")";
-    for (const std::int32_t credit : credits) ligne += u" - " + IntToStr(credit);
-    m_trace.Ligne(ligne + u"]] / " + IntToStr(a.RevenuPreleve()));
+    m_trace.Ligne(u"Taux PAS : " + FloatToStr(S["TAUX_PAS"] / 10.0) + u"% = [" + IntToStr(a.Impot()) + u" x [(" +
+                  IntToStr(a.RevenuNetPreleve()) + u" / " + IntToStr(a.RevenuNetImposable()) + u") - " +
+                  IntToStr(E["8VM"]) + u" - " + IntToStr(E["8WM"]) + u" - " + IntToStr(E["8UM"]) + u"]] / " +
+                  IntToStr(a.RevenuPreleve()));
+}
+
+void CCalcul_N::TraceTauxIndividuel(std::u16string_view titre, double taux, const Assiettes& a,
+                                    std::int32_t credit) const {
+    if (!m_trace.m_bTrace) return;
+    m_trace.Ligne(std::u16string(titre) + u" " + FloatToStr(taux) + u"% = [(" + IntToStr(a.Impot()) + u" x " +
+                  IntToStr(a.RevenuNetPreleve()) + u" / " + IntToStr(a.RevenuNetImposable()) + u") - " +
+                  IntToStr(credit) + u"] / " + IntToStr(a.RevenuPreleve()));
 }
 
 namespace {
@@ -133,7 +140,7 @@ kv::TauxIndividuels CCalcul_N::CalculeTauxIndividuels(const TPeriode& periode) {
     Declarant declarants[2];
     static constexpr std::u16string_view titres[2] = {u"============ PAS IND D1 ================",
                                                       u"============ PAS IND D2 ================"};
-    static constexpr std::u16string_view formules[2] = {u"Taux PAS D1 : ", u"Taux PAS D2 : "};
+    static constexpr std::u16string_view formules[2] = {u"Taux PAS D1 :", u"Taux PAS D2 :"};
     for (const std::size_t d : {std::size_t{0}, std::size_t{1}}) {
         m_trace.Ligne(titres[d]);
         const RetourDUnDeclarant retour(*m_pData, d == 0);
@@ -145,7 +152,7 @@ kv::TauxIndividuels CCalcul_N::CalculeTauxIndividuels(const TPeriode& periode) {
         const std::int32_t impot =
             nPositif(nProrata(a.Impot(), a.RevenuNetPreleve(), a.RevenuNetImposable()) - credits[d]);
         declarants[d].taux = dArrondn(dMul(dDiv(impot, a.RevenuPreleve()), 100), 1);
-        TraceTaux(formules[d], FloatToStr(declarants[d].taux) + u"%", a, {credits[d]});
+        TraceTauxIndividuel(formules[d], declarants[d].taux, a, credits[d]);
     }
     kv::TauxIndividuels taux{};
     if (declarants[0].revenu == declarants[1].revenu) return taux;

@@ -6,7 +6,7 @@ construction=$1 sources=$2
 travail=$(mktemp -d)
 trap 'rm -rf "$travail"' EXIT
 cmake --install "$construction" --prefix "$travail/prefixe" >/dev/null
-cmake -S "$sources/tests/installation" -B "$travail/hotes" -DCMAKE_PREFIX_PATH="$travail/prefixe" \
+cmake -G Ninja -S "$sources/tests/installation" -B "$travail/hotes" -DCMAKE_PREFIX_PATH="$travail/prefixe" \
       -DEXEMPLES="$sources/examples" -DCMAKE_BUILD_TYPE=Release ${3:+-DCMAKE_EXE_LINKER_FLAGS="$3"} >/dev/null
 cmake --build "$travail/hotes" >/dev/null
 pkgconf=$(find "$travail/prefixe" -name kvcalcul.pc)

@@ -1,4 +1,4 @@
-#include "tests/Attendu.h"
+#include "tests/Foyer.h"
 
 // Taxes at proportional rates, contribution on high incomes. Property income (4BA) is taxed as declared, so that a
 // return with 4BA alone has that income as gross, taxable and reference income.

@@ -1,5 +1,5 @@
 #include "Calcul/pCalculN/OutreMerTable.h"
-#include "tests/Attendu.h"
+#include "tests/Foyer.h"
 
 // Overseas investments on property income (4BA), which is taxed as declared. A single person pays on it:
 //     45000: 7793.26        200000: 200000 x 45 % - 19845.93 = 70154.07

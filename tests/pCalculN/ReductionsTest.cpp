@@ -1,4 +1,4 @@
-#include "tests/Attendu.h"
+#include "tests/Foyer.h"
 
 // Property income (4BA) is taxed as declared, so that a return with 4BA alone has that income as gross, net, taxable
 // and reference income. A single person pays on it:
