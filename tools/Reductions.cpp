@@ -75,7 +75,7 @@ class Tableau {
     void operator()(const om::LigneReportee& l) { Ecrit(l.sortie, l.entree, "100", "", l.niche, Nom(l.suite)); }
     void operator()(const om::LigneRetrocedee& l) {
         Ecrit(l.excedent, l.reduction, Nombre(l.taux) + " " + Nombre(l.a) + "/" + Nombre(l.b),
-              "room " + std::to_string(l.enveloppe) + ", " + Nombre(l.limite), l.niche,
+              "room " + std::to_string(l.enveloppe) + ", " + Nombre(om::limitesAuForfait[l.limite]), l.niche,
               Nom(l.nonRetrocede) + " " + Nom(l.retrocede));
     }
     void operator()(const om::LigneLimitee& l) {

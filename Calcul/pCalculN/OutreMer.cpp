@@ -10,41 +10,101 @@ namespace {
 
 using namespace kv::outremer;
 
-// The three rooms, what has been used of them, and the remaining amounts of the retroceded parts.
-class Enveloppes {
+// What fits of an amount.
+std::int32_t Tient(std::int32_t montant, std::int32_t place) { return nPositif(std::min(montant, place)); }
+
+// The shares of the overseas investments: what the investor keeps within the three rooms, what goes to the operators,
+// and what exceeds both and is given back to the tax.
+class Partage {
   public:
-    Enveloppes(bool proportionnelles, std::int32_t revenu) : m_proportionnelles(proportionnelles) {
-        if (proportionnelles)
+    Partage(CDataCalcul& data, kv::Imputation& imputation, bool proportionnel, std::int32_t revenu)
+        : S(data.Sortie),
+          C(data.Colonne),
+          Detail(data.Detail),
+          m_imputation(imputation),
+          m_proportionnel(proportionnel) {
+        if (proportionnel)
             m_enveloppes = {nPourcent(revenu, 15), nPourcent(revenu, 13), nPourcent(revenu, 11)};
         else
             m_enveloppes = {40000, 36000, 30600};
     }
 
-    bool Proportionnelles() const { return m_proportionnelles; }
-    std::int32_t Place(int enveloppe) const {
-        return m_enveloppes[static_cast<std::size_t>(enveloppe) - 1] - m_utilise;
+    // Business investments. Where the rooms are a part of the income, the two shares of a line follow each other.
+    void Retrocede() {
+        if (m_proportionnel) {
+            for (const LigneRetrocedee& ligne : lignesRetrocedees) GardePart(ligne), RetrocedePart(ligne);
+        } else {
+            for (const LigneRetrocedee& ligne : lignesRetrocedees) GardePart(ligne);
+            for (const LigneRetrocedee& ligne : lignesRetrocedees) RetrocedePart(ligne);
+        }
     }
-    void Utilise(std::int32_t montant) { m_utilise += montant; }
-    void Recommence() { m_utilise = 0; }
-    std::int32_t Utilise() const { return m_utilise; }
 
-    // The remaining amount of a limit of the fixed option.
-    std::int32_t& Limite(std::int32_t montant) {
-        for (std::size_t i = 0; i < std::size(limites); ++i)
-            if (limites[i] == montant) return m_restes[i];
-        throw std::logic_error("limite inconnue");
+    // Housing, and business investments without retrocession.
+    void Limite() {
+        for (const LigneLimitee& ligne : lignesLimitees) LimitePart(ligne, Place(ligne.enveloppe));
+        if (!m_proportionnel) m_utilise = 0;
+        for (const LigneLimitee& ligne : lignesLimiteesAuForfait)
+            LimitePart(ligne, m_proportionnel ? Place(ligne.enveloppe) : ligne.plafond - m_utilise);
     }
 
   private:
-    static constexpr std::array<std::int32_t, 8> limites = {93333, 74286, 60000, 40000, 34000, 51000, 38945, 59400};
-    const bool m_proportionnelles;
-    std::array<std::int32_t, 3> m_enveloppes{};
-    std::array<std::int32_t, 8> m_restes = limites;
-    std::int32_t m_utilise = 0;
-};
+    std::int32_t Place(int enveloppe) const {
+        return m_enveloppes[static_cast<std::size_t>(enveloppe) - 1] - m_utilise;
+    }
 
-// What fits of an amount.
-std::int32_t Tient(std::int32_t montant, std::int32_t place) { return nPositif(std::min(montant, place)); }
+    void GardePart(const LigneRetrocedee& ligne) {
+        if (!m_imputation.Active(ligne.niche)) return;
+        const CaseSortie part = ligne.nonRetrocede;
+        const std::int32_t base = S[ligne.reduction];
+        C[0][part] = nPourcent(base, ligne.taux);
+        C[1][part] = Tient(C[0][part], Place(ligne.enveloppe));
+        m_utilise += C[1][part];
+        if (base <= 0) return;
+        C[2][part] = nTronque(ligne.taux);
+        Detail[part] = FloatToStr(ligne.taux) + u"% x " + IntToStr(base);
+    }
+
+    // An inactive line retrocedes all it can, and gives nothing back.
+    void RetrocedePart(const LigneRetrocedee& ligne) {
+        const bool active = m_imputation.Active(ligne.niche);
+        const CaseSortie part = ligne.retrocede;
+        const std::int32_t base = S[ligne.reduction], gardee = C[1][ligne.nonRetrocede];
+        C[0][part] = active ? nArrondi(dMul(dDiv(gardee, ligne.a), ligne.b)) : base;
+        if (m_proportionnel) {
+            C[1][part] = Tient(C[0][part], Place(ligne.enveloppe));
+            m_utilise += C[1][part];
+        } else {
+            std::int32_t& limite = m_limites[ligne.limite];
+            C[1][part] = Tient(C[0][part], limite);
+            limite -= C[1][part];
+        }
+        if (base > 0) Detail[part] = FloatToStr(ligne.a) + u"/" + FloatToStr(ligne.b);
+        if (!active) {
+            S[ligne.excedent] = base - C[1][part];
+            return;
+        }
+        C[0][ligne.excedent] = std::min(gardee + C[1][part], base);
+        S[ligne.excedent] = base - C[0][ligne.excedent];
+        m_imputation.FixeReste(m_imputation.Reste() + S[ligne.excedent]);
+        m_imputation.Retranche(ligne.niche, base - gardee);
+    }
+
+    void LimitePart(const LigneLimitee& ligne, std::int32_t place) {
+        const std::int32_t base = S[ligne.reduction], gardee = std::min(base, nPositif(place));
+        m_imputation.Rend(ligne.niche, ligne.excedent, nPositif(base - gardee));
+        m_utilise += gardee;
+        if (base > 0) Detail[ligne.excedent] = u"100% x " + IntToStr(base);
+    }
+
+    kv::ZoneSortie& S;
+    std::array<kv::ZoneSortie, 3>& C;
+    kv::ZoneTextes& Detail;
+    kv::Imputation& m_imputation;
+    const bool m_proportionnel;                  // the rooms are a part of the income
+    std::array<std::int32_t, 3> m_enveloppes{};  // the rooms, and what has been used of them
+    std::int32_t m_utilise = 0;
+    std::array<std::int32_t, limitesAuForfait.size()> m_limites = limitesAuForfait;  // what is left of the limits
+};
 
 }  // namespace
 
@@ -61,62 +121,8 @@ bool CCalcul_N::ReductionsOutreMer() {
             S[ligne.credit] = nPositif(std::min(E[ligne.entree], nPlafondRemboursable) - S[ligne.reduction]);
 
     const std::int32_t resteAvant = m_imputation.Reste();
-    Enveloppes enveloppes(E["HQA"] != 0, RevenuDuPlafond());
-
-    // What the investor keeps of a business investment.
-    const auto garde = [&](const LigneRetrocedee& ligne) {
-        if (!m_imputation.Active(ligne.niche)) return;
-        const std::int32_t base = S[ligne.reduction];
-        C1[ligne.nonRetrocede] = nPourcent(base, ligne.taux);
-        C2[ligne.nonRetrocede] = Tient(C1[ligne.nonRetrocede], enveloppes.Place(ligne.enveloppe));
-        enveloppes.Utilise(C2[ligne.nonRetrocede]);
-        if (base <= 0) return;
-        C3[ligne.nonRetrocede] = nTronque(ligne.taux);
-        Detail[ligne.nonRetrocede] = FloatToStr(ligne.taux) + u"% x " + IntToStr(base);
-    };
-    // What goes to the operator, and what exceeds both.
-    const auto retrocede = [&](const LigneRetrocedee& ligne) {
-        const bool active = m_imputation.Active(ligne.niche);
-        const std::int32_t base = S[ligne.reduction];
-        const std::int32_t part = active ? nArrondi(dMul(dDiv(C2[ligne.nonRetrocede], ligne.a), ligne.b)) : base;
-        C1[ligne.retrocede] = part;
-        if (enveloppes.Proportionnelles()) {
-            C2[ligne.retrocede] = Tient(part, enveloppes.Place(ligne.enveloppe));
-            enveloppes.Utilise(C2[ligne.retrocede]);
-        } else {
-            std::int32_t& limite = enveloppes.Limite(ligne.limite);
-            C2[ligne.retrocede] = Tient(part, limite);
-            limite -= C2[ligne.retrocede];
-        }
-        if (base > 0) Detail[ligne.retrocede] = FloatToStr(ligne.a) + u"/" + FloatToStr(ligne.b);
-        if (!active) {
-            S[ligne.excedent] = base - C2[ligne.retrocede];
-            return;
-        }
-        C1[ligne.excedent] = std::min(C2[ligne.nonRetrocede] + C2[ligne.retrocede], base);
-        S[ligne.excedent] = base - C1[ligne.excedent];
-        m_imputation.FixeReste(m_imputation.Reste() + S[ligne.excedent]);
-        m_imputation.Retranche(ligne.niche, base - C2[ligne.nonRetrocede]);
-    };
-    if (enveloppes.Proportionnelles()) {
-        for (const LigneRetrocedee& ligne : lignesRetrocedees) garde(ligne), retrocede(ligne);
-    } else {
-        for (const LigneRetrocedee& ligne : lignesRetrocedees) garde(ligne);
-        for (const LigneRetrocedee& ligne : lignesRetrocedees) retrocede(ligne);
-    }
-
-    // Housing, and business investments without retrocession: what exceeds the room is given back.
-    const auto limite = [&](const LigneLimitee& ligne, std::int32_t place) {
-        const std::int32_t base = S[ligne.reduction];
-        const std::int32_t garde = std::min(base, nPositif(place));
-        m_imputation.Rend(ligne.niche, ligne.excedent, nPositif(base - garde));
-        enveloppes.Utilise(garde);
-        if (base > 0) Detail[ligne.excedent] = u"100% x " + IntToStr(base);
-    };
-    for (const LigneLimitee& ligne : lignesLimitees) limite(ligne, enveloppes.Place(ligne.enveloppe));
-    if (!enveloppes.Proportionnelles()) enveloppes.Recommence();
-    for (const LigneLimitee& ligne : lignesLimiteesAuForfait)
-        limite(ligne, enveloppes.Proportionnelles() ? enveloppes.Place(ligne.enveloppe)
-                                                    : ligne.plafond - enveloppes.Utilise());
+    Partage partage(*m_pData, m_imputation, E["HQA"] != 0, RevenuDuPlafond());
+    partage.Retrocede();
+    partage.Limite();
     return m_imputation.Reste() != resteAvant;
 }

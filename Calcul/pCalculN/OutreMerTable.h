@@ -1,5 +1,8 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
+
 #include "Calcul/pCalculN/Imputation.h"
 
 // The lines of the overseas investments, by the code of their entry box (CGI art. 199 undecies A, B and C). The order
@@ -98,6 +101,10 @@ inline constexpr LigneRemboursable lignesRemboursables[] = {
     "HBM", "HBR", "HCB", "HBW", "HCG", "HCM", "HCR", "HCW", "HDM", "HDR", "HDW",
 };
 
+/// What the retroceded shares may take in all under the fixed option: lines of the same limit share it.
+inline constexpr std::array<std::int32_t, 8> limitesAuForfait = {93333, 74286, 60000, 40000,
+                                                                 34000, 51000, 38945, 59400};
+
 /// A business investment that is retroceded in part to the company that operates it.
 ///
 /// Of the reduction, taux percent stays with the investor within a room, and b / a times as much goes to the operator
@@ -106,9 +113,9 @@ struct LigneRetrocedee {
     CaseSortie reduction, nonRetrocede, retrocede, excedent;
     Niche niche;
     double taux;
-    double a, b;          ///< the fraction a / b: what is kept against what is retroceded
-    int enveloppe;        ///< which of the three rooms
-    std::int32_t limite;  ///< remaining amount of the retroceded parts, fixed option; shared by lines of equal limit
+    double a, b;         ///< the fraction a / b: what is kept against what is retroceded
+    int enveloppe;       ///< which of the three rooms
+    std::size_t limite;  ///< which of the limits of the fixed option
     consteval LigneRetrocedee(const char* code, Niche n, double t, double fa, double fb, int e, std::int32_t l)
         : reduction(CaseSortie::Requise("U_DT_", code)),
           nonRetrocede(CaseSortie::Requise("U_PR_", code, "_NR")),
@@ -119,7 +126,10 @@ struct LigneRetrocedee {
           a(fa),
           b(fb),
           enveloppe(e),
-          limite(l) {}
+          limite(static_cast<std::size_t>(std::find(limitesAuForfait.begin(), limitesAuForfait.end(), l) -
+                                          limitesAuForfait.begin())) {
+        if (limite == limitesAuForfait.size()) throw "no such limit";
+    }
 };
 
 // clang-format off

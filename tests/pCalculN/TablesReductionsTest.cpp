@@ -133,7 +133,7 @@ TEST(TablesReductions, OverseasRowsAgreeWithOneAnother) {
         EXPECT_NEAR(l.taux * (1 + l.b / l.a), 100, 0.01) << Nom(l.reduction);
         const double salle[] = {40000, 36000, 30600};
         const double fraction = limite35.contains(Nom(l.reduction).substr(5)) ? 5.0 / 3 : l.b / l.a;
-        EXPECT_NEAR(l.limite, salle[l.enveloppe - 1] * fraction, 1) << Nom(l.reduction);
+        EXPECT_NEAR(om::limitesAuForfait[l.limite], salle[l.enveloppe - 1] * fraction, 1) << Nom(l.reduction);
     }
     // Own rooms: 7.5 times the room of the investor.
     for (const auto& l : om::lignesLimiteesAuForfait)
