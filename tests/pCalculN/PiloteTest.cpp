@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <new>
 #include <optional>
 #include <thread>
@@ -12,6 +10,7 @@
 #include "tests/Foyer.h"
 #include "tests/Hasard.h"
 #include "tests/Messages.h"
+#include "tests/RepertoireDeTrace.h"
 
 namespace {
 
@@ -55,38 +54,8 @@ void operator delete[](void* p, const std::nothrow_t&) noexcept { std::free(p); 
 
 namespace {
 
-namespace fs = std::filesystem;
 using kv::Service;
 using test::Messages;
-
-// A temporary directory of the test's own, with KV_TEMP in it; the marker file turns the trace of this program on.
-class RepertoireDeTrace {
-  public:
-    RepertoireDeTrace() {
-        std::string modele = testing::TempDir() + "kv_trace_XXXXXX";
-        m_racine = mkdtemp(modele.data());
-        if (const char* avant = std::getenv("TMPDIR")) m_avant = avant;
-        setenv("TMPDIR", m_racine.c_str(), 1);
-        fs::create_directory(KvTemp());
-    }
-    ~RepertoireDeTrace() {
-        m_avant ? setenv("TMPDIR", m_avant->c_str(), 1) : unsetenv("TMPDIR");
-        fs::remove_all(m_racine);
-    }
-    fs::path KvTemp() const { return m_racine / "KV_TEMP"; }
-    fs::path Fichier() const { return KvTemp() / "kv_tests_Calculs.json"; }
-    void PoseMarqueur() const { std::ofstream(KvTemp() / "kv_tests.inf"); }
-    std::vector<std::string> Lignes() const {
-        std::ifstream fichier(Fichier());
-        std::vector<std::string> lignes;
-        for (std::string ligne; std::getline(fichier, ligne);) lignes.push_back(ligne);
-        return lignes;
-    }
-
-  private:
-    fs::path m_racine;
-    std::optional<std::string> m_avant;
-};
 
 bool Lance(CDataCalcul& data, bool options = false) { return kv::Lance(data, nullptr, true, -1.0, false, options); }
 
@@ -222,10 +191,10 @@ TEST(Pilote, TheScaleShortcut) {
 }
 
 TEST(Pilote, Trace) {
-    const RepertoireDeTrace repertoire;
+    const test::RepertoireDeTrace repertoire;
     const auto lance = [] { Foyer("M 1AJ=33333 1AG=1000 1BJ=-5 1BS=-2147483647").Calcule(); };
     lance();
-    EXPECT_TRUE(fs::is_empty(repertoire.KvTemp()));
+    EXPECT_TRUE(std::filesystem::is_empty(repertoire.KvTemp()));
     repertoire.PoseMarqueur();
     lance();
     const std::vector<std::string> lignes = repertoire.Lignes();

@@ -1,15 +1,10 @@
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <map>
-#include <optional>
 
 #include "tests/Foyer.h"
+#include "tests/RepertoireDeTrace.h"
 
 namespace {
-
-namespace fs = std::filesystem;
 
 // A step or re-run line: how far it is indented, and its text.
 struct Ligne {
@@ -19,34 +14,21 @@ struct Ligne {
 };
 void PrintTo(const Ligne& l, std::ostream* flux) { *flux << l.espaces << " " << l.texte; }
 
-// Launches with the trace on, in a temporary directory of the test's own; the step and re-run lines, in order.
+// Launches with the trace on; the step and re-run lines, in order.
 std::vector<Ligne> LignesDe(const char* boxes, bool options = false) {
-    std::string racine = testing::TempDir() + "kv_etapes_XXXXXX";
-    if (!mkdtemp(racine.data())) throw std::runtime_error(racine);
-    const fs::path repertoire = fs::path(racine) / "KV_TEMP";
-    fs::create_directory(repertoire);
-    std::ofstream(repertoire / "kv_tests.inf").close();
-    const char* tmpdir = std::getenv("TMPDIR");
-    const std::optional<std::string> avant = tmpdir ? std::optional<std::string>(tmpdir) : std::nullopt;
-    setenv("TMPDIR", racine.c_str(), 1);
-    const bool reussi = (options ? Foyer(boxes).CalculeOptions() : Foyer(boxes).Calcule()).Reussi();
-    avant ? setenv("TMPDIR", avant->c_str(), 1) : unsetenv("TMPDIR");
-    EXPECT_TRUE(reussi);
+    const test::RepertoireDeTrace repertoire;
+    repertoire.PoseMarqueur();
+    EXPECT_TRUE((options ? Foyer(boxes).CalculeOptions() : Foyer(boxes).Calcule()).Reussi());
 
     std::vector<Ligne> lignes;
-    std::ifstream fichier(repertoire / "kv_tests_Calculs.json");
-    constexpr std::size_t debut = sizeof("hh:nn:ss : ") - 1;
-    for (std::string ligne; std::getline(fichier, ligne);) {
-        if (!ligne.empty() && ligne.back() == '\r') ligne.pop_back();
-        EXPECT_TRUE(ligne.size() > debut && ligne[2] == ':' && ligne[5] == ':' && ligne.compare(8, 3, " : ") == 0)
-            << ligne;
+    for (const std::string& ligne : repertoire.Lignes()) {
+        constexpr std::size_t debut = sizeof("hh:nn:ss : ") - 1;
         const std::size_t espaces = std::min(ligne.find_first_not_of(' ', debut), ligne.size()) - debut;
         const std::string texte = ligne.substr(debut + espaces);
         const std::size_t chiffres = std::min(texte.find_first_not_of("0123456789"), texte.size());
         const bool etape = chiffres > 0 && chiffres < texte.size() && texte[chiffres] == ':';
         if (etape || texte.starts_with("=> ")) lignes.push_back({espaces, texte});
     }
-    fs::remove_all(racine);
     return lignes;
 }
 
