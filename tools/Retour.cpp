@@ -3,10 +3,11 @@
 #include <array>
 #include <charconv>
 #include <chrono>
-#include <limits>
+#include <concepts>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
+#include <utility>
 
 #include "Calcul/cCalcul/Catalogues.h"
 #include "Calcul/cCalcul/Portees.h"
@@ -84,10 +85,7 @@ class Lecteur : public nlohmann::json_sax<json> {
     }
 
     bool number_integer(number_integer_t n) override { return Entier(n); }
-    bool number_unsigned(number_unsigned_t n) override {
-        return Entier(n > std::numeric_limits<std::int32_t>::max() ? std::numeric_limits<std::int64_t>::max()
-                                                                   : static_cast<std::int64_t>(n));
-    }
+    bool number_unsigned(number_unsigned_t n) override { return Entier(n); }
     bool number_float(number_float_t x, const string_t& texte) override {
         const kv::Change<bool> nombre(m_dansUnNombre, true);
         if (m_profondeur == 1 && m_cles[1] == "indexation") return m_retour.indexation = x, true;
@@ -162,11 +160,10 @@ class Lecteur : public nlohmann::json_sax<json> {
         return &fiche;
     }
 
-    bool Entier(std::int64_t n) {
+    bool Entier(std::integral auto n) {
         const kv::Change<bool> nombre(m_dansUnNombre, true);
         if (m_profondeur == 1 && m_cles[1] == "indexation") return m_retour.indexation = static_cast<double>(n), true;
-        if (n < std::numeric_limits<std::int32_t>::min() || n > std::numeric_limits<std::int32_t>::max())
-            Erreur(Ou() + "the value is not a 32-bit integer");
+        if (!std::in_range<std::int32_t>(n)) Erreur(Ou() + "the value is not a 32-bit integer");
         const auto valeur = static_cast<std::int32_t>(n);
         if (m_profondeur == 2 && m_section)
             *m_section->valeur(*m_retour.data, *m_box) = valeur;

@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -16,6 +17,8 @@ namespace {
 using outil::ErreurEntree;
 using outil::Forme;
 
+const std::string sortieStandard = "standard output";
+
 enum Statut { Calcule = 0, Echec = 1, MauvaiseEntree = 2 };
 
 std::ifstream Ouvre(const std::string& fichier) {
@@ -24,13 +27,24 @@ std::ifstream Ouvre(const std::string& fichier) {
     return entree;
 }
 
-int Run(const std::string& fichier, Forme forme) {
+std::string Contenu(const std::string& fichier) {
     std::ifstream entree = Ouvre(fichier);
-    const std::string texte(std::istreambuf_iterator<char>(entree), {});
-    if (entree.bad()) throw ErreurEntree(fichier + ": cannot be read");
-    outil::Retour retour = outil::LisRetour(texte, fichier);
+    try {
+        return {std::istreambuf_iterator<char>(entree), {}};
+    } catch (const std::ios_base::failure&) {
+        throw ErreurEntree(fichier + ": cannot be read");
+    }
+}
+
+void Vide(std::ostream& sortie, const std::string& nom) {
+    if (!sortie.flush()) throw ErreurEntree(nom + ": cannot be written");
+}
+
+int Run(const std::string& fichier, Forme forme) {
+    outil::Retour retour = outil::LisRetour(Contenu(fichier), fichier);
     const bool reussi = retour.Calcule();
     outil::EcritResultat(std::cout, retour, reussi, forme);
+    Vide(std::cout, sortieStandard);
     return reussi ? Calcule : Echec;
 }
 
@@ -40,6 +54,9 @@ int Batch(const std::string& fichier, const std::string& fichierSortie, Forme fo
     std::ofstream versFichier;
     if (!fichier.empty()) fichierEntree = Ouvre(fichier);
     if (!fichierSortie.empty()) {
+        std::error_code inconnu;  // of a file that does not exist yet
+        if (std::filesystem::equivalent(fichier, fichierSortie, inconnu))
+            throw ErreurEntree(fichierSortie + ": is read and written at once");
         versFichier.open(fichierSortie, std::ios::binary);
         if (!versFichier) throw ErreurEntree(fichierSortie + ": cannot be written");
     }
@@ -60,13 +77,12 @@ int Batch(const std::string& fichier, const std::string& fichierSortie, Forme fo
             statut = Echec;
         }
     }
-    sortie.flush();
-    if (!sortie)
-        throw ErreurEntree((fichierSortie.empty() ? "standard output" : fichierSortie) + ": cannot be written");
+    if (entree.bad()) throw ErreurEntree(nom + ": cannot be read");
+    Vide(sortie, fichierSortie.empty() ? sortieStandard : fichierSortie);
     return statut;
 }
 
-int Boxes(const std::string& motif) {
+void EcritBoxes(const std::string& motif) {
     const auto retenue = [&](std::string_view nom) { return nom.find(motif) != nom.npos; };
     for (const CaseEntreeDef& c : TableEntree) {
         const char* nom = kv::entree::lignes[c.Index].nom;
@@ -82,12 +98,12 @@ int Boxes(const std::string& motif) {
         if (retenue(kv::sortie::noms[j])) std::cout << "output   " << j << '\t' << kv::sortie::noms[j] << '\n';
     for (std::size_t r = 0; r < kv::nReports; ++r)
         if (retenue(kv::report::noms[r])) std::cout << "carry    " << r << '\t' << kv::report::noms[r] << '\n';
-    return Calcule;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+    std::ios_base::sync_with_stdio(false);  // a read error of the standard input is one of the stream
     CLI::App app{"Computes French income-tax returns (form 2042, income of 2017)."};
     app.require_subcommand(1);
     std::string fichier, sortie, motif;
@@ -118,8 +134,8 @@ int main(int argc, char** argv) {
     try {
         if (*run) return Run(fichier, complet ? Forme::Complet : json ? Forme::Json : Forme::Resume);
         if (*batch) return Batch(fichier, sortie, complet ? Forme::Complet : Forme::Json);
-        if (!reductions) return Boxes(motif);
-        outil::EcritReductions(std::cout);
+        reductions ? outil::EcritReductions(std::cout) : EcritBoxes(motif);
+        Vide(std::cout, sortieStandard);
         return Calcule;
     } catch (const ErreurEntree& e) {
         std::cerr << e.what() << '\n';

@@ -23,10 +23,10 @@ constexpr auto videParRazComplete = [] {
 }  // namespace
 
 void CDataCalcul::AjouteQuotient(int map, std::int32_t coefficient, std::int32_t montant) {
-    MapsQuotients[static_cast<std::size_t>(map)].emplace(coefficient, montant);
     const auto memeId = [&](const auto& quotient) { return quotient->nId == coefficient; };
     if (std::none_of(ListeQuotients.begin(), ListeQuotients.end(), memeId))
         ListeQuotients.push_back(std::make_unique<CCalcQuotient>(coefficient));
+    MapsQuotients[static_cast<std::size_t>(map)].emplace(coefficient, montant);
 }
 
 std::int32_t CDataCalcul::Quotient(int map, std::int32_t coefficient) const {

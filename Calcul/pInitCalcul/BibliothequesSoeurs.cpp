@@ -40,9 +40,9 @@ void KV_Calcul_Report(std::u16string repertoire) {
         if (!soeur) return NUBErreur(u"Impossible de charger : KVCOMMUN");
         const auto pourcentage = soeur.Fonction<ObtenirPourcentageBareme>("@ObtenirPourcentageBareme$qqrrxi");
         if (!pourcentage) return NUBErreur(u"Impossible de charger la fonction ObtenirPourcentageBareme");
+        soeur.Garde();  // before the call: an exception that it throws is the library's own
         const std::int32_t annee = 2017;
         KV_CalculReports(kv::session, nullptr, pourcentage(annee));
-        soeur.Garde();
     });
 }
 
@@ -53,8 +53,8 @@ void KV_Calcul_RemplirStructure(std::int32_t numero, std::u16string repertoire, 
         if (!soeur) return NUBErreur(u"Impossible de charger : " + fichier);
         const auto casDeTest = soeur.Fonction<GoCalcCasDeTest>("_GoCalcCasDeTest");
         if (!casDeTest) return NUBErreur(u"Impossible de charger la fonction GoCalcCasDeTest");
-        casDeTest(0, valeur, 0, 0, 0, 0, 1, 0, kv::session);
         soeur.Garde();
+        casDeTest(0, valeur, 0, 0, 0, 0, 1, 0, kv::session);
     });
 }
 

@@ -6,7 +6,7 @@
 #include "tests/Messages.h"
 #include "tests/Retour.h"
 
-// Two small sibling libraries are built beside the tests, in directories of their own.
+// Small sibling libraries are built beside the tests, in directories of their own.
 
 namespace {
 
@@ -72,6 +72,14 @@ TEST_F(Soeurs, TheTestCaseIsHandedTheReturn) {
     EXPECT_EQ(std::vector(recus, recus + 9), (std::vector{0, -12, 0, 0, 0, 0, 1, 0, 1}));
     EXPECT_EQ(*retour, m_data);
     dlclose(soeur);
+}
+
+TEST_F(Soeurs, AnExceptionOfTheirsIsReported) {
+    const Messages messages;
+    KV_Calcul_RemplirStructure(7, Repertoire("en_panne"), 0);
+    ASSERT_EQ(messages.Recus().size(), 2u);
+    EXPECT_TRUE(messages.Recus()[0].texte.ends_with(") : en panne"));
+    EXPECT_TRUE(EstChargee("en_panne", "KV7_COMMUN.dll"));
 }
 
 TEST(Initialisation, OverseasCodesAndCarryForwards) {

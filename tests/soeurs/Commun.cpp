@@ -1,6 +1,8 @@
 #include <cstdint>
+#include <exception>
 
-// Sibling libraries for the tests: one with the percentage function, one with the test-case function, one with neither.
+// Sibling libraries for the tests: one with the percentage function, one with the test-case function, one whose
+// test-case function throws, one with neither.
 
 #define VISIBLE __attribute__((visibility("default")))
 
@@ -26,6 +28,13 @@ VISIBLE void _GoCalcCasDeTest(std::int32_t a, std::int32_t b, std::int32_t c, st
     ++recus[8];
     retourRecu = retour;
 }
+
+#elif defined(EN_PANNE)
+
+struct Panne : std::exception {
+    const char* what() const noexcept override { return "en panne"; }
+};
+VISIBLE void _GoCalcCasDeTest() { throw Panne(); }
 
 #else
 
