@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 
 #include "Calcul/cCalcul/Transferts.h"
 #include "Calcul/pCalculN/Calcul_N.h"
@@ -154,8 +155,13 @@ void CCalcul_N::TransitionEnergetique() {
 
 // Childcare outside the home (CGI art. 200 quater B): a ceiling per child, half for alternating residence.
 void CCalcul_N::FraisDeGarde() {
-    if (SommeE({"7GA", "7GB", "7GC", "7GD", "7GE", "7GF", "7GG", "7GM"}) == 0) return;
-    const auto garde = [&](CaseSortie credit, const std::array<CaseEntree, 4>& enfants, std::int32_t plafond) {
+    using Enfants = std::array<CaseEntree, 4>;
+    static constexpr Enfants aCharge = {"7GA", "7GB", "7GC", "7GD"}, alternes = {"7GE", "7GF", "7GG", "7GM"};
+    const auto aucun = [&](const Enfants& enfants) {
+        return std::all_of(enfants.begin(), enfants.end(), [&](CaseEntree enfant) { return E[enfant] == 0; });
+    };
+    if (aucun(aCharge) && aucun(alternes)) return;
+    const auto garde = [&](CaseSortie credit, const Enfants& enfants, std::int32_t plafond) {
         std::int32_t declare = 0, retenu = 0;
         for (const CaseEntree enfant : enfants) {
             declare += E[enfant];
@@ -164,8 +170,8 @@ void CCalcul_N::FraisDeGarde() {
         LigneCredit(credit, declare, retenu, 50);
         m_imputation.Note(Niche::N2013, credit, S[credit]);
     };
-    garde("D_FRAIS_GARDE_ACHARGE", {"7GA", "7GB", "7GC", "7GD"}, 2300);
-    garde("D_FRAIS_GARDE_ALTERNE", {"7GE", "7GF", "7GG", "7GM"}, 1150);
+    garde("D_FRAIS_GARDE_ACHARGE", aCharge, 2300);
+    garde("D_FRAIS_GARDE_ALTERNE", alternes, 1150);
 }
 
 // Union dues (CGI art. 199 quater C): capped at 1 % of salaries and pensions, salaries counting only without actual

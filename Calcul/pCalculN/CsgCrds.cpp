@@ -132,7 +132,8 @@ void CCalcul_N::BasesResident() {
                                              "3VM", "3VT", "3PI", "3WE", "3WI", "3WJ", "3WN", "3UZ"}));
     BaseSociale("S_B_RENTES", nPositif(S["RD_RENTES"]));
     std::int32_t gains = 0;
-    for (const GainProfessionnel& g : gainsProfessionnels) gains += nPositif(E[g.gain] - (g.perte ? E[g.perte] : 0));
+    for (const GainProfessionnel& g : gainsProfessionnels)
+        gains += g.perte ? nPositif(E[g.gain] - E[g.perte]) : E[g.gain];
     BaseSociale("S_B_PLUS_VALUES", nPositif(gains));
     BaseSociale("S_B_PV_RETRAITE", nPositif(E["5HG"] + E["5IG"]));
     for (const PartEtrangere& p : partsEtrangeres) BaseSociale(p.part, std::min(E[p.box], S[p.base]));
@@ -167,8 +168,9 @@ void CCalcul_N::PrelevementsCapital(bool resident) {
     if (C2["S_BASES"] != 0 && differes != 0) C2["S_TAUX"] = 0;  // two rates apply
 }
 
-// The part of the levy on capital that next year's income is reduced by.
+// The part of the levy on capital that next year's income is reduced by; none of a levy that is below 0.
 void CCalcul_N::CsgDeductible() {
+    if (S["S_BASES"] < 0) return;
     const bool bareme = OptionBareme(), forfait = OptionForfait();
     std::int32_t base = SommeS({"S_B_REV_FON", "S_B_RENTES", "S_B_BENEF", "S_B_LM"}) -
                         SommeS({"S_B_REV_FON_Etranger", "S_B_RCM_Etranger", "S_B_RENTES_ETR", "S_B_LM_ETR",

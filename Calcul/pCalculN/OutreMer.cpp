@@ -101,8 +101,8 @@ class Partage {
     kv::ZoneTextes& Detail;
     kv::Imputation& m_imputation;
     const bool m_proportionnel;                  // the rooms are a part of the income
-    std::array<std::int32_t, 3> m_enveloppes{};  // the rooms, and what has been used of them
-    std::int32_t m_utilise = 0;
+    std::array<std::int32_t, 3> m_enveloppes{};  // the rooms
+    std::int32_t m_utilise = 0;                  // what has been used of them, together
     std::array<std::int32_t, limitesAuForfait.size()> m_limites = limitesAuForfait;  // what is left of the limits
 };
 

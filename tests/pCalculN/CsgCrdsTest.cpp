@@ -153,6 +153,9 @@ TEST(CsgCrds, Options) {
     Attend(Foyer("PFU 2TR=1000 2BH=900 2CG=600").CalculeOptions(), {{"S_B_CSG_CRDS", 1500}, {"S_CONTR_SOC", 0}});
     Attend(Foyer("BAR 2TR=1000 2BH=900 2CG=600").CalculeOptions(), {{"S_B_CSG_CRDS", 1000}, {"S_CONTR_SOC", 0}});
     // Interest paid in advance is in the base of the scale once, in that of the flat tax with the rest.
+    // Deferred gains of 1000 less 5000: -272 + 82 - 20, which is 17.2 % of -1221; nothing is deductible of it.
+    Attend(Foyer("PFU 2CG=5000 3WI=1000").CalculeOptions(),
+           {{"S_CONTR_SOC", -210}, {"S_BASES", -1221}, {"S_DEDUC", 0}});
     Attend(Foyer("PFU 2FA=1000").CalculeOptions(), {{"S_B_REV_MOB", 1000}});
     Attend(Foyer("BAR 2FA=1000").CalculeOptions(), {{"S_B_REV_MOB", 1000}});
 }
