@@ -67,52 +67,56 @@ std::int32_t Somme(const Zone& zone) {
     return static_cast<std::int32_t>(somme);
 }
 
-std::vector<std::unique_ptr<CDataCalcul>> RetoursAuHasard(unsigned graine, std::size_t nombre) {
-    std::mt19937 hasard(graine);
-    std::vector<std::unique_ptr<CDataCalcul>> retours;
-    for (std::size_t i = 0; i < nombre; ++i) {
-        retours.push_back(std::make_unique<CDataCalcul>());
-        test::RemplitAuHasard(*retours.back(), hasard);
+// Households with plausible amounts, and every fourth return with arbitrary values anywhere.
+std::vector<Retour> RetoursAuHasard(unsigned graine, int nombre) {
+    Hasard plausible(graine);
+    std::mt19937 arbitraire(graine);
+    std::vector<Retour> retours;
+    for (int i = 0; i < nombre; ++i) {
+        retours.push_back(i % 4 == 0 ? Retour{} : plausible.Declaration());
+        if (i % 4 == 0) test::RemplitAuHasard(retours.back().Data(), arbitraire);
         // A new resident's ceilings come from the launch before; a comparison of options clears the two it compares.
-        for (const CaseEntree box : {CaseEntree("6QW"), CaseEntree("PFU"), CaseEntree("BAR")})
-            retours.back()->Entree[box] = 0;
+        retours.back().Avec({{"6QW", 0}, {"PFU", i % 4 == 1}, {"BAR", i % 4 == 2}});
+        if (i % 4 == 3) retours.back().Avec({{"AVA", 1}});
     }
     return retours;
 }
 
 TEST(Pilote, ALaunchLeavesTheReturnAsTheHostGaveIt) {
     for (const bool options : {false, true}) {
-        for (const auto& data : RetoursAuHasard(2017, 30)) {
-            const Donnees avant(*data);
-            ASSERT_TRUE(Lance(*data, options));
-            EXPECT_TRUE(Donnees(*data) == avant);
-            EXPECT_EQ(data->Entree["8TI"], Somme(data->TI));
-            EXPECT_EQ(data->Entree["8TK"], Somme(data->TK));
+        for (Retour& retour : RetoursAuHasard(2017, 120)) {
+            CDataCalcul& data = retour.Data();
+            const Donnees avant(data);
+            ASSERT_TRUE(Lance(data, options));
+            EXPECT_TRUE(Donnees(data) == avant);
+            EXPECT_EQ(data.Entree["8TI"], Somme(data.TI));
+            EXPECT_EQ(data.Entree["8TK"], Somme(data.TK));
         }
     }
 }
 
 TEST(Pilote, LaunchesAgree) {
-    for (const auto& data : RetoursAuHasard(14, 12)) {
+    for (Retour& retour : RetoursAuHasard(14, 120)) {
         CDataCalcul autre;
-        autre.CopieValeurs(*data);
-        ASSERT_TRUE(Lance(*data) && Lance(autre));
-        EXPECT_TRUE(test::MemesSorties(*data, autre));
+        autre.CopieValeurs(retour.Data());
+        ASSERT_TRUE(Lance(retour.Data()) && Lance(autre));
+        EXPECT_TRUE(test::MemesSorties(retour.Data(), autre));
         ASSERT_TRUE(Lance(autre));  // again, over the outputs of the first time
-        EXPECT_TRUE(test::MemesSorties(*data, autre));
+        EXPECT_TRUE(test::MemesSorties(retour.Data(), autre));
     }
 }
 
 TEST(Pilote, TwoThreadsFindWhatOneFinds) {
-    const auto seuls = RetoursAuHasard(7, 16), ensemble = RetoursAuHasard(7, 16);
-    for (const auto& data : seuls) ASSERT_TRUE(Lance(*data));
+    auto seuls = RetoursAuHasard(7, 16), ensemble = RetoursAuHasard(7, 16);
+    for (Retour& retour : seuls) ASSERT_TRUE(Lance(retour.Data()));
     const auto lance = [&](std::size_t premier) {
-        for (std::size_t i = premier; i < ensemble.size(); i += 2) Lance(*ensemble[i]);
+        for (std::size_t i = premier; i < ensemble.size(); i += 2) Lance(ensemble[i].Data());
     };
     std::thread autre(lance, 1);
     lance(0);
     autre.join();
-    for (std::size_t i = 0; i < seuls.size(); ++i) EXPECT_TRUE(test::MemesSorties(*seuls[i], *ensemble[i])) << i;
+    for (std::size_t i = 0; i < seuls.size(); ++i)
+        EXPECT_TRUE(test::MemesSorties(seuls[i].Data(), ensemble[i].Data())) << i;
 }
 
 // A return with something of everything that a launch moves.

@@ -39,10 +39,10 @@ TEST(ProprietesImputation, TheRemainingTaxAndTheYearGroupsBalance) {
         Imputation::Totaux attendus{};
         std::int32_t horsGroupes = 0;
         for (std::size_t i = 0; i < 30; ++i) {
-            const auto niche = static_cast<Niche>(hasard.Moins(8));
+            const auto niche = static_cast<Niche>(hasard.Entre(0, 7));
             const std::int32_t base = hasard.Montant(40000), avant = imputation.Reste();
             const CaseSortie ligne = Ligne(i);
-            switch (hasard.Moins(4)) {
+            switch (hasard.Entre(0, 3)) {
                 case 0:
                     imputation.Impute(niche, ligne, base);
                     EXPECT_EQ(data.Sortie[ligne], std::min(base, avant));
@@ -85,7 +85,7 @@ TEST(ProprietesImputation, GivingBackUndoesAnImputation) {
     for (int n = 0; n < 100; ++n) {
         CDataCalcul data;
         Imputation imputation(data);
-        const auto niche = static_cast<Niche>(hasard.Moins(8));
+        const auto niche = static_cast<Niche>(hasard.Entre(0, 7));
         const std::int32_t depart = hasard.Montant(100000), credit = hasard.Montant(5000);
         imputation.FixeReste(depart);
         imputation.Note(niche, "D_ENFANTS_CESU", credit);

@@ -14,34 +14,6 @@ Retour Copie(Retour& original) {
     return copie;
 }
 
-// A launch leaves the return as declared, whatever the options.
-TEST(ProprietesRevenus, EntriesComeBack) {
-    Hasard hasard(2042);
-    for (int i = 0; i < nDeclarations; ++i) {
-        SCOPED_TRACE(i);
-        Retour retour = hasard.Declaration();
-        auto& E = retour.Data().Entree;
-        E["BAR"] = i % 3 == 1, E["PFU"] = i % 3 == 2;
-        const Donnees avant(retour.Data());
-        const auto r = i % 3 == 0 ? retour.Calcule() : retour.CalculeOptions();
-        EXPECT_TRUE(r.Reussi());
-        EXPECT_EQ(Donnees(r.Data()), avant);
-    }
-}
-
-// Nothing of one launch passes to the next.
-TEST(ProprietesRevenus, TwoLaunchesAgree) {
-    Hasard hasard(2043);
-    for (int i = 0; i < nDeclarations; ++i) {
-        SCOPED_TRACE(i);
-        Retour retour = hasard.Declaration();
-        const auto une = Copie(retour).Calcule();
-        auto deux = retour.Calcule();
-        EXPECT_TRUE(kv::Lance(deux.Data(), nullptr, true, -1.0));
-        EXPECT_TRUE(test::MemesSorties(une.Data(), deux.Data()));
-    }
-}
-
 // The household is the sum of its persons, and its gross income that of the three kinds of income.
 TEST(ProprietesRevenus, TotalsOfTheHousehold) {
     Hasard hasard(2044);
