@@ -146,7 +146,7 @@ void CCalcul_N::TransitionEnergetique() {
     for (const auto& t : transitionEnergetique) {
         const std::int32_t retenu = std::min(E[t.depense], plafond);
         LigneCredit(t.credit, E[t.depense], retenu, nTauxTransition);
-        plafond -= retenu;
+        plafond = nPositif(plafond - retenu);
         m_imputation.Note(Niche::N2013, t.credit, S[t.credit]);
     }
     LigneCredit("D_PREV_RISQUE_TECH", E["7WR"], E["7WR"], 40);
@@ -240,7 +240,7 @@ void CCalcul_N::InteretsHabitationPrincipale() {
     const auto interets = [&](CaseSortie credit, CaseEntree box, std::int32_t taux) {
         const std::int32_t retenu = std::min(E[box], plafond);
         LigneCredit(credit, E[box], retenu, taux);
-        plafond -= retenu;
+        plafond = nPositif(plafond - retenu);
         m_imputation.Note(Niche::N2013, credit, S[credit]);
     };
     interets("D_CREDIT_HAB_PRIN_BBC", "7VX", 40);

@@ -175,7 +175,10 @@ void CCalcul_N::CsgDeductible() {
     std::int32_t base = SommeS({"S_B_REV_FON", "S_B_RENTES", "S_B_BENEF", "S_B_LM"}) -
                         SommeS({"S_B_REV_FON_Etranger", "S_B_RCM_Etranger", "S_B_RENTES_ETR", "S_B_LM_ETR",
                                 "S_B_PG_DIVERS_ETR", "S_B_CSG_CRDS"});
-    base += forfait ? nPositif(SommeE({"2FU", "2CH1", "2TS1"})) : S["S_B_REV_MOB"];
+    if (forfait)
+        base = nPositif(base + SommeE({"2FU", "2CH1", "2TS1"}));
+    else
+        base += S["S_B_REV_MOB"];
     std::int32_t gains = E["1TZ"];
     if (!forfait && GainsMobiliersNets() >= 1)
         gains += std::min(SommeE({"3VG", "3UA", "3SG", "3VQ"}) - E["3VR"], GainsMobiliersNets());

@@ -6,8 +6,8 @@
 
 #include "Calcul/pCalculN/Calcul_N.h"
 
-// Tax after reductions: the abatement of overseas residents (CGI art. 197 I-3), the low-tax relief (197 I-4), the
-// reduction for modest incomes (197 I-5), then the reduction lines in their order.
+// Tax after reductions: the abatement of overseas residents (CGI art. 197 I-3), the low-tax relief (197 I-4 a),
+// the reduction for modest incomes (197 I-4 b), then the reduction lines in their order.
 
 namespace {
 

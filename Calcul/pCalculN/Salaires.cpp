@@ -251,7 +251,7 @@ void CCalcul_N::RentesViageres() {
     // The taxable share falls with the age at the first payment.
     struct Tranche {
         CaseSortie sortie;
-        CaseEntree etrangere, francaise;
+        CaseEntree francaise, etrangere;
         std::int32_t taux;
     };
     static constexpr Tranche tranches[] = {
@@ -262,7 +262,7 @@ void CCalcul_N::RentesViageres() {
     };
     S["RD_RENTES"] = 0;
     for (const Tranche& t : tranches) {
-        const std::int32_t base = E[t.etrangere] + E[t.francaise];
+        const std::int32_t base = E[t.francaise] + E[t.etrangere];
         m_pData->BaseEtTaux(t.sortie, base, t.taux);
         S[t.sortie] = nPourcent(base, t.taux);
         Detail[t.sortie] = IntToStr(base) + u" x " + IntToStr(t.taux) + u"%";

@@ -34,6 +34,14 @@ TEST(Credits, EnergyTransition) {
     AttendCredits("7WR=1001", {{"D_PREV_RISQUE_TECH", 1001, 1001, 4000, 400}});
 }
 
+// An absurd expense takes the ceiling beyond 32 bits: it is gone, not negative.
+TEST(Credits, ACeilingThatWrapsIsUsedUp) {
+    AttendCredits("7CB=-2147483000 7AD=1000",
+                  {{"D_CR_7CB", -2147483000, -2147483000, 3000, -644244900}, {"D_CR_7AD", 1000, 0, 3000, 0}});
+    AttendCredits("7VX=-2147483000 7VV=1000", {{"D_CREDIT_HAB_PRIN_BBC", -2147483000, -2147483000, 4000, -858993200},
+                                               {"D_CREDIT_HAB_PRIN_2010N", 1000, 0, 1500, 0}});
+}
+
 TEST(Credits, EquipmentOfTheDwelling) {
     AttendCredits("7WJ=6000", {{"D_AIDE_PERS_AGEES", 6000, 5000, 2500, 1250}});
     AttendCredits("M Fm=1 7WJ=12000 7WJA=1000 7WJD=400", {{"D_AIDE_PERS_AGEES", 12000, 9000, 2500, 2250}});

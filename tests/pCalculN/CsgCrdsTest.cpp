@@ -160,6 +160,14 @@ TEST(CsgCrds, Options) {
     Attend(Foyer("BAR 2FA=1000").CalculeOptions(), {{"S_B_REV_MOB", 1000}});
 }
 
+// Interest at the flat tax, 1 000, is no part of the base; income that already bore the levies comes off it, and leaves
+// nothing below 0. With 800 of life insurance at the flat rate the base stands at 800 - 500.
+TEST(CsgCrds, TheDeductibleLevyAtTheFlatTaxIsNeverNegative) {
+    Attend(Foyer("C 1AJ=60000 2TR=1000 2BH=1000 AVA").CalculeOptions(), {{"PFU", 1}, {"S_DEDUC", 0}});
+    Attend(Foyer("C 1AJ=60000 2TR=1000 2BH=500 2CH1=800 PFU").CalculeOptions(),
+           {{"S_B_CSG_CRDS", 500}, {"S_DEDUC", 20}});  // 6.8 % of 300 is 20.4
+}
+
 TEST(CsgCrds, ShareGainsAndCarriedInterest) {
     // 10000 + 2000 of share gains: 60, 900, deductible 612; 10 % with the 500 of 3VN; 30 % of carried interest.
     const auto avant = Foyer("1TT=10000 1UT=2000 3VN=500 1NY=1000 1OY=600").Calcule();
