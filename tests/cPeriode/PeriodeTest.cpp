@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <cmath>
+
 #include "tests/Retour.h"
 
 namespace {
@@ -37,6 +40,33 @@ TEST(Periode, DaysInMonthsOfThirty) {
         EXPECT_DOUBLE_EQ(periode.CoefficientAnnuel(), c.coefficient);
         EXPECT_DOUBLE_EQ(periode.Annualise(1000.0), 1000.0 * c.coefficient);
         EXPECT_DOUBLE_EQ(periode.Fraction(), c.jours / 360.0);
+    }
+}
+
+// The calendar of the C++ library knows 16-bit years; beyond them a year has 365 days, or 366 when it is a leap year,
+// and a date comes back as it was.
+TEST(Periode, TheCalendarOfEveryYear) {
+    using namespace std::chrono;
+    for (sys_days jour = year(-32'000) / January / 1; jour < year(32'000) / January / 1; jour += days(97)) {
+        const year_month_day date(jour);
+        const auto mois = static_cast<std::int32_t>(unsigned(date.month()));
+        const auto quantieme = static_cast<std::int32_t>(unsigned(date.day()));
+        ASSERT_EQ(kv::Date(int(date.year()), mois, quantieme), (jour - sys_days(1899y / December / 30)).count());
+    }
+    for (const std::int32_t annee : {-2147483647 - 1, -400, -1, 0, 1900, 2016, 40'000, 2147483647}) {
+        const TPeriode periode(annee);
+        const bool bissextile = annee % 4 == 0 && (annee % 100 != 0 || annee % 400 == 0);
+        EXPECT_EQ(periode.Fin - periode.Deb, bissextile ? 365 : 364) << annee;
+        EXPECT_EQ(periode.Jours(), 360) << annee;
+        char texte[32];
+        std::snprintf(texte, sizeof texte, "31/12/%04d", annee);
+        EXPECT_EQ(kv::VersUtf8(kv::TexteDate(periode.Fin)), texte);
+    }
+    EXPECT_EQ(Periode({2017, 1, 1}, {2017, 12, 31}).Jours(), 360);
+    for (const double absurde : {std::nan(""), 1e300, -1e300, HUGE_VAL}) {  // a host's own: no undefined behaviour
+        TPeriode periode(2017);
+        periode.Fin = absurde;
+        EXPECT_LE(periode.Jours(), 360);
     }
 }
 
