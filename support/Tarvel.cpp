@@ -3,8 +3,8 @@
 #include <atomic>
 #include <cmath>
 #include <cstdio>
-#include <fstream>
 #include <mutex>
+#include <set>
 
 #include "support/KVTarvel.h"
 #include "support/Plateforme.h"
@@ -14,7 +14,8 @@ namespace {
 std::mutex verrou;
 kv::Redirection redirige = nullptr;
 void* contexteDeRedirection = nullptr;
-std::atomic<bool> traceEnDefaut = false;
+std::set<std::u16string> fichiersEnDefaut;  // the files that a line was lost of
+std::atomic<bool> memoireCourte = false;    // no memory for the name of one
 
 void ErreurStandard(std::u16string_view message) noexcept {
     try {
@@ -45,11 +46,14 @@ void Emet(kv::Service service, const char16_t* message) noexcept {
 
 void WriteLog(const std::u16string& fichier, std::u16string_view ligne) noexcept {
     try {
-        std::ofstream sortie(kv::Chemin(fichier), std::ios::app | std::ios::binary);
-        sortie << kv::VersUtf8(ligne) << '\n';
-        if (!sortie && !traceEnDefaut.exchange(true)) CLogging::Error(u"Trace impossible : " + fichier);
+        if (kv::AjouteAuFichierPrive(fichier, kv::VersUtf8(ligne) + '\n')) return;
+        const bool premiereFois = [&] {
+            const std::lock_guard garde(verrou);
+            return fichiersEnDefaut.insert(fichier).second;
+        }();
+        if (premiereFois) CLogging::Error(u"Trace impossible : " + fichier);
     } catch (...) {
-        if (!traceEnDefaut.exchange(true)) Emet(kv::Service::Error, u"Trace impossible");
+        if (!memoireCourte.exchange(true)) Emet(kv::Service::Error, u"Trace impossible");
     }
 }
 

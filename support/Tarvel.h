@@ -11,7 +11,8 @@
 // None of the services throws, and none loses a message: when a redirection fails, the message goes to standard error.
 // They may be called from several threads.
 
-/// Appends one line to a trace file (UTF-8). A file that cannot be written is reported once through CLogging::Error.
+/// Appends one line to a trace file (UTF-8), which nobody but the user may read. A line that is lost is reported
+/// through CLogging::Error, once per file.
 void WriteLog(const std::u16string& fichier, std::u16string_view ligne) noexcept;
 
 /// The error log: standard error, unless redirected.

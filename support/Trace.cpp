@@ -1,5 +1,6 @@
 #include "support/Trace.h"
 
+#include <atomic>
 #include <filesystem>
 
 #include "support/KVTarvel.h"
@@ -8,13 +9,44 @@
 
 namespace kv {
 
-void Trace::Ouvre() {
-    const std::filesystem::path repertoire = Chemin(GetPathTempSystem(u"KV_TEMP"));
-    const std::filesystem::path hote = Chemin(NomExecutable());
-    std::error_code erreur;
-    if (!std::filesystem::exists(repertoire / std::filesystem::path(hote).replace_extension(".inf"), erreur)) return;
-    m_bTrace = true;
-    m_sFichierTrace = Texte(repertoire / (hote.stem().u16string() + u"_Calculs.json"));
+namespace {
+
+constexpr const char* source = "Calcul/pCalculN";  // the steps whose trace it is
+constexpr const char16_t* sousRepertoire = u"KV_TEMP";
+
+// The files that belong to this host. Its name never changes, so that they are found once.
+struct Fichiers {
+    std::filesystem::path repertoire = Chemin(sousRepertoire);
+    std::filesystem::path marqueur = Chemin(NomExecutable());
+    std::filesystem::path trace = marqueur.stem();
+
+    Fichiers() {
+        if (marqueur.empty()) return;
+        marqueur.replace_extension(".inf");
+        trace += "_Calculs.json";
+    }
+};
+
+// A computation of this process is writing the trace.
+std::atomic<bool> ouverte = false;
+
+}  // namespace
+
+void Trace::Ouvre() noexcept {
+    Garde(source, [&] {
+        static const Fichiers fichiers;
+        if (fichiers.marqueur.empty() || !EstLeNotre(fichiers.repertoire, fichiers.marqueur)) return;
+        const std::u16string repertoire = GetPathTempSystem(sousRepertoire);
+        if (repertoire.empty()) return;
+        std::u16string fichier = Texte(Chemin(repertoire) / fichiers.trace);
+        if (ouverte.exchange(true)) return;
+        m_sFichierTrace = std::move(fichier);
+        m_bTrace = m_ecritLeFichier = true;
+    });
+}
+
+Trace::~Trace() {
+    if (m_ecritLeFichier) ouverte = false;
 }
 
 void Trace::SupprimeFichier() const {
@@ -24,11 +56,11 @@ void Trace::SupprimeFichier() const {
 
 void Trace::Valeur(std::u16string_view nom, std::int32_t valeur) const noexcept {
     if (!m_bTrace) return;
-    Garde("support/Trace", [&] { Ecrit(m_nNiveau, u"-> " + std::u16string(nom) + u" : " + IntToStr(valeur)); });
+    Garde(source, [&] { Ecrit(m_nNiveau, u"-> " + std::u16string(nom) + u" : " + IntToStr(valeur)); });
 }
 
 void Trace::Ecrit(std::int32_t niveau, std::u16string_view texte) const noexcept {
-    Garde("support/Trace",
+    Garde(source,
           [&] { WriteLog(m_sFichierTrace, HeureDuJour() + u" : " + EspacesNiveau(niveau) + std::u16string(texte)); });
 }
 

@@ -9,13 +9,21 @@
 namespace kv {
 
 /// The trace of one computation. Nothing is written unless it is on; a line that can't be written is reported and lost.
+///
+/// There is one trace file per process: a computation that begins while another one writes it has no trace.
 struct Trace {
     bool m_bTrace = false;
     std::u16string m_sFichierTrace;
     std::int32_t m_nNiveau = 3;  ///< indentation of the next line
 
-    /// Turns the trace on when the marker file of this host exists: KV_TEMP/<host>.inf in the temporary directory.
-    void Ouvre();
+    Trace() = default;
+    ~Trace();
+    Trace(const Trace&) = delete;
+    Trace& operator=(const Trace&) = delete;
+
+    /// Turns the trace on when the marker file of this host exists: KV_TEMP/<host>.inf in the temporary directory, both
+    /// the user's own. Whatever stands in the way means no trace.
+    void Ouvre() noexcept;
     /// Deletes the file of an earlier launch.
     void SupprimeFichier() const;
 
@@ -32,6 +40,8 @@ struct Trace {
 
   private:
     void Ecrit(std::int32_t niveau, std::u16string_view texte) const noexcept;
+
+    bool m_ecritLeFichier = false;  ///< this computation is the one that writes the process's file
 };
 
 /// One step: writes its line, then indents what it runs until the end of the scope.

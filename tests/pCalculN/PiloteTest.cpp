@@ -178,7 +178,7 @@ TEST(PiloteDeathTest, AMoveEndsWithoutMemoryForItsTrace) {
         }
         std::_Exit(Donnees(retour.Data()) == avant ? 0 : 1);
     };
-    EXPECT_EXIT(fin(), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(fin(), testing::ExitedWithCode(0), "\\(Calcul/pCalculN ligne : ");
 }
 
 TEST(Pilote, TheScaleShortcut) {

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
+#include "support/Plateforme.h"
 #include "tests/Messages.h"
 
 namespace {
@@ -45,6 +48,22 @@ TEST(Tarvel, ARedirectionThatThrowsLosesNothing) {
     kv::RedirigeMessages(nullptr, nullptr);
     NUBErreur(std::u16string(u"quatre"));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "un\ndeux\ntrois\xC3\xA9\nquatre\n");
+}
+
+// The device takes every line and keeps none.
+TEST(Tarvel, ALostTraceLineIsReportedOncePerFile) {
+    const std::filesystem::path lien = std::filesystem::path(testing::TempDir()) / "kv_trace_lien";
+    std::filesystem::remove(lien);
+    std::filesystem::create_symlink("/dev/null", lien);
+    const Messages messages;
+    for (int fois = 0; fois < 2; ++fois)
+        for (const std::u16string& fichier : {std::u16string(u"/dev/full"), kv::Texte(lien)})
+            WriteLog(fichier, u"1:Calcul");
+    std::filesystem::remove(lien);
+    const std::vector<Messages::Message> attendus = {
+        {Service::Error, "Trace impossible : /dev/full"},
+        {Service::Error, "Trace impossible : " + lien.string()}};  // a link is not followed
+    EXPECT_EQ(messages.Recus(), attendus);
 }
 
 }  // namespace
