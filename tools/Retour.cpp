@@ -69,6 +69,14 @@ constexpr Section sections[] = {
     {"tkz", [](CDataCalcul& d, const CaseEntreeDef& c) { return Slot(d.TKZ, c.nTKZ); }},
 };
 
+// The launches by name, each with the two option switches.
+struct Lancement {
+    const char* nom;
+    bool optionsForcees, optionsSiSaisies;
+};
+constexpr Lancement lancements[] = {
+    {"normal", false, false}, {"options", false, true}, {"forced", true, false}, {"forced-options", true, true}};
+
 // Follows the parser through a return. The structure is small and fixed: sections of amounts by box, amounts by box and
 // coefficient, and three settings.
 class Lecteur : public nlohmann::json_sax<json> {
@@ -92,7 +100,7 @@ class Lecteur : public nlohmann::json_sax<json> {
         return Erreur(Ou() + texte + " is not a 32-bit integer");
     }
     bool string(string_t& texte) override {
-        if (m_profondeur == 1 && m_cles[1] == "launch") return Lancement(texte);
+        if (m_profondeur == 1 && m_cles[1] == "launch") return ChoisitLancement(texte);
         if (m_dansPeriode) return Date(texte);
         return Erreur(Ou() + "\"" + texte + "\" is not a 32-bit integer");
     }
@@ -182,11 +190,13 @@ class Lecteur : public nlohmann::json_sax<json> {
         Erreur(Ou() + "the coefficient is not a 32-bit integer");
     }
 
-    bool Lancement(const std::string& texte) {
-        if (texte != "normal" && texte != "options")
-            Erreur("launch is \"normal\" or \"options\", not \"" + texte + "\"");
-        m_retour.options = texte == "options";
-        return true;
+    bool ChoisitLancement(const std::string& texte) {
+        for (const Lancement& l : lancements)
+            if (texte == l.nom)
+                return m_retour.optionsForcees = l.optionsForcees, m_retour.optionsSiSaisies = l.optionsSiSaisies, true;
+        std::string noms;
+        for (const Lancement& l : lancements) noms += std::string(noms.empty() ? "\"" : ", \"") + l.nom + '"';
+        Erreur("launch is one of " + noms + ", not \"" + texte + "\"");
     }
 
     bool Date(const std::string& texte) {
@@ -217,8 +227,7 @@ class Lecteur : public nlohmann::json_sax<json> {
 }  // namespace
 
 bool Retour::Calcule() {
-    return options ? KV_CalculPFUEtCIMR(data.get(), &periode, true, indexation, false, true)
-                   : KV_Calcul(data.get(), &periode, true, indexation);
+    return KV_CalculPFUEtCIMR(data.get(), &periode, true, indexation, optionsForcees, optionsSiSaisies);
 }
 
 Retour LisRetour(std::string_view texte, const std::string& fichier, int premiereLigne) {

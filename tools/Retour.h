@@ -23,7 +23,8 @@ struct Retour {
     std::unique_ptr<CDataCalcul> data = std::make_unique<CDataCalcul>();
     TPeriode periode{2017};
     double indexation = -1.0;
-    bool options = false;  ///< launch with the options on capital income
+    /// The two option switches of the launch: the options apply always, or when the return sets one.
+    bool optionsForcees = false, optionsSiSaisies = false;
 
     /// Launches the computation; false when it failed.
     bool Calcule();

@@ -105,6 +105,10 @@ void EcritBoxes(const std::string& motif) {
 int main(int argc, char** argv) {
     std::ios_base::sync_with_stdio(false);  // a read error of the standard input is one of the stream
     CLI::App app{"Computes French income-tax returns (form 2042, income of 2017)."};
+    app.set_version_flag("--version", "kvcalcul " KV_VERSION);
+    app.footer(
+        "Exit status: 0 computed; 1 the computation failed, or a line of a batch could not be read or computed; 2 bad\n"
+        "usage or input.");
     app.require_subcommand(1);
     std::string fichier, sortie, motif;
     bool json = false, complet = false, reductions = false;

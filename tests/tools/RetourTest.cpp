@@ -55,6 +55,27 @@ TEST(LectureRetour, StructureAndSettings) {
     Refuse("{\"entries\": {}, \"period\": [\"2017-01-01\",\n\"2017-13-01\"]}", 2, "2017-13-01");
 }
 
+// Interest of 1 000 from abroad: wherever the options apply, one of them is shown. The flat tax gives a credit for the
+// foreign tax, 12.8 %, in a launch that is only forced; elsewhere the scale, with its own credit, may be the cheaper.
+TEST(LectureRetour, EachLaunchSetsItsSwitches) {
+    const struct {
+        const char* lancement;
+        std::int32_t sansOption, avecOption, credit;  // options shown, unticked and ticked; the credit
+    } cas[] = {{"normal", 0, 0, 0}, {"options", 0, 1, 0}, {"forced", 1, 1, 128}, {"forced-options", 1, 1, 0}};
+    for (const auto& c : cas) {
+        for (const bool coche : {false, true}) {
+            outil::Retour retour =
+                outil::LisRetour(R"({"entries": {"1AJ": 60000, "2TR": 1000, "PFU": )" + std::to_string(coche) +
+                                     R"(}, "tk": {"2TR": 1000}, "launch": ")" + c.lancement + "\"}",
+                                 "r");
+            ASSERT_TRUE(retour.Calcule());
+            EXPECT_EQ(retour.data->Sortie["PFU"] + retour.data->Sortie["BAR"], coche ? c.avecOption : c.sansOption)
+                << c.lancement;
+            EXPECT_EQ(retour.data->Sortie["D_CREDIT_PFU2"], c.credit) << c.lancement;
+        }
+    }
+}
+
 TEST(LectureRetour, EachValueGoesWhereItBelongs) {
     const outil::Retour retour = outil::LisRetour(R"({
         "entries": {"M": 1, "1AJ": 2147483647, "1BJ": -2147483648, "Z1": 20170315, "1AK": -2147483647},
@@ -70,13 +91,13 @@ TEST(LectureRetour, EachValueGoesWhereItBelongs) {
     attendu.TK["5AK"] = 4, attendu.TKZ["5AK"] = 5;
     attendu.AjouteQuotient(81, 4, 10000), attendu.AjouteQuotient(81, -3, 7), attendu.AjouteQuotient(0, 0, -8);
     EXPECT_TRUE(Donnees(*retour.data) == Donnees(attendu));
-    EXPECT_TRUE(retour.options);
+    EXPECT_TRUE(!retour.optionsForcees && retour.optionsSiSaisies);
     EXPECT_EQ(retour.indexation, 1.5);
     EXPECT_EQ(retour.periode.Jours(), 180);
 
     const outil::Retour simple =
         outil::LisRetour("{\"entries\": {}, \"indexation\": -1, \"launch\": \"normal\"}\n", "r");
-    EXPECT_FALSE(simple.options);
+    EXPECT_TRUE(!simple.optionsForcees && !simple.optionsSiSaisies);
     EXPECT_EQ(simple.indexation, -1.0);
     EXPECT_EQ(simple.periode.Jours(), 360);
 }
