@@ -1,23 +1,32 @@
 # kv_exporte(TARGET LIST): makes the shared library export the names of the list, and nothing else.
 #
 # On ELF each name is also reachable with a leading underscore, but for the two functions of the period. On Windows the
-# names carry the underscore, but for those two, which are stdcall.
+# names carry the underscore, but for those two, which are stdcall; the import library joins them to the names that the
+# header declares.
 function(kv_exporte cible liste)
   file(STRINGS ${liste} noms REGEX "^[A-Za-z]")
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${liste})
   if(WIN32)
-    set(definitions "EXPORTS\n")
+    set(exports "EXPORTS\n")  # exported name = symbol
+    set(imports "EXPORTS\n")  # symbol == exported name
     foreach(nom IN LISTS noms)
-      if(nom MATCHES "^TPeriode" AND CMAKE_SIZEOF_VOID_P EQUAL 4)
-        string(APPEND definitions "${nom} = ${nom}@4\n")
-      elseif(nom MATCHES "^TPeriode")
-        string(APPEND definitions "${nom}\n")
-      else()
-        string(APPEND definitions "_${nom} = ${nom}\n")
+      set(symbole ${nom})
+      set(exporte _${nom})
+      if(nom MATCHES "^TPeriode")
+        set(exporte ${nom})
+        if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+          set(symbole ${nom}@4)
+        endif()
       endif()
+      string(APPEND exports "${exporte} = ${symbole}\n")
+      string(APPEND imports "${symbole} == ${exporte}\n")
     endforeach()
-    file(WRITE ${PROJECT_BINARY_DIR}/exports.def "${definitions}")
+    file(WRITE ${PROJECT_BINARY_DIR}/exports.def "${exports}")
+    file(WRITE ${PROJECT_BINARY_DIR}/imports.def "${imports}")
     target_sources(${cible} PRIVATE ${PROJECT_BINARY_DIR}/exports.def)
+    add_custom_command(TARGET ${cible} POST_BUILD VERBATIM
+                       COMMAND ${CMAKE_DLLTOOL} -d ${PROJECT_BINARY_DIR}/imports.def -D $<TARGET_FILE_NAME:${cible}>
+                               -l $<TARGET_LINKER_FILE:${cible}>)
     target_link_options(${cible} PRIVATE -static)  # no compiler runtime to ship
     set_target_properties(${cible} PROPERTIES PREFIX "")
   else()

@@ -9,34 +9,6 @@
 
 #include "Calcul/pInitCalcul/KVCalcul.h"
 
-#ifdef _WIN32
-/* On Windows a host loads the library when it runs, and finds the functions by name. */
-#include <windows.h>
-#define IMPORTE(resultat, nom, arguments) static resultat(*nom##_) arguments
-IMPORTE(CDataCalcul*, KV_Calcul_Debut, (void));
-IMPORTE(void, KV_Calcul_Fin, (void));
-IMPORTE(void, KV_Calcul_AffecteCaseEntree, (int32_t, int32_t));
-IMPORTE(int32_t, KV_Calcul_LireCaseSortie, (int32_t));
-IMPORTE(bool, KV_Calcul_Lancement, (void));
-IMPORTE(CaseEntreeDef, EntreeInit, (const void*, int32_t));
-IMPORTE(CaseSortieDef, SortieInit, (const void*, int32_t));
-#define CHARGE(nom) (nom##_ = (void*)GetProcAddress(bibliotheque, "_" #nom))
-static int charge(void) {
-    HMODULE bibliotheque = LoadLibraryW(L"KVCalcul.dll");
-    return bibliotheque && CHARGE(KV_Calcul_Debut) && CHARGE(KV_Calcul_Fin) && CHARGE(KV_Calcul_AffecteCaseEntree) &&
-           CHARGE(KV_Calcul_LireCaseSortie) && CHARGE(KV_Calcul_Lancement) && CHARGE(EntreeInit) && CHARGE(SortieInit);
-}
-#define KV_Calcul_Debut KV_Calcul_Debut_
-#define KV_Calcul_Fin KV_Calcul_Fin_
-#define KV_Calcul_AffecteCaseEntree KV_Calcul_AffecteCaseEntree_
-#define KV_Calcul_LireCaseSortie KV_Calcul_LireCaseSortie_
-#define KV_Calcul_Lancement KV_Calcul_Lancement_
-#define EntreeInit EntreeInit_
-#define SortieInit SortieInit_
-#else
-static int charge(void) { return 1; }
-#endif
-
 enum { ENTREES = 2128, SORTIES = 2288 };
 
 /* Whether a catalogue name, UTF-16, is this ASCII text. */
@@ -84,7 +56,7 @@ static void ecritSorties(void) {
 
 int main(int argc, char** argv) {
     static const char* const couple[] = {"M=1", "Fm=2", "1AJ=42000", "1BJ=31000"};
-    if (!charge() || !KV_Calcul_Debut()) return 1;
+    if (!KV_Calcul_Debut()) return 1;
     int rempli = 1;
     for (int i = 1; i < argc; ++i) rempli = remplit(argv[i]) && rempli;
     for (size_t i = 0; argc == 1 && i < sizeof couple / sizeof *couple; ++i) rempli = remplit(couple[i]) && rempli;

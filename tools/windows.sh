@@ -10,6 +10,8 @@ for arch in i686 x86_64; do
     [ -f "build/windows-$arch/build.ninja" ] || cmake --preset "windows-$arch" -G Ninja >/dev/null
     cmake --build --preset "windows-$arch" -- --quiet
 done
+travail=$(mktemp -d)
+trap 'wineserver -k 2>/dev/null || true; rm -rf "$travail"' EXIT
 dll=build/windows-i686/KVCalcul.dll
 
 echo "Export table of $dll:"
@@ -33,21 +35,29 @@ retour() {  # retour FUNCTION: its first return
     { echo "The session functions clean their arguments: they are not cdecl." >&2; exit 1; }
 echo "Calling conventions: stdcall for the period functions, cdecl for the others."
 
+# Hosts that find the installed library and link against its import library.
+for arch in i686 x86_64; do
+    cmake --install "build/windows-$arch" --prefix "$travail/$arch" >/dev/null
+    cmake -G Ninja -S tests/installation -B "$travail/hotes-$arch" -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/mingw-$arch.cmake" \
+          -DCMAKE_PREFIX_PATH="$travail/$arch" -DEXEMPLES="$PWD/examples" -DCMAKE_BUILD_TYPE=Release >/dev/null
+    cmake --build "$travail/hotes-$arch" -- --quiet
+done
+echo "Hosts link against the installed import library, 32 and 64 bits."
+
 if ! command -v wine >/dev/null; then
     echo "Wine is not here: the figures were not compared with the native build."
     exit 0
 fi
-natif=build/release travail=$(mktemp -d)
-trap 'wineserver -k 2>/dev/null || true; rm -rf "$travail"' EXIT
+natif=build/release
 cc -std=c11 -I. examples/hote.c -o "$travail/hote" "$natif/libKVCalcul.so" -Wl,-rpath,"$PWD/$natif"
-x86_64-w64-mingw32-gcc-posix -std=c11 -I. examples/hote.c -o build/windows-x86_64/hote.exe
+cp "$travail/x86_64/bin/KVCalcul.dll" "$travail/hotes-x86_64"
 export WINEPREFIX="$travail/wine" WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml=
 comptes=0
 for exemple in examples/*.json; do
     # The boxes of the return, as NAME=VALUE.
     boxes=$(grep -oE '"[A-Za-z0-9]+": -?[0-9]+' "$exemple" | tr -d '" ' | tr ':' '=')
     # shellcheck disable=SC2086  # one argument per box
-    diff <("$travail/hote" $boxes) <(wine build/windows-x86_64/hote.exe $boxes 2>/dev/null | tr -d '\r') ||
+    diff <("$travail/hote" $boxes) <(wine "$travail/hotes-x86_64/hote_c.exe" $boxes 2>/dev/null | tr -d '\r') ||
         { echo "$exemple: the Windows library gives other figures." >&2; exit 1; }
     comptes=$((comptes + 1))
 done

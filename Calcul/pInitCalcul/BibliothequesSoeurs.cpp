@@ -59,6 +59,7 @@ void KV_Calcul_RemplirStructure(std::int32_t numero, std::u16string repertoire, 
 }
 
 void KV_InitDomTom(std::u16string* codes) {
+    if (!codes) return;
     kv::Garde(kv::sourceExports, [&] {
         for (const std::u16string_view code : codesOutreMer) *codes++ = code;
     });

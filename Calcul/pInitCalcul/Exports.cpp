@@ -89,13 +89,14 @@ void KV_CalculReports(CDataCalcul* data, const TPeriode* periode, double tauxInd
 
 void KV_RempliBareme(TrancheBareme* bareme, std::int32_t annee) {
     kv::Bareme tranches;
+    if (!bareme) return;
     if (annee != 2017) return NUBErreur(u"Aucun barème pour cette année");
     kv::RemplitBareme(tranches, annee);
     std::copy(tranches.begin(), tranches.end(), bareme);
 }
 
 void CalculBareme(const EntreeBareme* entree, SortieBareme* sortie, double tauxIndexation) {
-    kv::LanceBareme(*entree, *sortie, tauxIndexation);
+    if (entree && sortie) kv::LanceBareme(*entree, *sortie, tauxIndexation);
 }
 
 CDataCalcul* ConstruitCalculGenere() { return new (std::nothrow) CDataCalcul; }
@@ -107,11 +108,12 @@ CaseReportDef ReportInit(const void*, std::int32_t index) { return Fiche(TableRe
 
 void AddValQuotient(CDataCalcul* data, const std::int32_t* map, const std::int32_t* coefficient,
                     const std::int32_t* montant) {
-    if (MapExiste(*map)) kv::Garde(kv::sourceExports, [&] { data->AjouteQuotient(*map, *coefficient, *montant); });
+    if (!data || !map || !coefficient || !montant || !MapExiste(*map)) return;
+    kv::Garde(kv::sourceExports, [&] { data->AjouteQuotient(*map, *coefficient, *montant); });
 }
 
 std::int32_t GetValQuotient(const CDataCalcul* data, const std::int32_t* map, const std::int32_t* coefficient) {
-    if (!MapExiste(*map)) return 0;
+    if (!data || !map || !coefficient || !MapExiste(*map)) return 0;
     const MapDeQuotients& montants = data->MapsQuotients[static_cast<std::size_t>(*map)];
     const auto trouve = montants.find(*coefficient);
     return trouve == montants.end() ? 0 : trouve->second;

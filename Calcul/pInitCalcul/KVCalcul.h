@@ -32,7 +32,7 @@ typedef struct TPeriode TPeriode;
 
 #ifdef _WIN32
 #define KV_API
-#define KV_STDCALL __attribute__((stdcall))
+#define KV_STDCALL __stdcall
 #else
 #define KV_API __attribute__((visibility("default")))
 #define KV_STDCALL
@@ -67,7 +67,7 @@ KV_API uint32_t KV_Calcul_LireTypeCaseEntree(int32_t numero);
 /// Computes the return of the session over the calendar year 2017. True when it completed.
 KV_API bool KV_Calcul_Lancement(void);
 /// The same with the options that the return sets: flat tax (`PFU`), scale (`BAR`), the cheaper of the two (`AVA`),
-/// modernisation credit (`CIMR`).
+/// modernisation credit (`CIMR`). Both answer false without a session.
 KV_API bool KV_Calcul_Lancement_OR(void);
 
 // ---- Computation of any return.
@@ -85,15 +85,16 @@ KV_API bool KV_CalculPFUEtCIMR(CDataCalcul* data, const TPeriode* periode, bool 
                                bool optionsForcees, bool optionsSiSaisies);
 
 /// Fills the carry-forward boxes, next year's return, from the entries and outputs that the last launch left. periode:
-/// not read. tauxIndexation as above. The boxes of a deficit category without deficits keep what they held.
+/// not read. tauxIndexation as above. The boxes of a deficit category without deficits keep what they held. Does
+/// nothing for a null return.
 KV_API void KV_CalculReports(CDataCalcul* data, const TPeriode* periode, double tauxIndexation);
 
 // ---- The scale.
 
 /// Copies the five brackets of the scale of an income year, CGI art. 197 I-1. 2017 is the only year built in; another
-/// one is reported and changes nothing.
+/// one is reported and changes nothing. Does nothing for null.
 KV_API void KV_RempliBareme(TrancheBareme* bareme, int32_t annee);
-/// Parts, tax and allowances of a household from 24 boxes.
+/// Parts, tax and allowances of a household from 24 boxes. Does nothing when one of the two is null.
 KV_API void CalculBareme(const EntreeBareme* entree, SortieBareme* sortie, double tauxIndexation);
 
 // ---- Returns, catalogue records and exceptional income.
@@ -102,7 +103,8 @@ KV_API void CalculBareme(const EntreeBareme* entree, SortieBareme* sortie, doubl
 KV_API CDataCalcul* ConstruitCalculGenere(void);
 /// Destroys a return. Does nothing for null.
 KV_API void DetruitCalculGenere(CDataCalcul* data);
-/// A copy of an entry record (0 to 2127). poignee is not read. An empty record for another index.
+/// A copy of an entry record (0 to 2127). poignee is not read, here and below: null will do. An empty record for
+/// another index.
 KV_API CaseEntreeDef EntreeInit(const void* poignee, int32_t index);
 /// A copy of an output record (0 to 2287).
 KV_API CaseSortieDef SortieInit(const void* poignee, int32_t index);
@@ -110,9 +112,9 @@ KV_API CaseSortieDef SortieInit(const void* poignee, int32_t index);
 KV_API CaseReportDef ReportInit(const void* poignee, int32_t index);
 /// Stores an amount (euros) of exceptional income: map 0 to 86, the `nQuotient` of an entry box; coefficient, by which
 /// the amount is divided, 0 standing for 4. An amount already stored for this map and coefficient is kept. A map that
-/// does not exist is reported and changes nothing.
+/// does not exist is reported and changes nothing. Does nothing when a pointer is null.
 KV_API void AddValQuotient(CDataCalcul* data, const int32_t* map, const int32_t* coefficient, const int32_t* montant);
-/// The amount stored for this map and coefficient, 0 for none.
+/// The amount stored for this map and coefficient, 0 for none, and when a pointer is null.
 KV_API int32_t GetValQuotient(const CDataCalcul* data, const int32_t* map, const int32_t* coefficient);
 
 // ---- Periods.

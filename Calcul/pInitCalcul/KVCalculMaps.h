@@ -53,14 +53,14 @@ KV_API void KV_Calcul_RemplirStructureParMapQuotient(MapQuotients quotients);
 // loaded. What is missing is reported through the error service, and nothing else happens.
 
 /// Asks "KVCOMMUN" (with the platform's extension) for the scale percentage of 2017, and fills the carry-forward boxes
-/// of the session's return with it as indexation rate.
+/// of the session's return with it as indexation rate; without a session nothing is filled.
 KV_API void KV_Calcul_Report(std::u16string repertoire);
-/// Hands the session's return to "KV" + numero + "_COMMUN.dll", which fills in test case `valeur`.
+/// Hands the session's return, null without one, to "KV" + numero + "_COMMUN.dll", which fills in test case `valeur`.
 KV_API void KV_Calcul_RemplirStructure(std::int32_t numero, std::u16string repertoire, std::int16_t valeur);
 
 // ---- Initialisation.
 
-/// Fills an array of 37 texts with the overseas codes, "RSA" to "ITT".
+/// Fills an array of 37 texts with the overseas codes, "RSA" to "ITT". Does nothing for null.
 KV_API void KV_InitDomTom(std::u16string* codes);
 /// Does nothing: the carry-forward boxes are filled by KV_CalculReports.
 KV_API void KV_InitReport();

@@ -1,5 +1,5 @@
 #include "Calcul/cCalcul/Catalogues.h"
-#include "Calcul/pInitCalcul/KVCalcul.h"
+#include "Calcul/pInitCalcul/KVCalculMaps.h"
 #include "tests/Messages.h"
 #include "tests/Retour.h"
 
@@ -56,6 +56,15 @@ TEST(Session, ReturnsAndPeriodsOfTheHostsOwn) {
     EXPECT_EQ(data->Sortie["TOT_IMPOT"], 3293);       // the scale is not indexed
     EXPECT_EQ(periode->Fin, kv::Date(2017, 12, 31));  // still the host's
     TPeriodeDestructor(periode);
+
+    const std::int32_t zero = 0;  // what a host forgets to give costs it nothing but the answer
+    KV_RempliBareme(nullptr, 2017);
+    CalculBareme(nullptr, nullptr, -1.0);
+    KV_InitDomTom(nullptr);
+    AddValQuotient(nullptr, &zero, &zero, &zero);
+    AddValQuotient(data, &zero, nullptr, &zero);
+    EXPECT_EQ(GetValQuotient(nullptr, &zero, &zero) + GetValQuotient(data, nullptr, &zero), 0);
+    KV_CalculReports(nullptr, nullptr, -1.0);
     DetruitCalculGenere(data);
 
     EntreeBareme entree{};
