@@ -81,11 +81,4 @@ void Construction(benchmark::State& etat) {
 }
 BENCHMARK(Construction);
 
-void Raz(benchmark::State& etat, CDataCalcul::Raz raz) {
-    const auto data = std::make_unique<CDataCalcul>();
-    for (auto _ : etat) data->RemetSortiesAZero(raz);
-}
-BENCHMARK_CAPTURE(Raz, complete, CDataCalcul::Raz::ToutSaufPlafondsPERP);
-BENCHMARK_CAPTURE(Raz, partielle, CDataCalcul::Raz::Partielle);
-
 }  // namespace

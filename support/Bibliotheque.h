@@ -27,7 +27,7 @@ class Bibliotheque {
         return reinterpret_cast<Pointeur>(Adresse(nom));
     }
     /// Leaves the library loaded for the rest of the program.
-    void Garde() { m_poignee = nullptr; }
+    void Conserve() { m_poignee = nullptr; }
 
   private:
     void* Adresse(const char* nom) const;

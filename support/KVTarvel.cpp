@@ -30,7 +30,7 @@ std::u16string Elargit(std::string_view ascii) { return {ascii.begin(), ascii.en
 }  // namespace
 
 double dArrondi(double x) { return std::round(x); }
-std::int32_t nArrondi(double x) { return Sature(std::round(x)); }
+std::int32_t kv::ArronditHorsBornes(double x) { return Sature(std::round(x)); }
 std::int32_t nTronque(double x) { return Sature(std::trunc(x)); }
 std::int32_t nPlancher(double x) { return Sature(std::floor(x)); }
 
@@ -38,14 +38,6 @@ double dArrondn(double x, std::int32_t n) {
     const double echelle = std::pow(10.0, n);
     return dArrondi(x * echelle) / echelle;
 }
-
-double dPourcent(std::int32_t montant, double taux) { return montant * taux / 100.0; }
-std::int32_t nPourcent(std::int32_t montant, double taux) { return nArrondi(dPourcent(montant, taux)); }
-
-double dMax(double a, double b) { return a > b ? a : b; }
-double dMin(double a, double b) { return a < b ? a : b; }
-std::int32_t nMax(double a, double b) { return nArrondi(dMax(a, b)); }
-std::int32_t nMin(double a, double b) { return nArrondi(dMin(a, b)); }
 
 std::int32_t DateToInt(std::u16string_view date, bool) {
     if (date.size() != 10) return 0;

@@ -12,8 +12,18 @@
 /// The unset value of a box or companion slot.
 inline constexpr std::int32_t nNonSaisi = -2147483647;
 
+namespace kv {
+/// Nearest whole number of a double that may lie outside 32 bits.
+std::int32_t ArronditHorsBornes(double x);
+}  // namespace kv
+
 /// Nearest whole number, exact halves away from zero, saturated to 32 bits.
-std::int32_t nArrondi(double x);
+inline std::int32_t nArrondi(double x) {
+    if (!(-2147483648.0 < x && x < 2147483647.0)) return kv::ArronditHorsBornes(x);
+    const auto entier = static_cast<std::int32_t>(x);
+    const double reste = x - entier;
+    return reste >= 0.5 ? entier + 1 : reste <= -0.5 ? entier - 1 : entier;
+}
 /// Nearest whole number, exact halves away from zero, as a double.
 double dArrondi(double x);
 /// x rounded to n decimals.
@@ -23,13 +33,15 @@ std::int32_t nTronque(double x);
 /// The largest whole number not above x, saturated to 32 bits.
 std::int32_t nPlancher(double x);
 
+/// montant x taux / 100, not rounded; taux in percent.
+inline double dPourcent(std::int32_t montant, double taux) { return montant * taux / 100.0; }
 /// montant x taux / 100 in whole euros; taux in percent.
-std::int32_t nPourcent(std::int32_t montant, double taux);
+inline std::int32_t nPourcent(std::int32_t montant, double taux) { return nArrondi(dPourcent(montant, taux)); }
 inline std::int32_t nPourcent(std::int32_t montant, std::int32_t taux) {
     return nPourcent(montant, static_cast<double>(taux));
 }
-/// montant x taux / 100, not rounded; taux in percent.
-double dPourcent(std::int32_t montant, double taux);
+/// montant x taux in whole euros; taux in hundredths of a percent: 680 for 6.8 %.
+inline std::int32_t nAuTaux(std::int32_t montant, std::int32_t taux) { return nPourcent(montant, taux / 100.0); }
 
 /// a / b, and 0 for a zero divisor: a ratio with an empty denominator is 0.
 inline double dDiv(double a, double b) { return b == 0.0 ? 0.0 : a / b; }
@@ -41,11 +53,11 @@ inline std::int32_t nDiv(std::int32_t a, std::int32_t b) {
 /// (a x b) / c rounded to whole euros: the share of a that b / c stands for.
 inline std::int32_t nProrata(double a, double b, double c) { return nArrondi(dDiv(dMul(a, b), c)); }
 
-/// The larger, the smaller of two doubles as a whole number.
-std::int32_t nMax(double a, double b);
-std::int32_t nMin(double a, double b);
-double dMax(double a, double b);
-double dMin(double a, double b);
+/// The larger, the smaller of two doubles; the same as a whole number.
+inline double dMax(double a, double b) { return a > b ? a : b; }
+inline double dMin(double a, double b) { return a < b ? a : b; }
+inline std::int32_t nMax(double a, double b) { return nArrondi(dMax(a, b)); }
+inline std::int32_t nMin(double a, double b) { return nArrondi(dMin(a, b)); }
 /// The value when greater than 0, else 0.
 inline double dPositif(double x) { return x > 0.0 ? x : 0.0; }
 inline std::int32_t nPositif(std::int32_t x) { return x > 0 ? x : 0; }

@@ -30,7 +30,7 @@ void Emet(kv::Service service, const char16_t* message) noexcept {
     kv::Redirection fonction;
     void* contexte;
     {
-        const std::lock_guard garde(verrou);
+        const std::lock_guard verrouille(verrou);
         fonction = redirige, contexte = contexteDeRedirection;
     }
     if (fonction) {
@@ -48,7 +48,7 @@ void WriteLog(const std::u16string& fichier, std::u16string_view ligne) noexcept
     try {
         if (kv::AjouteAuFichierPrive(fichier, kv::VersUtf8(ligne) + '\n')) return;
         const bool premiereFois = [&] {
-            const std::lock_guard garde(verrou);
+            const std::lock_guard verrouille(verrou);
             return fichiersEnDefaut.insert(fichier).second;
         }();
         if (premiereFois) CLogging::Error(u"Trace impossible : " + fichier);
@@ -75,7 +75,7 @@ double dArrond(double x) { return std::round(x); }
 namespace kv {
 
 void RedirigeMessages(Redirection redirection, void* contexte) noexcept {
-    const std::lock_guard garde(verrou);
+    const std::lock_guard verrouille(verrou);
     redirige = redirection, contexteDeRedirection = contexte;
 }
 

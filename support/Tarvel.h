@@ -55,8 +55,8 @@ struct ExceptionInconnue : std::exception {
 /// source is the path that the message names. Every exported function and the driver use this guard, and nothing else
 /// catches.
 template <class Corps, class Resultat>
-Resultat Garde(const char* source, Corps&& corps, Resultat echec,
-               std::source_location ici = std::source_location::current()) noexcept {
+Resultat Protege(const char* source, Corps&& corps, Resultat echec,
+                 std::source_location ici = std::source_location::current()) noexcept {
     try {
         return corps();
     } catch (const std::exception& e) {
@@ -69,8 +69,8 @@ Resultat Garde(const char* source, Corps&& corps, Resultat echec,
 
 /// The same for a body without a result.
 template <class Corps>
-void Garde(const char* source, Corps&& corps, std::source_location ici = std::source_location::current()) noexcept {
-    Garde(
+void Protege(const char* source, Corps&& corps, std::source_location ici = std::source_location::current()) noexcept {
+    Protege(
         source, [&] { return corps(), true; }, false, ici);
 }
 

@@ -33,7 +33,7 @@ std::atomic<bool> ouverte = false;
 }  // namespace
 
 void Trace::Ouvre() noexcept {
-    Garde(source, [&] {
+    Protege(source, [&] {
         static const Fichiers fichiers;
         if (fichiers.marqueur.empty() || !EstLeNotre(fichiers.repertoire, fichiers.marqueur)) return;
         const std::u16string repertoire = GetPathTempSystem(sousRepertoire);
@@ -56,12 +56,12 @@ void Trace::SupprimeFichier() const {
 
 void Trace::Valeur(std::u16string_view nom, std::int32_t valeur) const noexcept {
     if (!m_bTrace) return;
-    Garde(source, [&] { Ecrit(m_nNiveau, u"-> " + std::u16string(nom) + u" : " + IntToStr(valeur)); });
+    Protege(source, [&] { Ecrit(m_nNiveau, u"-> " + std::u16string(nom) + u" : " + IntToStr(valeur)); });
 }
 
 void Trace::Ecrit(std::int32_t niveau, std::u16string_view texte) const noexcept {
-    Garde(source,
-          [&] { WriteLog(m_sFichierTrace, HeureDuJour() + u" : " + EspacesNiveau(niveau) + std::u16string(texte)); });
+    Protege(source,
+            [&] { WriteLog(m_sFichierTrace, HeureDuJour() + u" : " + EspacesNiveau(niveau) + std::u16string(texte)); });
 }
 
 }  // namespace kv

@@ -45,15 +45,15 @@ struct Trace {
 };
 
 /// One step: writes its line, then indents what it runs until the end of the scope.
-class Etape {
+class EtapeTracee {
   public:
-    Etape(Trace& trace, std::u16string_view libelle) : m_trace(trace) {
+    EtapeTracee(Trace& trace, std::u16string_view libelle) : m_trace(trace) {
         m_trace.Ligne(libelle);
         ++m_trace.m_nNiveau;
     }
-    ~Etape() { --m_trace.m_nNiveau; }
-    Etape(const Etape&) = delete;
-    Etape& operator=(const Etape&) = delete;
+    ~EtapeTracee() { --m_trace.m_nNiveau; }
+    EtapeTracee(const EtapeTracee&) = delete;
+    EtapeTracee& operator=(const EtapeTracee&) = delete;
 
   private:
     Trace& m_trace;

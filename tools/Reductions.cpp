@@ -1,6 +1,5 @@
 #include "Calcul/pCalculN/ReductionsTable.h"
 
-#include "Calcul/pCalculN/OutreMerTable.h"
 #include "support/KVTarvel.h"
 #include "tools/Resultat.h"
 
@@ -38,6 +37,7 @@ std::string Texte(const r::Plafond& plafond) {
     static_assert(std::size(noms) == static_cast<std::size_t>(r::Commun::Nombre));
     std::string texte = plafond.montant == kv::Imputation::nSansPlafond ? "" : Nombre(plafond.montant);
     if (plafond.parFoyer) texte += " per household";
+    if (plafond.fois) texte += " x " + Nom(plafond.fois);
     if (plafond.commun != r::Commun::Aucun)
         texte += (texte.empty() ? "" : ", ") + std::string("shared: ") + noms[static_cast<std::size_t>(plafond.commun)];
     return texte;
@@ -56,17 +56,23 @@ class Tableau {
         for (const std::string& valeur : valeurs) m_sortie << '\t' << (valeur.empty() ? "-" : valeur);
         m_sortie << '\n';
     }
-    void operator()(const r::LigneTaux& l, CaseSortie report = {}) {
-        const bool calculee = l.base != nullptr;
-        Ecrit(l.sortie, l.entree, Nombre(l.taux), calculee ? "prorated base" : Texte(l.plafond), l.niche, Nom(report));
+    void operator()(const r::LigneTaux& l) { Taux(l, l.report); }
+    void operator()(const r::LigneDon& l) { Taux(l.ligne, l.report); }
+    void operator()(const r::LigneEnfants& l) {
+        const std::string autres = " " + Nom(l.lycee) + " " + Nom(l.superieur);
+        Ecrit(l.sortie, l.college, "100", "61, 153 or 183 each" + std::string(l.diviseur == 2 ? ", halved" : ""),
+              l.niche, "", "", autres);
     }
-    void operator()(const r::LigneDon& l) { (*this)(l.ligne, l.report); }
-    void operator()(const r::LignePatrimoine& l) { (*this)(l.ligne, l.report); }
+    void operator()(const r::LigneResidence& l) {
+        Ecrit(l.sortie, l.entree, Nombre(l.taux), Texte(r::plafondResidences), l.niche, Suivantes(l.suivantes));
+    }
     void operator()(const r::LigneFraction& l) {
         Ecrit(l.sortie, l.entree, "100", "", l.niche, Nom(l.report) + Suivantes(l.suivantes));
     }
     void operator()(const r::LigneEtalee& l) {
-        const std::string plafond = l.enveloppeNeuve ? Nombre(r::nEnveloppeLocative) : "left by the line before";
+        const std::string plafond = l.enveloppe == r::Enveloppe::Neuve         ? Nombre(r::nEnveloppeLocative)
+                                    : l.enveloppe == r::Enveloppe::LigneDAvant ? "left by the line before"
+                                                                               : "left by the line 7IR";
         const std::string yearly = l.premiere ? " yearly: " + Nom(l.premiere) : "";
         Ecrit(l.sortie, l.entree, Nombre(l.taux), plafond, l.niche, Nom(l.report) + yearly + Suivantes(l.suivantes),
               std::to_string(l.annees), std::to_string(l.fin));
@@ -82,8 +88,14 @@ class Tableau {
         Ecrit(l.excedent, l.reduction, "100",
               "room " + std::to_string(l.enveloppe) + (l.plafond != 0 ? " or " + Nombre(l.plafond) : ""), l.niche);
     }
+    void operator()(const om::LigneRemboursable& l) {
+        Ecrit(l.credit, l.entree, "100", Nombre(om::nPlafondRemboursable) + " less the reduction", {});
+    }
 
   private:
+    void Taux(const r::LigneTaux& l, CaseSortie report) {
+        Ecrit(l.sortie, l.entree, Nombre(l.taux), l.base ? "prorated base" : Texte(l.plafond), l.niche, Nom(report));
+    }
     static std::string Suivantes(const r::FractionsSuivantes& suivantes) {
         std::string texte;
         for (const auto& copie : suivantes.copies)
@@ -97,20 +109,11 @@ class Tableau {
 
 void EcritReductions(std::ostream& sortie) {
     Tableau tableau(sortie);
-    const auto tout = [&](const auto&... tables) {
-        const auto une = [&](const auto& table) {
-            for (const auto& ligne : table) tableau(ligne);
-        };
-        (une(tables), ...);
+    const auto groupe = [&](const auto& lignes) {
+        for (const auto& ligne : lignes) tableau(ligne);
     };
-    tout(r::premieresLignes, om::lignesSimples, r::lignesDons, r::fractionsDeLAnnee, r::investissementsDeLAnnee,
-         r::souscriptions, r::souscriptionsPME, r::reductionsExcedentaires, r::travauxForestiers,
-         r::residencesDeTourisme, r::meubleReporte, r::locatifAncien, r::locatifFractions, r::locatifRecent,
-         r::meubleAncien, r::meuble2010, r::meubleFractions, r::meubleRecent, r::patrimoine, r::immeublesRestaures,
-         om::lignesReportees, om::lignesRetrocedees, om::lignesLimitees, om::lignesLimiteesAuForfait);
-    for (const om::LigneRemboursable& l : om::lignesRemboursables)
-        sortie << Nom(l.credit) << '\t' << Nom(l.entree) << "\t100\t" << om::nPlafondRemboursable
-               << " less the reduction\t-\t-\t-\t-\n";
+    r::TousLesGroupes(groupe);
+    r::GroupesPartages(groupe);
 }
 
 }  // namespace outil

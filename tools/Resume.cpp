@@ -3,7 +3,6 @@
 #include <string_view>
 #include <utility>
 
-#include "Calcul/pCalculN/OutreMerTable.h"
 #include "Calcul/pCalculN/ReductionsTable.h"
 #include "support/KVTarvel.h"
 #include "tools/Resultat.h"
@@ -17,23 +16,16 @@ namespace {
 // The box of next year's return that takes what the tax could not bear of a reduction; none for a line without one.
 CaseSortie ReportDe(CaseSortie reduction) {
     CaseSortie report;
-    const auto cherche = [&](const auto& lignes, auto champ) {
-        for (const auto& ligne : lignes)
-            if (ligne.sortie == reduction) report = ligne.*champ;
-    };
-    namespace r = kv::reductions;
-    for (const auto& don : r::lignesDons)
-        if (don.ligne.sortie == reduction) report = don.report;
-    for (const auto& p : r::patrimoine)
-        if (p.ligne.sortie == reduction) report = p.report;
-    cherche(r::meubleReporte, &r::LigneFraction::report);
-    cherche(r::locatifFractions, &r::LigneFraction::report);
-    cherche(r::meubleAncien, &r::LigneFraction::report);
-    cherche(r::meubleFractions, &r::LigneFraction::report);
-    cherche(r::locatifAncien, &r::LigneEtalee::report);
-    cherche(r::locatifRecent, &r::LigneEtalee::report);
-    cherche(r::meuble2010, &r::LigneEtalee::report);
-    cherche(kv::outremer::lignesReportees, &kv::outremer::LigneReportee::suite);
+    kv::reductions::TousLesGroupes([&](const auto& groupe) {
+        for (const auto& ligne : groupe) {
+            if constexpr (requires { ligne.ligne.sortie; }) {
+                if (ligne.ligne.sortie == reduction) report = ligne.report;
+            } else if (ligne.sortie == reduction) {
+                if constexpr (requires { ligne.report; }) report = ligne.report;
+                if constexpr (requires { ligne.suite; }) report = ligne.suite;
+            }
+        }
+    });
     return report;
 }
 
@@ -182,9 +174,10 @@ class Resume {
             Ligne(nom.substr(2), std::to_string(S[sortie]), remarque);
         }
         std::int32_t rendus = 0;
-        for (const auto& l : kv::outremer::lignesRetrocedees) rendus += S[l.excedent];
-        for (const auto& l : kv::outremer::lignesLimitees) rendus += S[l.excedent];
-        for (const auto& l : kv::outremer::lignesLimiteesAuForfait) rendus += S[l.excedent];
+        kv::reductions::GroupesPartages([&](const auto& groupe) {
+            for (const auto& ligne : groupe)
+                if constexpr (requires { ligne.excedent; }) rendus += S[ligne.excedent];
+        });
         if (rendus != 0) Ligne("overseas shares given back", std::to_string(-rendus));
     }
 

@@ -10,7 +10,6 @@
 #include <utility>
 
 #include "Calcul/cCalcul/Catalogues.h"
-#include "Calcul/cCalcul/Portees.h"
 #include "Calcul/pInitCalcul/KVCalcul.h"
 #include "support/KVTarvel.h"
 
@@ -95,9 +94,8 @@ class Lecteur : public nlohmann::json_sax<json> {
     bool number_integer(number_integer_t n) override { return Entier(n); }
     bool number_unsigned(number_unsigned_t n) override { return Entier(n); }
     bool number_float(number_float_t x, const string_t& texte) override {
-        const kv::Change<bool> nombre(m_dansUnNombre, true);
         if (m_profondeur == 1 && m_cles[1] == "indexation") return m_retour.indexation = x, true;
-        return Erreur(Ou() + texte + " is not a 32-bit integer");
+        return ErreurDeNombre(texte + " is not a 32-bit integer");
     }
     bool string(string_t& texte) override {
         if (m_profondeur == 1 && m_cles[1] == "launch") return ChoisitLancement(texte);
@@ -136,10 +134,12 @@ class Lecteur : public nlohmann::json_sax<json> {
     }
 
   private:
-    [[noreturn]] bool Erreur(const std::string& message) const {
-        throw ErreurEntree(m_fichier + ":" +
-                           std::to_string(m_dansUnNombre ? m_position.LigneDUnNombre() : m_position.ligne) + ": " +
-                           message);
+    [[noreturn]] bool Erreur(const std::string& message) const { ErreurALaLigne(m_position.ligne, message); }
+    [[noreturn]] bool ErreurDeNombre(const std::string& message) const {
+        ErreurALaLigne(m_position.LigneDUnNombre(), Ou() + message);
+    }
+    [[noreturn]] void ErreurALaLigne(int ligne, const std::string& message) const {
+        throw ErreurEntree(m_fichier + ":" + std::to_string(ligne) + ": " + message);
     }
 
     // Where a value stands, to begin a message with.
@@ -169,16 +169,15 @@ class Lecteur : public nlohmann::json_sax<json> {
     }
 
     bool Entier(std::integral auto n) {
-        const kv::Change<bool> nombre(m_dansUnNombre, true);
         if (m_profondeur == 1 && m_cles[1] == "indexation") return m_retour.indexation = static_cast<double>(n), true;
-        if (!std::in_range<std::int32_t>(n)) Erreur(Ou() + "the value is not a 32-bit integer");
+        if (!std::in_range<std::int32_t>(n)) ErreurDeNombre("the value is not a 32-bit integer");
         const auto valeur = static_cast<std::int32_t>(n);
         if (m_profondeur == 2 && m_section)
             *m_section->valeur(*m_retour.data, *m_box) = valeur;
         else if (m_profondeur == 3)
             m_retour.data->AjouteQuotient(m_box->nQuotient, Coefficient(), valeur);
         else
-            Erreur(Ou() + "a number does not belong here");
+            ErreurDeNombre("a number does not belong here");
         return true;
     }
 
@@ -187,7 +186,7 @@ class Lecteur : public nlohmann::json_sax<json> {
         std::int32_t coefficient = 0;
         std::from_chars(m_cles[3].data(), m_cles[3].data() + m_cles[3].size(), coefficient);
         if (std::to_string(coefficient) == m_cles[3]) return coefficient;
-        Erreur(Ou() + "the coefficient is not a 32-bit integer");
+        ErreurDeNombre("the coefficient is not a 32-bit integer");
     }
 
     bool ChoisitLancement(const std::string& texte) {
@@ -214,7 +213,6 @@ class Lecteur : public nlohmann::json_sax<json> {
     Retour& m_retour;
     const std::string& m_fichier;
     const Position& m_position;
-    bool m_dansUnNombre = false;
     std::size_t m_profondeur = 0;
     std::array<std::string, 5> m_cles;
     std::array<std::set<std::string>, 5> m_clesVues;

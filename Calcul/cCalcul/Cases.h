@@ -111,7 +111,7 @@ consteval int NombreMarques(entree::Marque marque, int avant = nEntrees) {
 
 /// The boxes that have a mark, in catalogue order: box k has slot k of the area.
 template <entree::Marque marque>
-inline constexpr auto boites = [] {
+inline constexpr auto casesMarquees = [] {
     std::array<CaseEntree, static_cast<std::size_t>(NombreMarques(marque))> trouvees{};
     std::size_t n = 0;
     for (int i = 0; i < nEntrees; ++i)

@@ -67,6 +67,13 @@ consteval auto FichesSortie() {
     return fiches;
 }
 
+consteval Sorties SortiesRazPartielle() {
+    Sorties sorties;
+    for (int i = 0; i < nSorties; ++i)
+        if (EstRazPartielle(sortie::noms[i])) sorties.Ajoute(CaseSortie::Numero(i));
+    return sorties;
+}
+
 consteval auto FichesReport() {
     std::array<CaseReportDef, nReports> fiches{};
     for (std::size_t i = 0; i < nReports; ++i) {
@@ -83,6 +90,8 @@ int Cherche(std::string_view nom, const char* trouve(int)) {
 }
 
 }  // namespace
+
+constinit const Sorties sortiesRazPartielle = SortiesRazPartielle();
 
 int NumeroEntree(std::string_view nom) {
     return Cherche<CatalogueEntree>(nom, [](int i) { return entree::lignes[i].nom; });

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdint>
-#include <initializer_list>
 #include <map>
 #include <memory>
 #include <string>
@@ -46,9 +45,7 @@ using ZoneSortie = Zone<CaseSortie, nSorties>;
 
 }  // namespace kv
 
-/// The working figures of the quotient computation for one coefficient.
-///
-/// A figure of three persons takes three consecutive values: first declarant, second declarant, dependants.
+/// The record of one coefficient, with room for working figures of the quotient computation.
 struct CCalcQuotient {
     static constexpr int nValeurs = 120;
 
@@ -88,40 +85,6 @@ class CDataCalcul {
     void AjouteQuotient(int map, std::int32_t coefficient, std::int32_t montant);
     /// The amount stored, 0 for none or for the unset value.
     std::int32_t Quotient(int map, std::int32_t coefficient) const;
-    /// The amount of a box for a coefficient, and its amounts over all coefficients; 0 for a box without a map.
-    std::int32_t Quotient(CaseEntree box, std::int32_t coefficient) const;
-    std::int32_t Quotient(CaseEntree box) const;
-
-    // Whole areas.
-
-    /// Value, columns and text of one output to nothing.
-    void RemetAZero(CaseSortie sortie);
-    /// Which outputs a reset clears.
-    enum class Raz { ToutSaufPlafondsPERP, Partielle };
-    /// Clears every output but the ten retirement-savings ceilings, or those that the catalogue marks.
-    void RemetSortiesAZero(Raz raz);
-    /// Entries, companions, carry-forwards and outputs to nothing; the quotient store stays.
-    void Vide();
     /// Takes the entries, companions, carry-forwards and quotients of another return; the outputs stay.
     void CopieValeurs(const CDataCalcul& source);
-    /// Takes back what CopieValeurs gave to another return, leaving that one without its quotients.
-    void RepriseValeurs(CDataCalcul& source) noexcept;
-
-    // Lines: an output with its three columns.
-
-    /// Adds (or subtracts) a line to another one, value and columns.
-    void Ajoute(CaseSortie vers, CaseSortie ligne);
-    void Soustrait(CaseSortie vers, CaseSortie ligne);
-    /// Adds several lines to another one.
-    void AjouteTout(CaseSortie vers, std::initializer_list<CaseSortie> lignes) {
-        for (const CaseSortie ligne : lignes) Ajoute(vers, ligne);
-    }
-    /// Gives a line the value and columns of another one.
-    void Copie(CaseSortie vers, CaseSortie ligne);
-    /// Value and columns to 0; the text stays.
-    void Annule(CaseSortie ligne);
-    /// Value = sum of the columns.
-    void Totalise(CaseSortie ligne);
-    /// Sets base (column 2) and rate (column 3).
-    void BaseEtTaux(CaseSortie ligne, std::int32_t base, std::int32_t taux);
 };

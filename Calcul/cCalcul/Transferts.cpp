@@ -9,7 +9,11 @@ namespace kv {
 
 namespace {
 
-constexpr TransfertTK::Paire paires[] = {
+// A business box and the box that says which part of its TK amount is a gain.
+struct Paire {
+    CaseEntree premiere, seconde;
+};
+constexpr Paire paires[] = {
     {"5HC", "5AK"}, {"5HI", "5AL"}, {"5IC", "5BK"}, {"5II", "5BL"}, {"5JC", "5CK"}, {"5JI", "5CL"}, {"5KC", "5DF"},
     {"5KI", "5DG"}, {"5LC", "5EF"}, {"5LI", "5EG"}, {"5MC", "5FF"}, {"5MI", "5FG"}, {"5NA", "5EY"}, {"5NK", "5EZ"},
     {"5OA", "5FY"}, {"5OK", "5FZ"}, {"5PA", "5GY"}, {"5PK", "5GZ"}, {"5NC", "5UR"}, {"5NI", "5US"}, {"5OC", "5VR"},
@@ -17,7 +21,7 @@ constexpr TransfertTK::Paire paires[] = {
     {"5SC", "5ZJ"}, {"5SI", "5ZK"}, {"5JG", "5XS"}, {"5SN", "5XX"}, {"5RF", "5YS"}, {"5NS", "5YX"}, {"5SF", "5ZS"},
     {"5OS", "5ZX"}, {"4BA", "4BL"}, {"4BE", "4BK"},
 };
-static_assert(std::size(paires) == TransfertTK::nPaires);
+static_assert(std::size(paires) == 38);
 
 // Investment income keeps its companion amounts apart: its allowances are computed on each part.
 constexpr bool EstMobilier(CaseEntree box) { return box == "2DC" || box == "2TS" || box == "2TR"; }
@@ -29,178 +33,143 @@ constexpr std::size_t RangPersonne(CaseEntree box) {
     return p == entree::D1 ? 0 : p == entree::D2 ? 1 : 2;
 }
 
+constexpr const CaseEntreeDef& FicheDe(CaseEntree box) { return TableEntree[static_cast<std::size_t>(box.numero)]; }
+
 template <class Zone>
 std::int32_t Somme(const Zone& zone) {
+    return std::accumulate(zone.valeurs.begin(), zone.valeurs.end(), std::int32_t{0});
+}
+
+// Only positive amounts move.
+template <class Cases>
+std::int32_t DeplaceLies(Saisie& saisie, const Cases& cases) {
     std::int32_t total = 0;
-    for (const std::int32_t v : zone.valeurs) total += nValForc(v, 0);
+    for (const CaseEntree box : cases) {
+        const std::int32_t montant = nPositif(saisie[box]);
+        saisie[CaseEntree::Numero(FicheDe(box).CaseLiee)] += montant;
+        total += montant;
+    }
     return total;
 }
 
 }  // namespace
 
-TransfertTI::TransfertTI(CDataCalcul& data, Trace& trace) : m_data(data), m_trace(trace), m_ti(data.TI) {
-    m_trace.Ligne(u"****> _TI_Dans_Fr(true)");
-    for (int p = 0; p < nColonnesSalaires; ++p) DeplaceSalaires(p);
-    for (const CaseEntree box : boites<entree::TIX>) {
+ParPersonne DeplaceTI(Saisie& saisie) {
+    ParPersonne bruts;
+    for (std::size_t p = 0; p < nColonnesSalaires; ++p) {
+        const std::int32_t salaire = nPositif(saisie[rangeeC[p]]);
+        saisie[rangeeC[p]] = salaire;
+        saisie[rangeeK[p]] += saisie[rangeeE[p]];
+        saisie[rangeeS[p]] += saisie[rangeeH[p]];
+        saisie[rangeeJ[p]] += salaire;
+        bruts.montant[RangPersonne(rangeeC[p])] += salaire + saisie[rangeeH[p]];
+    }
+    for (const CaseEntree box : casesMarquees<entree::TIX>) {
         if (EstMobilier(box)) continue;
-        const CaseEntreeDef& fiche = TableEntree[static_cast<std::size_t>(box.numero)];
-        std::int32_t& ti = m_data.TI[CaseTI::Numero(fiche.nTI)];
-        ti = nValForc(ti, 0);
+        const CaseEntreeDef& fiche = FicheDe(box);
+        std::int32_t& ti = saisie.TI[CaseTI::Numero(fiche.nTI)];
         const CaseTIX slot = CaseTIX::Numero(fiche.nTIX);
-        for (const std::int32_t moins : {m_data.TIX[slot], m_data.TIY[slot]})
-            if (nValForc(moins, 0) != 0) ti = fiche.bNegatifTI ? ti + moins : nPositif(ti - moins);
+        for (const std::int32_t moins : {saisie.TIX[slot], saisie.TIY[slot]})
+            if (moins != 0) ti = fiche.bNegatifTI ? ti + moins : nPositif(ti - moins);
     }
-    for (std::size_t k = 0; k < boites<entree::TI>.size(); ++k) {
-        const CaseEntree box = boites<entree::TI>[k];
-        const std::int32_t ti = nValForc(m_data.TI.valeurs[k], 0);
+    for (std::size_t k = 0; k < nTI; ++k) {
+        const CaseEntree box = casesMarquees<entree::TI>[k];
         if (EstMobilier(box)) continue;
-        m_data.Entree[box] += ti;
-        m_montants.montant[RangPersonne(box)] += LigneDe(box).marques & entree::NegatifTI ? -ti : ti;
+        const std::int32_t ti = saisie.TI.valeurs[k];
+        saisie[box] += ti;
+        bruts.montant[RangPersonne(box)] += LigneDe(box).marques & entree::NegatifTI ? -ti : ti;
     }
+    return bruts;
 }
 
-TransfertTI::~TransfertTI() {
-    m_trace.Ligne(u"****> _TI_Dans_Fr(false)");
-    for (std::size_t k = 0; k < boites<entree::TI>.size(); ++k)
-        if (const CaseEntree box = boites<entree::TI>[k]; !EstMobilier(box))
-            m_data.Entree[box] -= nValForc(m_data.TI.valeurs[k], 0);
-    for (int p = 0; p < nColonnesSalaires; ++p) RameneSalaires(p);
-    m_data.TI = m_ti;
-}
-
-void TransfertTI::DeplaceSalaires(int personne) {
-    const auto p = static_cast<std::size_t>(personne);
-    auto& E = m_data.Entree;
-    m_salairesExoneres[p] = E[rangeeC[p]];
-    E[rangeeC[p]] = nPositif(E[rangeeC[p]]);
-    E[rangeeK[p]] += E[rangeeE[p]];
-    E[rangeeS[p]] += E[rangeeH[p]];
-    E[rangeeJ[p]] += E[rangeeC[p]];
-    m_montants.montant[RangPersonne(rangeeC[p])] += E[rangeeC[p]] + E[rangeeH[p]];
-}
-
-void TransfertTI::RameneSalaires(int personne) {
-    const auto p = static_cast<std::size_t>(personne);
-    auto& E = m_data.Entree;
-    E[rangeeJ[p]] -= E[rangeeC[p]];
-    E[rangeeC[p]] = m_salairesExoneres[p];
-    E[rangeeK[p]] -= E[rangeeE[p]];
-    E[rangeeS[p]] -= E[rangeeH[p]];
-}
-
-TransfertTK::TransfertTK(CDataCalcul& data, Trace& trace) : m_data(data), m_trace(trace) {
-    m_trace.Ligne(u"****> _TK_Dans_Fr(true)");
-    auto& E = m_data.Entree;
-    for (std::size_t k = 0; k < nPaires; ++k) m_premieres[k] = E[paires[k].premiere];
-
+void DeplaceTK(Saisie& saisie) {
     // Salaries as declared: expenses of the row F are taken off only where the flat deduction does not exceed them.
     std::array<bool, nColonnesSalaires> deductionForfaitaire{};
     for (std::size_t p = 0; p < nColonnesSalaires; ++p)
-        deductionForfaitaire[p] = nPourcent(E[rangeeJ[p]] + E[rangeeF[p]], 10) > E[rangeeK[p]];
+        deductionForfaitaire[p] = nPourcent(saisie[rangeeJ[p]] + saisie[rangeeF[p]], 10) > saisie[rangeeK[p]];
 
-    for (std::size_t k = 0; k < m_sauves.size(); ++k) {
-        std::int32_t& box = E[boites<entree::SauveTK>[k]];
-        m_sauves[k] = box;
-        box = 0;
-    }
-    for (std::size_t k = 0; k < boites<entree::TK>.size(); ++k) {
-        const CaseEntree box = boites<entree::TK>[k];
+    for (const CaseEntree box : casesMarquees<entree::SauveTK>) saisie[box] = 0;
+    for (std::size_t k = 0; k < nTK; ++k) {
+        const CaseEntree box = casesMarquees<entree::TK>[k];
         if (EstMobilier(box)) continue;
-        E[box] += nValForc(m_data.TK.valeurs[k], 0);
+        saisie[box] += saisie.TK.valeurs[k];
         const auto f = std::find(rangeeF.begin(), rangeeF.end(), box);
         if (f != rangeeF.end() && deductionForfaitaire[static_cast<std::size_t>(f - rangeeF.begin())]) continue;
-        E[box] = nPositif(E[box] - nValForc(m_data.TKZ.valeurs[k], 0));
+        saisie[box] = nPositif(saisie[box] - saisie.TKZ.valeurs[k]);
     }
-    for (const Paire& paire : paires) E[paire.premiere] = E[paire.seconde];
+    for (const Paire& paire : paires) saisie[paire.premiere] = saisie[paire.seconde];
 }
 
-TransfertTK::~TransfertTK() {
-    m_trace.Ligne(u"****> _TK_Dans_Fr(false)");
-    auto& E = m_data.Entree;
-    for (std::size_t k = 0; k < m_sauves.size(); ++k) E[boites<entree::SauveTK>[k]] = m_sauves[k];
-    for (std::size_t k = 0; k < nPaires; ++k) E[paires[k].premiere] = m_premieres[k];
+std::int32_t DeplaceAutoEntr(Saisie& saisie) { return DeplaceLies(saisie, casesMarquees<entree::AutoEntr>); }
+std::int32_t DeplaceProspection(Saisie& saisie) { return DeplaceLies(saisie, casesMarquees<entree::Prospection>); }
+
+void DeplaceExceptionnels(Saisie& saisie, const Exceptionnels& exceptionnels) {
+    for (const Exceptionnels::Montant& m : exceptionnels.montants) {
+        const CaseEntree cible = m.box == "AAQ"   ? CaseEntree("1AS")
+                                 : m.box == "BAQ" ? CaseEntree("1BS")
+                                 : m.box == "RAQ" ? CaseEntree("4BA")
+                                                  : m.box;
+        saisie[cible] += m.montant;
+    }
 }
 
-TransfertLie::TransfertLie(CDataCalcul& data, Trace& trace, Nature nature)
-    : m_data(data), m_trace(trace), m_nature(nature), m_total(Deplace(+1)) {}
-
-TransfertLie::~TransfertLie() {
-    if (m_deplace) Deplace(-1);
-}
-
-std::int32_t TransfertLie::Deplace(int signe) {
-    const bool autoEntr = m_nature == Nature::AutoEntr;
-    m_trace.Ligne(autoEntr    ? signe > 0 ? u"****> _AutoEntr_Dans_Fr(true)" : u"****> _AutoEntr_Dans_Fr(false)"
-                  : signe > 0 ? u"****> _Prospection_Dans_Fr(true)"
-                              : u"****> _Prospection_Dans_Fr(false)");
-    std::int32_t total = 0;
-    const auto deplace = [&](CaseEntree box) {
-        const std::int32_t v = nPositif(nValForc(m_data.Entree[box], 0));
-        m_data.Entree[CaseEntree::Numero(TableEntree[static_cast<std::size_t>(box.numero)].CaseLiee)] += signe * v;
-        total += v;
-        m_deplace = m_deplace || v != 0;
+void RetourDUnDeclarant(entree::Personne declarant, Saisie& saisie, Exceptionnels& exceptionnels) {
+    static constexpr CaseEntree foyer[] = {"Fm", "Jm", "Rm", "Hm", "Nm", "Gm",   "Im", "P", "Gp", "W", "L",
+                                           "N",  "Fp", "Vp", "Z1", "Z2", "VEvt", "T",  "V", "S",  "M", "O"};
+    // What becomes of an amount: it stays, goes, or is halved. A year that is not set stays so.
+    enum class Sort { Reste, Part, Moitie };
+    const auto sortDe = [&](CaseEntree box) {
+        const entree::Personne personne = LigneDe(box).personne;
+        if (personne == declarant || std::find(std::begin(foyer), std::end(foyer), box) != std::end(foyer))
+            return Sort::Reste;
+        return personne == entree::D1 || personne == entree::D2 ? Sort::Part : Sort::Moitie;
     };
-    if (autoEntr)
-        for (const CaseEntree box : boites<entree::AutoEntr>) deplace(box);
-    else
-        for (const CaseEntree box : boites<entree::Prospection>) deplace(box);
-    return total;
-}
-
-std::int32_t QuotientDansFr(CDataCalcul& data, Trace& trace, bool ajoute) {
-    trace.Ligne(ajoute ? u"****> _Quotient_Dans_Fr(true)" : u"****> _Quotient_Dans_Fr(false)");
-    std::int32_t total = 0;
-    for (const auto& quotient : data.ListeQuotients) {
-        for (std::size_t k = 0; k < boites<entree::Quotient>.size(); ++k) {
-            const std::int32_t v = data.Quotient(boites<entree::Quotient>[k], quotient -> nId);
-            const CaseEntree box = boites<entree::Quotient>[k];
-            const CaseEntree cible = box == "AAQ"   ? CaseEntree("1AS")
-                                     : box == "BAQ" ? CaseEntree("1BS")
-                                     : box == "RAQ" ? CaseEntree("4BA")
-                                                    : box;
-            data.Entree[cible] += ajoute ? v : -v;
-            total += v;
-        }
+    const auto applique = [](Sort sort, std::int32_t& v) {
+        if (sort == Sort::Part) v = 0;
+        if (sort == Sort::Moitie && v != nNonSaisi) v = nArrondi(v / 2.0);
+    };
+    for (int i = 0; i < nEntrees; ++i) {
+        const CaseEntree box = CaseEntree::Numero(i);
+        const Sort sort = sortDe(box);
+        if (sort == Sort::Reste) continue;
+        applique(sort, saisie[box]);
+        const CaseEntreeDef& fiche = FicheDe(box);
+        const auto slot = [&](auto& zone, std::int32_t n) {
+            if (n >= 0) applique(sort, zone.valeurs[static_cast<std::size_t>(n)]);
+        };
+        slot(saisie.TI, fiche.nTI), slot(saisie.TIX, fiche.nTIX), slot(saisie.TIY, fiche.nTIY);
+        slot(saisie.TK, fiche.nTK), slot(saisie.TKZ, fiche.nTKZ);
     }
-    return total;
+    for (Exceptionnels::Montant& m : exceptionnels.montants) applique(sortDe(m.box), m.montant);
 }
 
-ParPersonne TotalProspection(const CDataCalcul& data) {
+ParPersonne TotalProspection(const Saisie& saisie) {
     ParPersonne total;
-    for (const CaseEntree box : boites<entree::Prospection>)
-        total.montant[RangPersonne(box)] += nValForc(data.Entree[box], 0);
+    for (const CaseEntree box : casesMarquees<entree::Prospection>) total.montant[RangPersonne(box)] += saisie[box];
     return total;
 }
 
-std::int32_t TotalTI(const CDataCalcul& data) { return Somme(data.TI); }
-std::int32_t TotalTK(const CDataCalcul& data) { return Somme(data.TK); }
+std::int32_t TotalTI(const Saisie& saisie) { return Somme(saisie.TI); }
+std::int32_t TotalTK(const Saisie& saisie) { return Somme(saisie.TK); }
 
-std::int32_t TotalEtranger(const CDataCalcul& data, bool sansTK) {
-    std::int32_t total = TotalTI(data) + (sansTK ? 0 : TotalTK(data));
-    const auto ajoute = [&](const auto& boxes) {
-        for (const CaseEntree box : boxes) total += nValForc(data.Entree[box], 0);
+std::int32_t TotalEtranger(const Saisie& saisie, bool sansTK) {
+    std::int32_t total = TotalTI(saisie) + (sansTK ? 0 : TotalTK(saisie));
+    const auto ajoute = [&](const auto& cases) {
+        for (const CaseEntree box : cases) total += saisie[box];
     };
-    ajoute(boites<entree::AutoEntr>);
-    ajoute(boites<entree::Prospection>);
+    ajoute(casesMarquees<entree::AutoEntr>);
+    ajoute(casesMarquees<entree::Prospection>);
     ajoute(rangeeC);
     ajoute(rangeeE);
     ajoute(rangeeH);
     return total;
 }
 
-std::int32_t IndicateurEtranger(const CDataCalcul& data) {
-    const auto valeur = [&](CaseEntree box) { return nValForc(data.Entree[box], 0); };
-    std::int32_t total = TotalTI(data);
+std::int32_t IndicateurEtranger(const Saisie& saisie) {
+    std::int32_t total = TotalTI(saisie);
     for (std::size_t p = 0; p < nColonnesSalaires; ++p)
-        total += nPositif(valeur(rangeeC[p]) - valeur(rangeeE[p])) + valeur(rangeeH[p]);
+        total += nPositif(saisie[rangeeC[p]] - saisie[rangeeE[p]]) + saisie[rangeeH[p]];
     return total;
-}
-
-std::int32_t ExcedentQuotient(const CDataCalcul& data, CaseQuotient map) {
-    std::int32_t excedent = 0;
-    for (const auto& [coefficient, montant] : data.MapsQuotients[static_cast<std::size_t>(map.numero)])
-        excedent += nValForc(montant, 0) - nArrondi(dDiv(nValForc(montant, 0), Diviseur(coefficient)));
-    return excedent;
 }
 
 }  // namespace kv

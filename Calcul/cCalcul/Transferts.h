@@ -3,14 +3,9 @@
 #include <array>
 #include <cstdint>
 
-#include "Calcul/cCalcul/DataCalcul.h"
-#include "support/Trace.h"
+#include "Calcul/cCalcul/Saisie.h"
 
-// Amounts moved into the ordinary boxes for a run of the computation, and back out of them.
-//
-// Each move is a scope object: the constructor moves, the destructor puts every box and slot back exactly as it was,
-// also when an exception passes. Moves may end in any order, but for the TK move: it writes the boxes back as it found
-// them, so that what began inside it must end inside it.
+// Amounts moved into the ordinary boxes of a copy of the inputs, for a run over them.
 
 namespace kv {
 
@@ -35,90 +30,31 @@ struct ParPersonne {
 };
 
 /// Foreign income retained for the effective rate (companions TI, less TIX and TIY; exempt salaries and pensions of the
-/// rows C, E and H), as French income until the end of the scope.
-class TransfertTI {
-  public:
-    TransfertTI(CDataCalcul& data, Trace& trace);
-    ~TransfertTI();
-    TransfertTI(const TransfertTI&) = delete;
-    TransfertTI& operator=(const TransfertTI&) = delete;
+/// rows C, E and H) becomes French income. The gross amounts moved, by person.
+ParPersonne DeplaceTI(Saisie& saisie);
 
-    /// The gross amounts moved, by person.
-    const ParPersonne& Montants() const { return m_montants; }
+/// Foreign income with a credit equal to the French tax (companions TK, less TKZ) stands alone in the boxes.
+void DeplaceTK(Saisie& saisie);
 
-  private:
-    void DeplaceSalaires(int personne);
-    void RameneSalaires(int personne);
+/// Auto-entrepreneur or prospection amounts go into the boxes they are linked to, where they are positive; the total.
+std::int32_t DeplaceAutoEntr(Saisie& saisie);
+std::int32_t DeplaceProspection(Saisie& saisie);
 
-    CDataCalcul& m_data;
-    Trace& m_trace;
-    ParPersonne m_montants;
-    std::array<std::int32_t, nColonnesSalaires> m_salairesExoneres{};  ///< the boxes of row C as declared
-    decltype(CDataCalcul::TI) m_ti;                                    ///< the TI area as declared
-};
+/// The exceptional amounts go into their entry boxes.
+void DeplaceExceptionnels(Saisie& saisie, const Exceptionnels& exceptionnels);
 
-/// Foreign income with a credit equal to the French tax (companions TK, less TKZ), alone in the boxes until the end of
-/// the scope.
-class TransfertTK {
-  public:
-    TransfertTK(CDataCalcul& data, Trace& trace);
-    ~TransfertTK();
-    TransfertTK(const TransfertTK&) = delete;
-    TransfertTK& operator=(const TransfertTK&) = delete;
-
-    /// A business box and the box that says which part of its TK amount is a gain.
-    struct Paire {
-        CaseEntree premiere, seconde;
-    };
-    static constexpr int nPaires = 38;
-
-  private:
-    CDataCalcul& m_data;
-    Trace& m_trace;
-    std::array<std::int32_t, NombreMarques(entree::SauveTK)> m_sauves{};
-    std::array<std::int32_t, nPaires> m_premieres{};
-};
-
-/// Auto-entrepreneur or prospection amounts in the boxes they are linked to, until the end of the scope.
-class TransfertLie {
-  public:
-    enum class Nature { AutoEntr, Prospection };
-    TransfertLie(CDataCalcul& data, Trace& trace, Nature nature);
-    ~TransfertLie();
-    TransfertLie(const TransfertLie&) = delete;
-    TransfertLie& operator=(const TransfertLie&) = delete;
-
-    /// The total moved.
-    std::int32_t Total() const { return m_total; }
-
-  private:
-    std::int32_t Deplace(int signe);
-
-    CDataCalcul& m_data;
-    Trace& m_trace;
-    Nature m_nature;
-    bool m_deplace = false;  ///< an amount has been moved
-    std::int32_t m_total;
-};
-
-/// The exceptional amounts of the quotient store into their entry boxes (ajoute) or back out of them; the total moved.
-///
-/// Not a scope object: the amounts stay in the boxes for the rest of the chain of steps that added them.
-std::int32_t QuotientDansFr(CDataCalcul& data, Trace& trace, bool ajoute);
+/// The return of one declarant of a couple, as half of the household: the declarant's boxes stay, the other one's are
+/// emptied, the rest is halved; what describes the household stays.
+void RetourDUnDeclarant(entree::Personne declarant, Saisie& saisie, Exceptionnels& exceptionnels);
 
 /// The prospection income declared, by person.
-ParPersonne TotalProspection(const CDataCalcul& data);
+ParPersonne TotalProspection(const Saisie& saisie);
 /// Sum of the TI companions, of the TK companions.
-std::int32_t TotalTI(const CDataCalcul& data);
-std::int32_t TotalTK(const CDataCalcul& data);
+std::int32_t TotalTI(const Saisie& saisie);
+std::int32_t TotalTK(const Saisie& saisie);
 /// All foreign, auto-entrepreneur and prospection income; without the TK companions when sansTK is set.
-std::int32_t TotalEtranger(const CDataCalcul& data, bool sansTK);
+std::int32_t TotalEtranger(const Saisie& saisie, bool sansTK);
 /// Foreign income at the effective rate: TI companions, exempt salaries less their expenses, exempt pensions.
-std::int32_t IndicateurEtranger(const CDataCalcul& data);
-
-/// What a coefficient divides and multiplies by.
-constexpr std::int32_t Diviseur(std::int32_t coefficient) { return coefficient == 0 ? 4 : coefficient; }
-/// What the quotient leaves out of the taxable amounts of a map: sum of a - a / d.
-std::int32_t ExcedentQuotient(const CDataCalcul& data, CaseQuotient map);
+std::int32_t IndicateurEtranger(const Saisie& saisie);
 
 }  // namespace kv

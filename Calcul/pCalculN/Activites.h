@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Calcul/cCalcul/Cases.h"
-#include "Calcul/pCalculN/Calcul_N.h"
+#include "Calcul/pCalculN/Memoire.h"
 
 // The business activities under a real regime, person by person: what the steps that treat them apart read.
 

@@ -74,7 +74,7 @@ std::int32_t Assiettes::Somme(std::span<const CaseEntree> boxes) const {
 std::int32_t Assiettes::Quotients(std::span<const CaseEntree> boxes) const {
     std::int32_t somme = 0;
     for (const CaseEntree box : boxes)
-        if (box) somme += m_data.Quotient(box);
+        if (box) somme += m_contexte.exceptionnels.De(box);
     return somme;
 }
 
@@ -83,7 +83,7 @@ double Assiettes::Ratio(std::size_t k, CaseSortie net, CaseSortie declare) const
 }
 
 std::int32_t Assiettes::Trace(std::u16string_view nom, std::int32_t valeur) const {
-    if (valeur != 0) m_trace.Valeur(nom, valeur);
+    if (valeur != 0) m_contexte.commun.trace.Valeur(nom, valeur);
     return valeur;
 }
 
@@ -164,7 +164,7 @@ std::int32_t Assiettes::Foncier() const {
 }
 
 std::int32_t Assiettes::FoncierAcompte() const {
-    return Trace(u"RD_FON_PASA", Foncier() - m_data.Quotient("4BA") - m_data.Quotient("RAQ"));
+    return Trace(u"RD_FON_PASA", Foncier() - m_contexte.exceptionnels.De("4BA") - m_contexte.exceptionnels.De("RAQ"));
 }
 
 // ---- Activities.
@@ -261,7 +261,8 @@ std::int32_t Assiettes::AcompteMeubles() const {
     for (std::size_t k = 0; k < nPersonnes; ++k) {
         // Letting that already bore the levies, exceptional and foreign letting stay out.
         const auto horsBase = [&](const Benefice(&boxes)[2], CaseEntree etranger) {
-            return E[boxes[1].box] + m_data.Quotient(boxes[0].box) + m_data.Quotient(boxes[1].box) + E[etranger];
+            return E[boxes[1].box] + m_contexte.exceptionnels.De(boxes[0].box) +
+                   m_contexte.exceptionnels.De(boxes[1].box) + E[etranger];
         };
         std::int32_t base =
             nPositif(C[k][a.resultat] - C[k][a.majoration] - nPourcent(E[ventesDejaSoumises[k]], 29) -

@@ -5,9 +5,8 @@
 #include <span>
 #include <string_view>
 
-#include "Calcul/cCalcul/DataCalcul.h"
 #include "Calcul/cCalcul/Transferts.h"
-#include "support/Trace.h"
+#include "Calcul/pCalculN/Contexte.h"
 
 namespace kv {
 
@@ -19,8 +18,7 @@ struct Activite;
 /// Euros; the parts of a person may be negative. A figure that is not 0 is traced under its name.
 class Assiettes {
   public:
-    Assiettes(const CDataCalcul& data, const Trace& trace)
-        : m_data(data), m_trace(trace), E(data.Entree), S(data.Sortie), C(data.Colonne) {}
+    explicit Assiettes(const Contexte& c) : m_contexte(c) {}
 
     /// Tax of the scale after the low-tax relief and the reduction for modest incomes.
     std::int32_t Impot() const;
@@ -64,11 +62,11 @@ class Assiettes {
     template <class Fonction>
     void ParCategorie(Fonction fonction) const;
 
-    const CDataCalcul& m_data;
-    const kv::Trace& m_trace;
-    const ZoneEntree& E;
-    const ZoneSortie& S;
-    const std::array<ZoneSortie, 3>& C;
+    const Contexte& m_contexte;
+    const Entrees E{m_contexte};
+    const Valeurs S{m_contexte.commun.lignes};
+    const std::array<Colonne, 3> C{Colonne(m_contexte.commun.lignes, 0), Colonne(m_contexte.commun.lignes, 1),
+                                   Colonne(m_contexte.commun.lignes, 2)};
 };
 
 }  // namespace kv

@@ -10,8 +10,14 @@ namespace kv {
 /// The progressive scale: five brackets.
 using Bareme = std::array<TrancheBareme, 5>;
 
-/// The scale of an income year; 2017 is the only one built in.
-void RemplitBareme(Bareme& bareme, std::int32_t annee);
+/// The scale of 2017, CGI art. 197 I-1. Each constant makes the formula continuous from one bracket to the next.
+inline constexpr Bareme bareme2017 = {{
+    {0, 9807, 0, 0},
+    {9807, 27086, 1372.98, 1400},
+    {27086, 72617, 5706.74, 3000},
+    {72617, 153783, 13694.61, 4100},
+    {153783, 0, 19845.93, 4500},
+}};
 
 /// Tax and marginal rate (hundredths of a percent) of an income.
 struct ImpotBareme {

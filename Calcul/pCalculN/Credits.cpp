@@ -2,41 +2,62 @@
 #include <array>
 
 #include "Calcul/cCalcul/Transferts.h"
-#include "Calcul/pCalculN/Calcul_N.h"
+#include "Calcul/pCalculN/Contexte.h"
 #include "Calcul/pCalculN/CreditsTable.h"
+#include "Calcul/pCalculN/Etapes.h"
+#include "Calcul/pCalculN/Imputation.h"
 
 // Tax credits: those that are only imputed on the tax, those that are refunded, those that count in the global cap.
 
+namespace kv {
+
+using namespace credits;
+
 namespace {
-
-using kv::Niche;
-
-using kv::credits::Copie;
-using kv::credits::copies;
-using kv::credits::copiesProfessionnelles;
-using kv::credits::creditsDuTotal;
-using kv::credits::transitionEnergetique;
-using kv::credits::travauxForestiers;
 
 constexpr std::int32_t nTauxTransition = 30;
 
-}  // namespace
+class Credits : Travail {
+  public:
+    explicit Credits(Contexte& c) : Travail(c) {}
+    void CreditDImpot();
 
-void CCalcul_N::CreditDImpot() {
-    const kv::Etape etape(m_trace, u"24:CreditDImpot");
+  private:
+    void LigneCredit(CaseSortie credit, std::int32_t declare, std::int32_t retenu, double taux);
+    void CreditCompte(CaseSortie credit, std::int32_t declare, std::int32_t retenu, double taux);
+    void Impute(CaseSortie credit, std::int32_t declare, std::int32_t limite);
+    void ImputeAuTaux(CaseSortie credit, CaseEntree box, std::int32_t taux, std::int32_t limite);
+    std::int32_t PlafondParFoyer(std::int32_t montant, std::int32_t parCharge) const;
+    void Contributions();
+    void CreditsImputes();
+    void CreditsDImpotEtranger();
+    void EquipementDuLogement();
+    void TransitionEnergetique();
+    void FraisDeGarde();
+    void CotisationsSyndicales();
+    void PretsEtudiants();
+    void CreditsForestiers();
+    void ReportsForestiers();
+    void InteretsHabitationPrincipale();
+    void Total();
 
-    CSG_CRDS();
-    TauxPAS();
+    Imputation m_imputation{lignes, faits.sansAvantages};
+    std::int32_t m_reste = 0;  // what is left of the tax for the credits that are only imputed
+};
+
+void Credits::CreditDImpot() {
+    Lance(Etape::CSG_CRDS);
+    Lance(Etape::TauxPAS);
     Contributions();
     CreditsImputes();
 
     for (const Copie& copie : copies) S[copie.credit] = E[copie.box];
-    const bool option = OptionBareme() || OptionForfait();
+    const bool option = faits.bareme || faits.forfait;
     LigneCredit("D_PV_NON_RESIDENT", E["3VE"], E["3VE"], option ? 12.8 : 45);
     LigneCredit("D_SCR_NON_RESIDENT", E["3UV"], E["3UV"], option ? 12.8 : 30);
 
     EquipementDuLogement();
-    const bool avantages = !m_imputation.SansAvantages();
+    const bool avantages = !faits.sansAvantages;
     if (avantages) TransitionEnergetique();
     S["D_RESTI_TAXE_ADD_DROIT_BAIL"] = nProrata(E["4TQ"], 25, 1000);
     if (avantages) FraisDeGarde();
@@ -48,28 +69,38 @@ void CCalcul_N::CreditDImpot() {
         ReportsForestiers();
     }
     for (const Copie& copie : copiesProfessionnelles) S[copie.credit] = E[copie.box];
-    if (OptionCimr()) KV_CIMR();
+    if (faits.cimr) Lance(Etape::KV_CIMR);
+    Total();
+}
 
-    S["D_CREDIT"] = 0;
-    for (const CaseSortie credit : creditsDuTotal) S["D_CREDIT"] += S[credit];
-    for (const auto& travaux : travauxForestiers) S["D_CREDIT"] += S[travaux.credit];
-    for (const auto& depense : transitionEnergetique) S["D_CREDIT"] += S[depense.credit];
-    if (OptionForfait()) S["D_CREDIT"] += S["D_CREDIT_PFU2"];
-    if (OptionCimr()) S["D_CREDIT"] += S["D_CREDIT_CIMR_IR"];
+void Credits::Total() {
+    std::int32_t total = 0;
+    const auto ajoute = [&](CaseSortie credit) { total += lignes.Lit(credit).valeur; };
+    for (const CaseSortie credit : creditsDuTotal) ajoute(credit);
+    for (const auto& travaux : travauxForestiers) ajoute(travaux.credit);
+    for (const auto& depense : transitionEnergetique) ajoute(depense.credit);
+    if (faits.forfait) ajoute("D_CREDIT_PFU2");
+    if (faits.cimr) ajoute("D_CREDIT_CIMR_IR");
+    S["D_CREDIT"] = total;
     if (S["CORRECTIONS"] + S["D_CREDIT"] != 0) S["SEPAR_MONT"] = 1;
 }
 
 // A credit that is a rate (percent) of an entry box: amount declared, amount retained, rate in hundredths of a percent.
-void CCalcul_N::LigneCredit(CaseSortie credit, std::int32_t declare, std::int32_t retenu, double taux) {
-    C1[credit] = declare;
-    m_pData->BaseEtTaux(credit, retenu, nArrondi(dMul(taux, 100)));
+void Credits::LigneCredit(CaseSortie credit, std::int32_t declare, std::int32_t retenu, double taux) {
+    BaseRetenue(credit, declare, retenu, nArrondi(dMul(taux, 100)));
     S[credit] = nPourcent(retenu, taux);
 }
 
+// The same for a credit that counts in the global cap.
+void Credits::CreditCompte(CaseSortie credit, std::int32_t declare, std::int32_t retenu, double taux) {
+    LigneCredit(credit, declare, retenu, taux);
+    m_imputation.Note(Niche::N2013, credit, S[credit]);
+}
+
 // The contribution on high incomes, less the share of the foreign income.
-void CCalcul_N::Contributions() {
+void Credits::Contributions() {
     const std::int32_t contribution = S["CONT_HAUT_REV"], revenu = S["REV_REF_C"];
-    if (kv::IndicateurEtranger(*m_pData) > 0)
+    if (IndicateurEtranger(E.Toutes()) > 0)
         S["CONT_HR_TAUX_EFFECTIF"] = nProrata(contribution, revenu - S["IMPOT_ETR_REV_NET_TI"], revenu);
     S["CONTRIBUTIONS"] = (S["CONT_HR_TAUX_EFFECTIF"] >= 1 ? S["CONT_HR_TAUX_EFFECTIF"] : contribution) + E["3WT"];
     if (E["8TK"] > 0)
@@ -77,60 +108,66 @@ void CCalcul_N::Contributions() {
             contribution, nProrata(contribution, S["IMPOT_ETR_REV_NET_TK"] + S["IMPOT_ETR_PV_NET_TK"], revenu));
 }
 
-// The credits that are only imputed: each takes what it may of the tax that is left, and no more.
-void CCalcul_N::CreditsImputes() {
+// ---- The credits that are only imputed: each takes what it may of the tax that is left, and no more.
+
+void Credits::Impute(CaseSortie credit, std::int32_t declare, std::int32_t limite) {
+    S[credit] = std::min(declare, nPositif(limite));
+    C1["D_CREDIT_TOT"] += declare;
+    C2["D_CREDIT_TOT"] += S[credit];
+    m_reste = nPositif(m_reste - S[credit]);
+}
+
+void Credits::ImputeAuTaux(CaseSortie credit, CaseEntree box, std::int32_t taux, std::int32_t limite) {
+    LigneCredit(credit, E[box], E[box], taux);
+    Impute(credit, S[credit], std::min(m_reste, limite));
+}
+
+void Credits::CreditsImputes() {
     const std::int32_t impot = S["TOT_IMP_COR"];
-    std::int32_t reste = nPositif(impot);
+    m_reste = nPositif(impot);
     C1["D_CREDIT_TOT"] = C2["D_CREDIT_TOT"] = 0;
-    const auto impute = [&](CaseSortie credit, std::int32_t declare, std::int32_t limite) {
-        S[credit] = std::min(declare, nPositif(limite));
-        C1["D_CREDIT_TOT"] += declare;
-        C2["D_CREDIT_TOT"] += S[credit];
-        reste = nPositif(reste - S[credit]);
-    };
-    const auto limiteAuReste = [&](std::int32_t limite) { return std::min(reste, limite); };
     const auto nonNegatif = [&](CaseEntree box) { return nPositif(E[box]); };
 
+    CreditsDImpotEtranger();
+    const std::int32_t horsReprises = impot - S["CO_REPRISE"] - S["CO_INVEST_CORSE"];
+    ImputeAuTaux("D_ACQ_BIENS_CULTURELS", "7UO", 40, horsReprises);
+    Impute("D_PREVENTION", nonNegatif("8TE"), m_reste);
+    ImputeAuTaux("D_MECENAT", "7US", 100, horsReprises);
+    Impute("D_INVEST_CORSE", nPositif(E["8TG"] + E["8TO"]), std::min(m_reste, impot - S["CO_INVEST_CORSE"]));
+    Impute("D_CREDIT_8TC", nonNegatif("8TC"), m_reste);
+    Impute("D_CREDIT_COMP_EMPLOI", nonNegatif("8UW"), m_reste);
+}
+
+// Tax paid abroad or in advance, within the tax that the income bears here.
+void Credits::CreditsDImpotEtranger() {
     std::int32_t pensions = 0;
     if (E["1AT"] > 0) pensions += nPourcent(nPourcent(TK["1AT"] - TKZ["1AT"], 90), 7.5);
     if (E["1BT"] > 0) pensions += nPourcent(nPourcent(TK["1BT"] - TKZ["1BT"], 90), 7.5);
-    impute("D_CREDIT_1AT_1BT", pensions, S["CO_PENSIONS"]);
-    impute("D_AVOIR_FISC", E["2AB"], reste);
-    impute("D_SOURCE_ETR", E["8TAB"], reste);
-    impute("D_IMPOT_ETR", SommeE({"8VL", "8VM", "8WM", "8UM"}), reste);
-    impute("D_ETR_PV_TK", S["IMPOT_ETR_PV_TK"],
-           limiteAuReste(S["CORRECTIONS"] - SommeS({"CO_REPRISE", "CO_TAXELOYER", "CO_PENSIONS", "CO_INTERET",
-                                                    "CO_INVEST_CORSE", "CO_AGENTS_ASSUR"})));
-    if (SelonLaDeclaration()) {
+    Impute("D_CREDIT_1AT_1BT", pensions, S["CO_PENSIONS"]);
+    Impute("D_AVOIR_FISC", E["2AB"], m_reste);
+    Impute("D_SOURCE_ETR", E["8TAB"], m_reste);
+    Impute("D_IMPOT_ETR", SommeE({"8VL", "8VM", "8WM", "8UM"}), m_reste);
+    const std::int32_t corrections = S["CORRECTIONS"] - SommeS({"CO_REPRISE", "CO_TAXELOYER", "CO_PENSIONS",
+                                                                "CO_INTERET", "CO_INVEST_CORSE", "CO_AGENTS_ASSUR"});
+    Impute("D_ETR_PV_TK", S["IMPOT_ETR_PV_TK"], std::min(m_reste, corrections));
+    if (faits.selonLaDeclaration) {
         const std::int32_t interets = nPositif(TK["2FA"] - TKZ["2FA"]);
-        impute("D_CREDIT_2FA", nPourcent(interets, 24), limiteAuReste(S["CO_INTERET"]));
+        Impute("D_CREDIT_2FA", nPourcent(interets, 24), std::min(m_reste, S["CO_INTERET"]));
     } else if (E["PFU"] != 0) {
         const std::int32_t capitaux = (TK["2FA"] - TKZ["2FA"]) + (TK["2DC"] - TKZ["2DC"]) + (TK["2TR"] - TKZ["2TR"]);
         const std::int32_t credit = nPourcent(capitaux, 12.8) + nPourcent(TK["3VG"] - TKZ["3VG"], 12.8);
-        impute("D_CREDIT_PFU2", credit, credit);
+        Impute("D_CREDIT_PFU2", credit, credit);
         S["D_CREDIT_PFU2"] = credit;
     }
-
-    const std::int32_t horsReprises = impot - S["CO_REPRISE"] - S["CO_INVEST_CORSE"];
-    const auto imputeAuTaux = [&](CaseSortie credit, CaseEntree box, std::int32_t taux) {
-        LigneCredit(credit, E[box], E[box], taux);
-        impute(credit, S[credit], limiteAuReste(horsReprises));
-    };
-    imputeAuTaux("D_ACQ_BIENS_CULTURELS", "7UO", 40);
-    impute("D_PREVENTION", nonNegatif("8TE"), reste);
-    imputeAuTaux("D_MECENAT", "7US", 100);
-    impute("D_INVEST_CORSE", nPositif(E["8TG"] + E["8TO"]), limiteAuReste(impot - S["CO_INVEST_CORSE"]));
-    impute("D_CREDIT_8TC", nonNegatif("8TC"), reste);
-    impute("D_CREDIT_COMP_EMPLOI", nonNegatif("8UW"), reste);
 }
 
 // A ceiling per household, raised for dependants and for children in alternating residence.
-std::int32_t CCalcul_N::PlafondParFoyer(std::int32_t montant, std::int32_t parCharge) const {
-    return (m_bCouple ? 2 : 1) * montant + parCharge * S["F_NB_CHARGE"] + parCharge * S["F_NB_ENFANTS_ALTERNE"] / 2;
+std::int32_t Credits::PlafondParFoyer(std::int32_t montant, std::int32_t parCharge) const {
+    return ParFoyer(montant) + parCharge * S["F_NB_CHARGE"] + nDiv(parCharge * S["F_NB_ENFANTS_ALTERNE"], 2);
 }
 
 // Equipment for elderly or disabled persons (CGI art. 200 quater A), works against technological risks.
-void CCalcul_N::EquipementDuLogement() {
+void Credits::EquipementDuLogement() {
     if (E["7WJ"] > 0) {
         const std::int32_t plafond = nPositif(PlafondParFoyer(5000, 400) - SommeE({"7WJA", "7WJB", "7WJC", "7WJD"}));
         LigneCredit("D_AIDE_PERS_AGEES", E["7WJ"], std::min(E["7WJ"], plafond), 25);
@@ -141,20 +178,18 @@ void CCalcul_N::EquipementDuLogement() {
     }
 }
 
-void CCalcul_N::TransitionEnergetique() {
+void Credits::TransitionEnergetique() {
     std::int32_t plafond = nPositif(PlafondParFoyer(8000, 400) - SommeE({"7WHA", "7WHB", "7WHC", "7WHD"}));
     for (const auto& t : transitionEnergetique) {
         const std::int32_t retenu = std::min(E[t.depense], plafond);
-        LigneCredit(t.credit, E[t.depense], retenu, nTauxTransition);
+        CreditCompte(t.credit, E[t.depense], retenu, nTauxTransition);
         plafond = nPositif(plafond - retenu);
-        m_imputation.Note(Niche::N2013, t.credit, S[t.credit]);
     }
-    LigneCredit("D_PREV_RISQUE_TECH", E["7WR"], E["7WR"], 40);
-    m_imputation.Note(Niche::N2013, "D_PREV_RISQUE_TECH", S["D_PREV_RISQUE_TECH"]);
+    CreditCompte("D_PREV_RISQUE_TECH", E["7WR"], E["7WR"], 40);
 }
 
 // Childcare outside the home (CGI art. 200 quater B): a ceiling per child, half for alternating residence.
-void CCalcul_N::FraisDeGarde() {
+void Credits::FraisDeGarde() {
     using Enfants = std::array<CaseEntree, 4>;
     static constexpr Enfants aCharge = {"7GA", "7GB", "7GC", "7GD"}, alternes = {"7GE", "7GF", "7GG", "7GM"};
     const auto aucun = [&](const Enfants& enfants) {
@@ -167,8 +202,7 @@ void CCalcul_N::FraisDeGarde() {
             declare += E[enfant];
             retenu += std::min(E[enfant], plafond);
         }
-        LigneCredit(credit, declare, retenu, 50);
-        m_imputation.Note(Niche::N2013, credit, S[credit]);
+        CreditCompte(credit, declare, retenu, 50);
     };
     garde("D_FRAIS_GARDE_ACHARGE", aCharge, 2300);
     garde("D_FRAIS_GARDE_ALTERNE", alternes, 1150);
@@ -176,7 +210,7 @@ void CCalcul_N::FraisDeGarde() {
 
 // Union dues (CGI art. 199 quater C): capped at 1 % of salaries and pensions, salaries counting only without actual
 // expenses.
-void CCalcul_N::CotisationsSyndicales() {
+void Credits::CotisationsSyndicales() {
     const std::int32_t cotisations = SommeE({"7AC", "7AE", "7AG"});
     if (cotisations <= 0) return;
     const auto plafonnees = [&](CaseEntree box, std::int32_t pensions, std::int32_t salaires, bool fraisReels) {
@@ -194,37 +228,35 @@ void CCalcul_N::CotisationsSyndicales() {
                    SommeE({"1CJ", "1DJ", "1EJ", "1FJ", "1FJA", "1FJB", "1FJC", "1FJD", "1FJE", "1CF",  "1DF",
                            "1EF", "1FF", "1CP", "1DP", "1EP",  "1FP",  "1FPA", "1FPB", "1FPC", "1FPD", "1FPE"}),
                    fraisDesCharges);
-    m_pData->Annule("D_CREDIT_7AC_7AE_7AG");
+    lignes.Annule("D_CREDIT_7AC_7AE_7AG");
     S["D_CREDIT_7AC_7AE_7AG"] = nPourcent(std::min(cotisations, retenues), 66);
 }
 
 // Interest on student loans (CGI art. 200 terdecies): this year's payments, then those of earlier years.
-void CCalcul_N::PretsEtudiants() {
+void Credits::PretsEtudiants() {
     const std::int32_t annees = E["7VO"];
     LigneCredit("D_PRET_ETUDIANTS_1", E["7UK"], std::min(E["7UK"], annees < 6 ? 1000 : 0), 25);
     LigneCredit("D_PRET_ETUDIANTS_2", E["7TD"], std::min(E["7TD"], std::min(annees * 1000, 6000)), 25);
 }
 
-void CCalcul_N::CreditsForestiers() {
-    const std::int32_t foyers = m_bCouple ? 2 : 1;
+void Credits::CreditsForestiers() {
     const auto credit = [&](CaseSortie ligne, std::int32_t declare, std::int32_t plafond, std::int32_t taux) {
-        LigneCredit(ligne, declare, std::min(declare, plafond), taux);
-        m_imputation.Note(Niche::N2013, ligne, S[ligne]);
+        CreditCompte(ligne, declare, std::min(declare, plafond), taux);
     };
-    std::int32_t plafond = 2000 * foyers;
+    std::int32_t plafond = ParFoyer(2000);
     credit("D_CREDIT_7UI", E["7UI"], plafond, 25);
     plafond -= E["7UI"];
     if (plafond > 0) credit("D_CREDIT_7UQ", E["7UQ"], plafond, 18);
 
-    std::int32_t reste = 6250 * foyers;
+    std::int32_t reste = ParFoyer(6250);
     for (const auto& t : travauxForestiers) {
         credit(t.credit, E[t.depense], nPositif(reste), t.taux);
         reste -= E[t.depense];
     }
 }
 
-void CCalcul_N::ReportsForestiers() {
-    std::int32_t reste = 6250 * (m_bCouple ? 2 : 1);
+void Credits::ReportsForestiers() {
+    std::int32_t reste = ParFoyer(6250);
     for (const auto& t : travauxForestiers) {
         S[t.report] = nPositif(E[t.depense] - nPositif(reste));
         reste -= E[t.depense];
@@ -232,18 +264,23 @@ void CCalcul_N::ReportsForestiers() {
 }
 
 // Interest on the loan for the main home (CGI art. 200 quaterdecies), the best rate first.
-void CCalcul_N::InteretsHabitationPrincipale() {
+void Credits::InteretsHabitationPrincipale() {
     if (SommeE({"7VX", "7VV", "7VT"}) == 0) return;
-    const bool double_ = E["P"] == 1 || E["Fp"] == 1 || E["Rm"] > 0 || E["Im"] > 0 || E["Gm"] > 0;
+    const bool invalidite = E["P"] == 1 || E["Fp"] == 1 || E["Rm"] > 0 || E["Im"] > 0 || E["Gm"] > 0;
     std::int32_t plafond =
-        (m_bCouple ? 7500 : 3750) * (double_ ? 2 : 1) + 500 * S["F_NB_CHARGE"] + 500 * S["F_NB_ENFANTS_ALTERNE"] / 2;
+        ParFoyer(invalidite ? 7500 : 3750) + 500 * S["F_NB_CHARGE"] + nDiv(500 * S["F_NB_ENFANTS_ALTERNE"], 2);
     const auto interets = [&](CaseSortie credit, CaseEntree box, std::int32_t taux) {
         const std::int32_t retenu = std::min(E[box], plafond);
-        LigneCredit(credit, E[box], retenu, taux);
+        CreditCompte(credit, E[box], retenu, taux);
         plafond = nPositif(plafond - retenu);
-        m_imputation.Note(Niche::N2013, credit, S[credit]);
     };
     interets("D_CREDIT_HAB_PRIN_BBC", "7VX", 40);
     interets("D_CREDIT_HAB_PRIN_2010N", "7VV", 15);
     interets("D_CREDIT_HAB_PRIN_2011N", "7VT", 10);
 }
+
+}  // namespace
+
+void CreditDImpot(Contexte& c) { Credits(c).CreditDImpot(); }
+
+}  // namespace kv

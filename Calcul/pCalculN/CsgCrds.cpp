@@ -1,18 +1,14 @@
 #include <algorithm>
 
-#include "Calcul/pCalculN/Calcul_N.h"
+#include "Calcul/pCalculN/Contexte.h"
+#include "Calcul/pCalculN/Etapes.h"
 
 // Social levies on property, capital and other income that the assessment collects (CGI art. 1600-0 C and following;
 // code de la sécurité sociale, art. L136-6).
 
+namespace kv {
+
 namespace {
-
-// A rate in hundredths of a percent.
-std::int32_t AuTaux(std::int32_t base, std::int32_t taux) { return nPourcent(base, taux / 100.0); }
-
-std::u16string Texte(std::int32_t taux, std::int32_t base) {
-    return FloatToStr(taux / 100.0) + u"% x " + IntToStr(base);
-}
 
 // A levy on income that bore none at source: rates since 2018 and before.
 struct LigneCsg {
@@ -64,19 +60,31 @@ constexpr PartEtrangere partsEtrangeres[] = {
     {"S_B_PLUS_VALUES_ETR", "8TKF", "S_B_PLUS_VALUES"},
 };
 
-}  // namespace
+class PrelevementsSociaux : Travail {
+  public:
+    explicit PrelevementsSociaux(Contexte& c) : Travail(c) {}
+    void CSG_CRDS();
 
-void CCalcul_N::CSG_CRDS() {
-    const kv::Etape etape(m_trace, u"25:CSG_CRDS");
-    const bool resident = E["REM"] == 0 && E["RED"] == 0;
+  private:
+    void BaseSociale(CaseSortie base, std::int32_t montant);
+    std::int32_t BaseMeubles() const;
+    void BasesResident();
+    std::int32_t BaseMobiliers() const;
+    void PrelevementsCapital();
+    void CsgDeductible();
+    void CsgSansRetenue();
+    void GainsSalaries();
+    void Ligne(CaseSortie sortie, std::size_t colonne, std::int32_t taux, std::int32_t base);
+};
 
+void PrelevementsSociaux::CSG_CRDS() {
     BaseSociale("S_B_REV_FON", nPositif(S["RD_FON"]));
     BaseSociale("S_B_BENEF", nPositif(SommeE({"5HY", "5IY", "5JY"})));
-    m_pData->Totalise("S_B_DEJA_SOUMIS");
+    lignes.Totalise("S_B_DEJA_SOUMIS");
     BaseSociale("S_B_LM", BaseMeubles());
-    if (resident) BasesResident();
-    PrelevementsCapital(resident);
-    if (resident) {
+    if (faits.resident) BasesResident();
+    PrelevementsCapital();
+    if (faits.resident) {
         CsgDeductible();
         CsgSansRetenue();
         GainsSalaries();
@@ -89,23 +97,22 @@ void CCalcul_N::CSG_CRDS() {
 }
 
 // A base: the same for the three levies.
-void CCalcul_N::BaseSociale(CaseSortie base, std::int32_t montant) {
-    S[base] = montant;
-    for (auto& c : C) c[base] = montant;
+void PrelevementsSociaux::BaseSociale(CaseSortie base, std::int32_t montant) {
+    lignes.Ecrit(base) = {montant, {montant, montant, montant}};
 }
 
 // Furnished letting, less what already bore the levies.
-std::int32_t CCalcul_N::BaseMeubles() const {
+std::int32_t PrelevementsSociaux::BaseMeubles() const {
     const std::int32_t ventes = nPourcent(SommeE({"5NJ", "5OJ", "5PJ"}), 29);
     const std::int32_t services = nPourcent(SommeE({"5NW", "5OW", "5PW"}), 50);
     struct Meuble {
         CaseEntree aSoumettre, dejaSoumis;
     };
-    static constexpr Meuble avecCentre[kv::nPersonnes] = {{"5NA", "5NM"}, {"5OA", "5OM"}, {"5PA", "5PM"}};
-    static constexpr Meuble sansCentre[kv::nPersonnes] = {{"5NK", "5KM"}, {"5OK", "5LM"}, {"5PK", "5MM"}};
+    static constexpr Meuble avecCentre[nPersonnes] = {{"5NA", "5NM"}, {"5OA", "5OM"}, {"5PA", "5PM"}};
+    static constexpr Meuble sansCentre[nPersonnes] = {{"5NK", "5KM"}, {"5OK", "5LM"}, {"5PK", "5MM"}};
 
     std::int32_t dejaSoumis = ventes + services, declares = ventes + services;
-    for (std::size_t k = 0; k < kv::nPersonnes; ++k) {
+    for (std::size_t k = 0; k < nPersonnes; ++k) {
         const auto part = [&](const Meuble& m, CaseSortie resultat) {
             dejaSoumis += nProrata(C[k][resultat], E[m.dejaSoumis], E[m.aSoumettre] + E[m.dejaSoumis]);
             declares += E[m.dejaSoumis];
@@ -118,15 +125,15 @@ std::int32_t CCalcul_N::BaseMeubles() const {
     return nPositif(resultat - dejaSoumis + nProrata(impute, declares, resultat + impute));
 }
 
-void CCalcul_N::BasesResident() {
-    const bool bareme = OptionBareme(), forfait = OptionForfait();
+std::int32_t PrelevementsSociaux::BaseMobiliers() const {
+    const std::int32_t base = nPositif(memoire.baseMobiliersSociale) + E["2DM"];
+    if (faits.forfait)
+        return base + SommeE({"2DC", "2CH2", "2CH3", "2DH2", "2DH3", "2TS2", "2EE2", "2TR", "2TT", "2FA", "2GO"});
+    return faits.bareme ? base : base + E["2FA"];
+}
 
-    std::int32_t mobiliers = nPositif(m_travail.nBaseMobiliersSociale) + E["2DM"];
-    if (forfait)
-        mobiliers += SommeE({"2DC", "2CH2", "2CH3", "2DH2", "2DH3", "2TS2", "2EE2", "2TR", "2TT", "2FA", "2GO"});
-    else if (!bareme)
-        mobiliers += E["2FA"];
-    BaseSociale("S_B_REV_MOB", mobiliers);
+void PrelevementsSociaux::BasesResident() {
+    BaseSociale("S_B_REV_MOB", BaseMobiliers());
     BaseSociale("S_B_PG_DIVERS", nPositif(GainsMobiliersNets()) +
                                      SommeE({"3VD", "3VI", "3VF", "3VJ", "3VK", "3SJ", "3SK", "1TZ", "1UZ", "1VZ",
                                              "3VM", "3VT", "3PI", "3WE", "3WI", "3WJ", "3WN", "3UZ"}));
@@ -137,41 +144,41 @@ void CCalcul_N::BasesResident() {
     BaseSociale("S_B_PLUS_VALUES", nPositif(gains));
     BaseSociale("S_B_PV_RETRAITE", nPositif(E["5HG"] + E["5IG"]));
     for (const PartEtrangere& p : partsEtrangeres) BaseSociale(p.part, std::min(E[p.box], S[p.base]));
-    BaseSociale("S_B_CSG_CRDS", forfait ? m_travail.nRevenusDejaSoumis + m_travail.nRevenusDejaSoumisReste
-                                        : std::min(E["2CG"] + E["2BH"], S["S_B_REV_MOB"]));
+    BaseSociale("S_B_CSG_CRDS", faits.forfait ? memoire.revenusDejaSoumis + memoire.revenusDejaSoumisReste
+                                              : std::min(E["2CG"] + E["2BH"], S["S_B_REV_MOB"]));
 }
 
 // One base, three rates; deferred gains bear the lower CSG of their year.
-void CCalcul_N::PrelevementsCapital(bool resident) {
+void PrelevementsSociaux::PrelevementsCapital() {
     std::int32_t base = SommeS({"S_B_REV_FON", "S_B_BENEF", "S_B_LM"});
     std::int32_t differes = 0;
-    if (resident) {
+    if (faits.resident) {
         base += SommeS({"S_B_REV_MOB", "S_B_PG_DIVERS", "S_B_RENTES", "S_B_PLUS_VALUES", "S_B_PV_RETRAITE"}) -
                 S["S_B_CSG_CRDS"];
         for (const PartEtrangere& p : partsEtrangeres) base -= S[p.part];
         differes = SommeE({"3WI", "3WJ", "3WN"});
     }
-    for (auto& c : C) c["S_BASES"] = base;
+    for (Colonne& colonne : C) colonne["S_BASES"] = base;
     S["S_BASES"] = nPositif(C1["S_BASES"] + (C2["S_BASES"] - differes) + C3["S_BASES"]);
     if (S["S_BASES"] == 0 && differes == 0) return;
 
     C1["S_TAUX"] = 680;
     C2["S_TAUX"] = 990;
     C3["S_TAUX"] = 50;
-    m_pData->Totalise("S_TAUX");
-    C1["S_CONTR_SOC"] = AuTaux(base, 680);
-    C2["S_CONTR_SOC"] = AuTaux(nPositif(base - differes), 990) + AuTaux(differes, 820);
-    C3["S_CONTR_SOC"] = AuTaux(base, 50);
-    m_pData->Totalise("S_CONTR_SOC");
-    m_pData->Copie("S_MONTANT", "S_CONTR_SOC");
+    lignes.Totalise("S_TAUX");
+    C1["S_CONTR_SOC"] = nAuTaux(base, 680);
+    C2["S_CONTR_SOC"] = nAuTaux(nPositif(base - differes), 990) + nAuTaux(differes, 820);
+    C3["S_CONTR_SOC"] = nAuTaux(base, 50);
+    lignes.Totalise("S_CONTR_SOC");
+    lignes.Copie("S_MONTANT", "S_CONTR_SOC");
     S["S_BASES"] = nProrata(S["S_CONTR_SOC"], 10000, S["S_TAUX"]);
     if (C2["S_BASES"] != 0 && differes != 0) C2["S_TAUX"] = 0;  // two rates apply
 }
 
 // The part of the levy on capital that next year's income is reduced by; none of a levy that is below 0.
-void CCalcul_N::CsgDeductible() {
+void PrelevementsSociaux::CsgDeductible() {
     if (S["S_BASES"] < 0) return;
-    const bool bareme = OptionBareme(), forfait = OptionForfait();
+    const bool bareme = faits.bareme, forfait = faits.forfait;
     std::int32_t base = SommeS({"S_B_REV_FON", "S_B_RENTES", "S_B_BENEF", "S_B_LM"}) -
                         SommeS({"S_B_REV_FON_Etranger", "S_B_RCM_Etranger", "S_B_RENTES_ETR", "S_B_LM_ETR",
                                 "S_B_PG_DIVERS_ETR", "S_B_CSG_CRDS"});
@@ -183,49 +190,54 @@ void CCalcul_N::CsgDeductible() {
     if (!forfait && GainsMobiliersNets() >= 1)
         gains += std::min(SommeE({"3VG", "3UA", "3SG", "3VQ"}) - E["3VR"], GainsMobiliersNets());
     if (bareme && !forfait) gains += E["3SJ2"];
-    C2["S_DEDUC"] = AuTaux(base, 680) + AuTaux(gains, 680);
-    m_pData->Totalise("S_DEDUC");
+    C2["S_DEDUC"] = nAuTaux(base, 680) + nAuTaux(gains, 680);
+    lignes.Totalise("S_DEDUC");
 }
 
-void CCalcul_N::CsgSansRetenue() {
-    const bool nouveaux = NouveauxTaux();
+// A levy of one column: rate in hundredths of a percent.
+void PrelevementsSociaux::Ligne(CaseSortie sortie, std::size_t colonne, std::int32_t taux, std::int32_t base) {
+    C[colonne][sortie] = nAuTaux(base, taux);
+    lignes.Totalise(sortie);
+    Detail[sortie] = Texte::TauxDeBase(taux, base);
+}
+
+void PrelevementsSociaux::CsgSansRetenue() {
+    const bool nouveaux = faits.nouveauxTaux;
     const std::int32_t baseCrds = SommeE({"8TR", "8PH", "8TQ", "8SC", "8SW", "8SX", "8TV", "8TW", "8TX", "8SA", "8SB"});
     const std::int32_t baseCasa = SommeE({"8SC", "8TV", "8SA"});
-    const auto ligne = [&](CaseSortie sortie, std::size_t colonne, std::int32_t taux, std::int32_t base) {
-        C[colonne][sortie] = AuTaux(base, taux);
-        m_pData->Totalise(sortie);
-        Detail[sortie] = Texte(taux, base);
-        S["S_CSG_CRDS_ETR"] += S[sortie];
-    };
-    S["S_CSG_CRDS_ETR"] = 0;
-    ligne("S_E_CRDS", 2, 50, baseCrds);
-    ligne("S_E_CASA", 2, 30, baseCasa);
-    for (const LigneCsg& l : lignesCsg) ligne(l.sortie, 1, nouveaux ? l.nouveauTaux : l.ancienTaux, E[l.box]);
+    Ligne("S_E_CRDS", 2, 50, baseCrds);
+    Ligne("S_E_CASA", 2, 30, baseCasa);
+    S["S_CSG_CRDS_ETR"] = S["S_E_CRDS"] + S["S_E_CASA"];
+    for (const LigneCsg& l : lignesCsg) {
+        Ligne(l.sortie, 1, nouveaux ? l.nouveauTaux : l.ancienTaux, E[l.box]);
+        S["S_CSG_CRDS_ETR"] += S[l.sortie];
+    }
 
     C2["S_E_CSG_4_NP1"] = 0;
     for (const PartDeductible& p : partsDeductibles)
-        C2["S_E_CSG_4_NP1"] += AuTaux(E[p.box], nouveaux ? p.nouveauTaux : p.ancienTaux);
-    m_pData->Totalise("S_E_CSG_4_NP1");
+        C2["S_E_CSG_4_NP1"] += nAuTaux(E[p.box], nouveaux ? p.nouveauTaux : p.ancienTaux);
+    lignes.Totalise("S_E_CSG_4_NP1");
 }
 
 // Share gains taxed as salaries, gains subject to the employee contribution, carried interest.
-void CCalcul_N::GainsSalaries() {
+void PrelevementsSociaux::GainsSalaries() {
     const std::int32_t gains = E["1TT"] + E["1UT"];
-    const auto ligne = [&](CaseSortie sortie, std::size_t colonne, std::int32_t taux) {
-        C[colonne][sortie] = AuTaux(gains, taux);
-        m_pData->Totalise(sortie);
-        Detail[sortie] = Texte(taux, gains);
-    };
-    ligne("S_CRDS_SAL", 2, 50);
-    ligne("S_CSG_SAL", 1, NouveauxTaux() ? 920 : 750);
-    C2["S_DEDUC_CSG_SAL"] = AuTaux(gains, NouveauxTaux() ? 680 : 510);
-    m_pData->Totalise("S_DEDUC_CSG_SAL");
+    Ligne("S_CRDS_SAL", 2, 50, gains);
+    Ligne("S_CSG_SAL", 1, faits.nouveauxTaux ? 920 : 750, gains);
+    C2["S_DEDUC_CSG_SAL"] = nAuTaux(gains, faits.nouveauxTaux ? 680 : 510);
+    lignes.Totalise("S_DEDUC_CSG_SAL");
     S["S_CSG_CRDS_SAL"] = S["S_CRDS_SAL"] + S["S_CSG_SAL"];
 
     const auto contribution = [&](CaseSortie sortie, CaseSortie total, std::int32_t taux, std::int32_t base) {
-        S[sortie] = S[total] = AuTaux(base, taux);
-        Detail[sortie] = Texte(taux, base);
+        S[sortie] = S[total] = nAuTaux(base, taux);
+        Detail[sortie] = Texte::TauxDeBase(taux, base);
     };
     contribution("S_S_GAINS_3VN_1TT_1UT", "S_CONTR_SAL", 1000, SommeE({"3VN", "1TT", "1UT"}));
     contribution("S_S_CARRIED", "S_CONTR_CARRIED", 3000, SommeE({"1NY", "1OY"}));
 }
+
+}  // namespace
+
+void CSG_CRDS(Contexte& c) { PrelevementsSociaux(c).CSG_CRDS(); }
+
+}  // namespace kv

@@ -1,64 +1,101 @@
 #include <algorithm>
-#include <optional>
 
 #include "Calcul/cCalcul/Transferts.h"
-#include "Calcul/pCalculN/Calcul_N.h"
+#include "Calcul/pCalculN/Contexte.h"
+#include "Calcul/pCalculN/Etapes.h"
 
 // Non-residents' minimum rate (CGI art. 197 A); the effective-rate method for foreign income (CGI art. 197 C).
 
+namespace kv {
+
 namespace {
 
-using kv::Passe;
+// How far a re-run goes: the net income, the gross tax, the tax after reductions and corrections.
+constexpr Etape jusquAuRevenuNet[] = {Etape::NombreParts, Etape::RevenusBrut, Etape::RevenusBrutQuotient,
+                                      Etape::RevenusTauxForf, Etape::RevenusNet};
+constexpr Etape jusquALImpot[] = {Etape::RevenusImposables, Etape::CalculImpot, Etape::TauxMarginal};
+constexpr Etape jusquAuxCorrections[] = {Etape::ImpotApresReductions, Etape::ImpotApresCorrections};
 
-}  // namespace
-
-// Recomputes the income under other inputs, as far as the caller needs.
-void CCalcul_N::Relance(const TPeriode& periode, Passe passe, Jusque jusque) {
-    RemetSortiesAZero();
-    NombreParts();
-    RevenusBrut(passe);
-    RevenusBrutQuotient(passe);
-    RevenusTauxForf();
-    RevenusNet();
-    if (jusque == Jusque::RevenuNet) return;
-    RevenusImposables();
-    CalculImpot();
-    TauxMarginal();
-    if (jusque == Jusque::Impot) return;
-    ImpotApresReductions(periode, passe);
-    ImpotApresCorrections(passe);
+// A run over changed inputs, from an empty slate.
+void RelanceRevenuNet(Contexte& c) {
+    c.RemetSortiesAZero();
+    c.Lance(jusquAuRevenuNet);
+}
+void RelanceImpot(Contexte& c) {
+    RelanceRevenuNet(c);
+    c.Lance(jusquALImpot);
+}
+void RelanceCorrections(Contexte& c) {
+    RelanceImpot(c);
+    c.Lance(jusquAuxCorrections);
 }
 
-std::int32_t CCalcul_N::RevenuNetDesAbattements() const { return S["TOT_R_NET"] - S["ABAT"] + S["RQ_GAINS"]; }
+// What the worldwide pass shows.
+struct RevenuMondial {
+    std::int32_t revenu = 0, impot = 0, impotDom = 0;
+    std::int32_t deductions = 0, abattements = 0;  // on salaries and gains, on pensions
+    ParPersonne bruts;
+};
 
-void CCalcul_N::RevenusTM(const TPeriode&) {
-    const kv::Etape etape(m_trace, u"17:RevenusTM");
-    if (E["REM"] == 0 && E["RED"] == 0) return;
+// What the foreign income with a credit equal to the French tax shows.
+struct RevenuTK {
+    std::int32_t revenu = 0, impotPlusValues = 0, plusValues = 0;
+};
 
-    // Rates in hundredths of a percent. The tax is at least the minimum rate, unless the worldwide income shows less.
+class Etranger : Travail {
+  public:
+    explicit Etranger(Contexte& c) : Travail(c) {}
+    void RevenusTM();
+    void RevenusEtrangers();
+
+  private:
+    std::int32_t RevenuNetDesAbattements() const { return S["TOT_R_NET"] - S["ABAT"] + S["RQ_GAINS"]; }
+    std::int32_t RevenuTaxe() const { return nPositif(S["TOT_R_IMPOS"] + S["QUOTIENT"]); }
+    std::int32_t Colonnes(CaseSortie sortie) const { return C1[sortie] + C2[sortie] + C3[sortie]; }
+    std::int32_t Deductions() const { return Colonnes("RN_SAL_DED_10") + Colonnes("RD_GAINS_2_Ded"); }
+
+    std::int32_t NetAutoEntr();
+    std::int32_t NetProspection();
+    void RelanceMondiale(Contexte& c, std::u16string_view message);
+    RevenuMondial Mondial();
+    RevenuTK SeulsRevenusTK();
+    void PartAutoEntr();
+    void Impots(const RevenuMondial& mondial, const RevenuTK& tk, bool effectif);
+    void FraisEtrangers(const RevenuMondial& mondial);
+
+    bool m_avecAutoEntr = false, m_avecProspection = false;
+    std::int32_t m_netAutoEntr = 0, m_netProspection = 0;  // what each adds to the net income
+    ParPersonne m_prospections;
+};
+
+// Rates in hundredths of a percent. The tax is at least the minimum rate, unless the worldwide income shows less.
+void Etranger::RevenusTM() {
+    if (faits.resident) return;
+
     const double minimum = E["RED"] != 0 ? 1440.0 : 2000.0;
-    const std::int32_t revenu = nPositif(S["TOT_R_IMPOS"] + S["QUOTIENT"]);
+    const std::int32_t revenu = RevenuTaxe();
     const std::int32_t impotFrancais = S["TOT_IMPOT"];
     const double tauxFrancais = dMul(10000.0, dDiv(impotFrancais, revenu));
     double tauxMondial = 0.0, retenu = dMax(tauxFrancais, minimum);
     std::int32_t impotMondial = 0;
     if (E["8TM"] != 0) {
-        m_trace.Relance(u"=> on relance le calcul d'impôt en ajoutant la case 8TM");
-        const kv::Change<bool> avec8TM(m_travail.bAvec8TM, true);
-        CalculImpot();
+        trace.Relance(u"=> on relance le calcul d'impôt en ajoutant la case 8TM");
+        contexte.faits.avec8TM = true;
+        Lance(Etape::CalculImpot);
+        contexte.faits.avec8TM = false;
         impotMondial = S["TOT_IMPOT"];
         tauxMondial = dMul(10000.0, dDiv(impotMondial, E["8TM"]));
         retenu = tauxFrancais > minimum ? tauxFrancais : dMin(tauxMondial, minimum);
     }
     const std::int32_t impot = nArrondi(dDiv(dMul(revenu, retenu), 10000.0));
-    m_trace.Relance(u"=> on relance le calcul d'impôt sans la case 8TM");
-    CalculImpot();
-    TauxMarginal();
+    trace.Relance(u"=> on relance le calcul d'impôt sans la case 8TM");
+    Lance(Etape::CalculImpot);
+    Lance(Etape::TauxMarginal);
 
     if (impot < 305 && (retenu == 2000.0 || retenu == 1440.0)) S["IMPOT_TM_N_RECOUV"] = impot;
     S["IMPOT_TM"] = impot - S["IMPOT_TM_N_RECOUV"];
     const auto ligne = [&](CaseSortie sortie, std::int32_t base, double taux, std::int32_t valeur) {
-        m_pData->BaseEtTaux(sortie, base, nArrondi(taux));
+        lignes.BaseEtTaux(sortie, base, nArrondi(taux));
         S[sortie] = valeur;
     };
     ligne("IMPOT_TM_RETENU", revenu, retenu, impot);
@@ -67,125 +104,176 @@ void CCalcul_N::RevenusTM(const TPeriode&) {
     S["IMPOT_TX_MOYEN"] = nPositif(impot - S["IMPOT_TM_N_RECOUV"]);
 }
 
-void CCalcul_N::RevenusEtrangers(const TPeriode& periode) {
-    const kv::Etape etape(m_trace, u"18:RevenusEtrangers");
-    CDataCalcul& data = *m_pData;
-    if (kv::TotalEtranger(data, false) == 0) return;
-    const bool effectif = kv::TotalEtranger(data, true) != 0;
+void Etranger::RevenusEtrangers() {
+    if (TotalEtranger(E.Toutes(), false) == 0) return;
+    const bool effectif = TotalEtranger(E.Toutes(), true) != 0;
+    const std::int32_t deductionsFrancaises = Deductions(), abattementsFrancais = Colonnes("RN_PEN_ABAT");
+    contexte.RetireExceptionnels();
 
-    const auto colonnes = [&](CaseSortie sortie) { return C1[sortie] + C2[sortie] + C3[sortie]; };
-    const auto deductions = [&] { return colonnes("RN_SAL_DED_10") + colonnes("RD_GAINS_2_Ded"); };
-    const std::int32_t deductionsFrancaises = deductions();
-    const std::int32_t abattementsFrancais = colonnes("RN_PEN_ABAT");
-    QuotientDansFr(false);
+    m_netAutoEntr = NetAutoEntr();
+    m_netProspection = NetProspection();
+    RevenuMondial mondial = Mondial();
+    mondial.deductions -= deductionsFrancaises;
+    mondial.abattements -= abattementsFrancais;
+    const RevenuTK tk = E["8TK"] > 0 ? SeulsRevenusTK() : RevenuTK{};
 
-    // What each kind of income adds to the net income.
-    using Lie = kv::TransfertLie;
-    std::int32_t netAutoEntr = 0, netProspection = 0;
-    std::optional<Lie> autoEntr(std::in_place, data, m_trace, Lie::Nature::AutoEntr);
-    const bool avecAutoEntr = autoEntr->Total() > 0;
-    if (avecAutoEntr) {
+    trace.Relance(u"=> on relance les calculs pour revenir à la normale (=revenus français seuls)");
+    RelanceImpot(contexte);
+    PartAutoEntr();
+    Impots(mondial, tk, effectif);
+    FraisEtrangers(mondial);
+}
+
+// A worldwide pass up to the net income.
+void Etranger::RelanceMondiale(Contexte& c, std::u16string_view message) {
+    c.faits.passe = Passe::Mondiale;
+    trace.Relance(message);
+    RelanceRevenuNet(c);
+    c.RetireExceptionnels();
+}
+
+// What the auto-entrepreneur income adds to the net income.
+std::int32_t Etranger::NetAutoEntr() {
+    Saisie avec = contexte.declaree;
+    trace.Ligne(u"****> _AutoEntr_Dans_Fr(true)");
+    const std::int32_t deplace = DeplaceAutoEntr(avec);
+    m_avecAutoEntr = deplace > 0;
+    std::int32_t net = 0;
+    if (m_avecAutoEntr) {
         const std::int32_t avant = RevenuNetDesAbattements();
-        m_trace.Relance(u"=> on relance les calculs après avoir ajouté les revenus auto-entrepreneurs (5TA)");
-        Relance(periode, Passe::Mondiale, Jusque::RevenuNet);
-        QuotientDansFr(false);
-        netAutoEntr = RevenuNetDesAbattements() - avant;
+        Contexte c(contexte, avec);
+        RelanceMondiale(c, u"=> on relance les calculs après avoir ajouté les revenus auto-entrepreneurs (5TA)");
+        net = RevenuNetDesAbattements() - avant;
     }
-    autoEntr.reset();
+    if (deplace != 0) trace.Ligne(u"****> _AutoEntr_Dans_Fr(false)");
+    return net;
+}
 
-    const kv::ParPersonne prospections = kv::TotalProspection(data);
-    const bool avecProspection = prospections.Total() > 0;
-    if (avecProspection) {
-        if (avecAutoEntr) {
-            m_trace.Relance(u"=> on relance les calculs à cause des prospections (5TF) et auto-entrepreneurs");
-            Relance(periode, Passe::Mondiale, Jusque::RevenuNet);
-            QuotientDansFr(false);
-        }
-        const std::int32_t avant = RevenuNetDesAbattements();
-        const Lie prospection(data, m_trace, Lie::Nature::Prospection);
-        m_trace.Relance(u"=> on relance les calculs a cause des prospections (5TF)");
-        Relance(periode, Passe::Mondiale, Jusque::RevenuNet);
-        QuotientDansFr(false);
-        netProspection = RevenuNetDesAbattements() - avant;
+// What the prospection income adds.
+std::int32_t Etranger::NetProspection() {
+    m_prospections = TotalProspection(contexte.declaree);
+    m_avecProspection = m_prospections.Total() > 0;
+    if (!m_avecProspection) return 0;
+    if (m_avecAutoEntr) {
+        Contexte c(contexte, contexte.declaree);
+        RelanceMondiale(c, u"=> on relance les calculs à cause des prospections (5TF) et auto-entrepreneurs");
     }
+    const std::int32_t avant = RevenuNetDesAbattements();
+    Saisie avec = contexte.declaree;
+    trace.Ligne(u"****> _Prospection_Dans_Fr(true)");
+    DeplaceProspection(avec);
+    Contexte c(contexte, avec);
+    RelanceMondiale(c, u"=> on relance les calculs a cause des prospections (5TF)");
+    trace.Ligne(u"****> _Prospection_Dans_Fr(false)");
+    return RevenuNetDesAbattements() - avant;
+}
 
-    // Worldwide income.
-    std::optional<kv::TransfertTI> ti(std::in_place, data, m_trace);
-    std::optional<Lie> prospection;
-    if (avecProspection) prospection.emplace(data, m_trace, Lie::Nature::Prospection);
-    if (avecAutoEntr) autoEntr.emplace(data, m_trace, Lie::Nature::AutoEntr);
-    m_trace.Relance(u"=> on relance les calculs après avoir ajouté les revenus TI");
-    Relance(periode, Passe::Mondiale, Jusque::Corrections);
-    QuotientDansFr(false);
-    const std::int32_t deductionsEtrangeres = deductions() - deductionsFrancaises;
-    const std::int32_t abattementsEtrangers = colonnes("RN_PEN_ABAT") - abattementsFrancais;
-    const std::int32_t revenuMondial = nPositif(S["TOT_R_IMPOS"] + S["QUOTIENT"]);
-    const std::int32_t impotMondial = S["TOT_IMPOT"];
-    const std::int32_t impotMondialDom = S["TOT_IMPOT_DOM"];
-    m_travail.nTauxMarginalFige = S["TAUX_MARGINAL_2"];
-    const kv::ParPersonne bruts = ti->Montants();
-    ti.reset();
-    prospection.reset();
-    autoEntr.reset();
-
-    // The foreign income with a credit equal to the French tax, alone.
-    std::int32_t revenuTK = 0, impotPlusValuesTK = 0, plusValuesTK = 0;
-    if (E["8TK"] > 0) {
-        const kv::TransfertTK tk(data, m_trace);
-        const QuotientsRepris repris(*this);
-        m_trace.Relance(u"=> on relance les calculs avec que les revenus TK, sans les normaux");
-        Relance(periode, Passe::TK, Jusque::Corrections);
-        revenuTK = S["TOT_R_BRUT"] + nPositif(TK["2TS"] - TKZ["2TS"]);
-        if (!OptionForfait())
-            revenuTK += nPositif(nPourcent(TK["2DC"], 60) - TKZ["2DC"]) + nPositif(TK["2TR"] - TKZ["2TR"]);
-        impotPlusValuesTK = S["CORRECTIONS"] - S["CO_PENSIONS"] - S["CO_INTERET"];
-        plusValuesTK = S["RF_PENSIONS"] + S["RF_PLUS"] + S["RF_2FA"];
+// Worldwide income: the foreign amounts in the French boxes, up to the corrections.
+RevenuMondial Etranger::Mondial() {
+    Saisie avec = contexte.declaree;
+    RevenuMondial mondial;
+    trace.Ligne(u"****> _TI_Dans_Fr(true)");
+    mondial.bruts = DeplaceTI(avec);
+    if (m_avecProspection) {
+        trace.Ligne(u"****> _Prospection_Dans_Fr(true)");
+        DeplaceProspection(avec);
     }
+    if (m_avecAutoEntr) {
+        trace.Ligne(u"****> _AutoEntr_Dans_Fr(true)");
+        DeplaceAutoEntr(avec);
+    }
+    Contexte c(contexte, avec);
+    c.faits.passe = Passe::Mondiale;
+    trace.Relance(u"=> on relance les calculs après avoir ajouté les revenus TI");
+    RelanceCorrections(c);
+    c.RetireExceptionnels();
+    mondial.deductions = Deductions();
+    mondial.abattements = Colonnes("RN_PEN_ABAT");
+    mondial.revenu = RevenuTaxe();
+    mondial.impot = S["TOT_IMPOT"];
+    mondial.impotDom = S["TOT_IMPOT_DOM"];
+    memoire.tauxMarginalFige = S["TAUX_MARGINAL_2"];
+    trace.Ligne(u"****> _TI_Dans_Fr(false)");
+    if (m_avecProspection) trace.Ligne(u"****> _Prospection_Dans_Fr(false)");
+    if (m_avecAutoEntr) trace.Ligne(u"****> _AutoEntr_Dans_Fr(false)");
+    return mondial;
+}
 
-    m_trace.Relance(u"=> on relance les calculs pour revenir à la normale (=revenus français seuls)");
-    Relance(periode, Passe::Normale, Jusque::Impot);
-    const std::int32_t revenuFrancais = nPositif(S["TOT_R_IMPOS"] + S["QUOTIENT"]);
-    const std::int32_t impotEffectif = nProrata(impotMondial, revenuFrancais, revenuMondial);
+// The foreign income with a credit equal to the French tax, alone.
+RevenuTK Etranger::SeulsRevenusTK() {
+    Saisie seuls = contexte.declaree;
+    trace.Ligne(u"****> _TK_Dans_Fr(true)");
+    DeplaceTK(seuls);
+    Contexte c(contexte, seuls);
+    c.faits.passe = Passe::TK;
+    trace.Relance(u"=> on relance les calculs avec que les revenus TK, sans les normaux");
+    RelanceCorrections(c);
+    RevenuTK tk;
+    tk.revenu = S["TOT_R_BRUT"] + nPositif(TK["2TS"] - TKZ["2TS"]);
+    if (!faits.forfait) tk.revenu += nPositif(nPourcent(TK["2DC"], 60) - TKZ["2DC"]) + nPositif(TK["2TR"] - TKZ["2TR"]);
+    tk.impotPlusValues = S["CORRECTIONS"] - S["CO_PENSIONS"] - S["CO_INTERET"];
+    tk.plusValues = S["RF_PENSIONS"] + S["RF_PLUS"] + S["RF_2FA"];
+    c.RetireExceptionnels();
+    trace.Ligne(u"****> _TK_Dans_Fr(false)");
+    return tk;
+}
 
-    // Auto-entrepreneur income: what the worldwide pass counted beyond the French income.
-    for (std::size_t k = 0; k < kv::nPersonnes; ++k) {
-        const auto& [ventes, services, ventesNonPro, servicesNonPro] = m_travail.passes.microBic[k];
-        const auto& [bnc, bncNonPro] = m_travail.passes.microBnc[k];
-        auto& c = C[k];
+// Auto-entrepreneur income: what the worldwide pass counted beyond the French income.
+void Etranger::PartAutoEntr() {
+    for (std::size_t k = 0; k < nPersonnes; ++k) {
+        const auto& [ventes, services, ventesNonPro, servicesNonPro] = memoire.passes.microBic[k];
+        const auto& [bnc, bncNonPro] = memoire.passes.microBnc[k];
+        Colonne& c = C[k];
         c["MOND_AUTO_ENTR_P"] = (ventes.recettes + services.recettes - c["RR_BIC_P_MIC_DECL"]) -
                                 (ventes.abattement + services.abattement - c["RR_BIC_P_MIC_ABAT"]) +
                                 (bnc.recettes - c["RR_BNC_P_SPE_DECL"]) - (bnc.abattement - c["RR_BNC_P_SPE_ABAT"]);
-        c["MOND_PROSPEC"] = prospections.montant[k];
+        c["MOND_PROSPEC"] = m_prospections.montant[k];
     }
-    data.Totalise("MOND_AUTO_ENTR_P");
-    data.Totalise("MOND_PROSPEC");
+    lignes.Totalise("MOND_AUTO_ENTR_P");
+    lignes.Totalise("MOND_PROSPEC");
+}
 
-    // The tax beyond the French one goes to each kind of income in proportion to what it adds.
-    const std::int32_t impotSupplementaire = impotEffectif - S["TOT_IMPOT"];
-    S["IMPOT_ETR_REV_NET_TI"] = revenuMondial - revenuFrancais;
-    S["IMPOT_AUTO_ENTR"] = nProrata(impotSupplementaire, netAutoEntr, S["IMPOT_ETR_REV_NET_TI"]);
-    S["IMPOT_PROSPEC"] = nProrata(impotSupplementaire, netProspection, S["IMPOT_ETR_REV_NET_TI"]);
-    S["IMPOT_ETRANGER"] = impotSupplementaire - S["IMPOT_AUTO_ENTR"] - S["IMPOT_PROSPEC"];
+// The tax at the effective rate; what it exceeds the French one by goes to each kind of income in proportion to what it
+// adds.
+void Etranger::Impots(const RevenuMondial& mondial, const RevenuTK& tk, bool effectif) {
+    const std::int32_t revenuFrancais = RevenuTaxe();
+    const std::int32_t impotEffectif = nProrata(mondial.impot, revenuFrancais, mondial.revenu);
+    const std::int32_t supplement = impotEffectif - S["TOT_IMPOT"];
+    S["IMPOT_ETR_REV_NET_TI"] = mondial.revenu - revenuFrancais;
+    S["IMPOT_AUTO_ENTR"] = nProrata(supplement, m_netAutoEntr, S["IMPOT_ETR_REV_NET_TI"]);
+    S["IMPOT_PROSPEC"] = nProrata(supplement, m_netProspection, S["IMPOT_ETR_REV_NET_TI"]);
+    S["IMPOT_ETRANGER"] = supplement - S["IMPOT_AUTO_ENTR"] - S["IMPOT_PROSPEC"];
     S["IMPOT_TX_EFFECTIF"] = S["IMPOT_CALC"] = impotEffectif;
-    Detail["IMPOT_CALC"] = IntToStr(impotMondial) + u" sur " + IntToStr(revenuMondial) + u") proratisé (x " +
-                           IntToStr(revenuFrancais) + u" / " + IntToStr(revenuMondial);
-    S["IMPOT_ETR_TK"] = impotMondialDom;
-    S["IMPOT_ETR_REV_TK"] = S["IMPOT_ETR_REV_NET_TK"] = revenuTK;
-    S["IMPOT_ETR_PV_TK"] = OptionForfait() ? 0 : impotPlusValuesTK;
-    S["IMPOT_ETR_PV_NET_TK"] = plusValuesTK;
-    S["IMPOT_ETR_RMI"] = revenuMondial;
-    if (effectif) S["TOT_R_MONDIAL"] = revenuMondial;
+    Detail["IMPOT_CALC"] = Texte::Proratise(mondial.impot, mondial.revenu, revenuFrancais);
+    S["IMPOT_ETR_TK"] = mondial.impotDom;
+    S["IMPOT_ETR_REV_TK"] = S["IMPOT_ETR_REV_NET_TK"] = tk.revenu;
+    S["IMPOT_ETR_PV_TK"] = faits.forfait ? 0 : tk.impotPlusValues;
+    S["IMPOT_ETR_PV_NET_TK"] = tk.plusValues;
+    S["IMPOT_ETR_RMI"] = mondial.revenu;
+    if (effectif) S["TOT_R_MONDIAL"] = mondial.revenu;
     if (!effectif || S["IMPOT_TX_EFFECTIF"] == S["TOT_IMPOT"])
         S["IMPOT_TX_EFFECTIF"] = S["IMPOT_AUTO_ENTR"] = S["IMPOT_ETRANGER"] = S["IMPOT_CALC"] = 0;
     S["IMPOT_ETRANGER_2"] = S["IMPOT_ETRANGER"];
     S["IMPOT_TX_EFFECTIF_2"] = S["IMPOT_TX_EFFECTIF"];
+}
+
+// The foreign amounts by person, and their share of the deductions that they add.
+void Etranger::FraisEtrangers(const RevenuMondial& mondial) {
+    const ParPersonne& bruts = mondial.bruts;
     S["REV_BRUT_TI_V"] = bruts.montant[0];
     S["REV_BRUT_TI_C"] = bruts.montant[1];
     S["REV_BRUT_TI_E"] = bruts.montant[2];
-    for (std::size_t k = 0; k < kv::nPersonnes; ++k) {
-        C[k]["FP_TI_SAL"] = nProrata(deductionsEtrangeres, bruts.montant[k], bruts.Total());
-        C[k]["FP_TI_PENS"] = nProrata(abattementsEtrangers, bruts.montant[k], bruts.Total());
+    for (std::size_t k = 0; k < nPersonnes; ++k) {
+        C[k]["FP_TI_SAL"] = nProrata(mondial.deductions, bruts.montant[k], bruts.Total());
+        C[k]["FP_TI_PENS"] = nProrata(mondial.abattements, bruts.montant[k], bruts.Total());
     }
-    data.Totalise("FP_TI_SAL");
-    data.Totalise("FP_TI_PENS");
+    lignes.Totalise("FP_TI_SAL");
+    lignes.Totalise("FP_TI_PENS");
 }
+
+}  // namespace
+
+void RevenusTM(Contexte& c) { Etranger(c).RevenusTM(); }
+void RevenusEtrangers(Contexte& c) { Etranger(c).RevenusEtrangers(); }
+
+}  // namespace kv

@@ -1,11 +1,26 @@
-#include "Calcul/pCalculN/Calcul_N.h"
+#include "Calcul/pCalculN/Contexte.h"
+#include "Calcul/pCalculN/Etapes.h"
 
 // The amount payable or refunded, tax and social levies together, with the collection and refund thresholds
 // (CGI art. 1657 and 1965 L).
 
-void CCalcul_N::ImpotAPaye() {
-    const kv::Etape etape(m_trace, u"26:ImpotAPaye");
+namespace kv {
 
+namespace {
+
+class Solde : Travail {
+  public:
+    explicit Solde(Contexte& c) : Travail(c) {}
+    void ImpotAPaye();
+
+  private:
+    void ClasseImpot(std::int32_t avantCredits, std::int32_t net);
+    void ClassePrelevementsSociaux();
+    void NetAPayer(std::int32_t net);
+    void NoteComparaison();
+};
+
+void Solde::ImpotAPaye() {
     static constexpr CaseSortie sorties[] = {
         "TOT_PAYER",           "TOT_REST",
         "TOT_N_REST",          "TOT_N_RECOUVRE",
@@ -20,30 +35,32 @@ void CCalcul_N::ImpotAPaye() {
 
     const std::int32_t avantCredits = S["TOT_IMP_COR"] + S["NICHE_FISCALE"] + S["CONTRIBUTIONS"];
     const std::int32_t net = avantCredits - S["D_CREDIT"];
-    const bool avecCimr = OptionCimr();
     ClasseImpot(avantCredits, net);
-    if (avecCimr) S["S_A_PAYER"] = nPositif(S["S_A_PAYER"] + S["S_CONTR_CIMR_CS"]);
-    ClassePrelevementsSociaux(avecCimr);
+    if (faits.cimr) S["S_A_PAYER"] = nPositif(S["S_A_PAYER"] + S["S_CONTR_CIMR_CS"]);
+    ClassePrelevementsSociaux();
     NetAPayer(net);
+    if (faits.options && E["AVA"] != 0) NoteComparaison();
+}
 
-    if (Options() && E["AVA"] != 0) {
-        const auto garde = [&](std::int32_t& membre, CaseSortie sortie, std::u16string_view nom) {
-            membre = S[sortie];
-            m_trace.Ligne(std::u16string(nom) + u" : " + IntToStr(membre));
-        };
-        if (E["PFU"] != 0) {
-            garde(m_nS_NET_A_PAYER_PFU, "S_NET_A_PAYER", u"m_nS_NET_A_PAYER_PFU");
-            garde(m_nS_NET_RESTITUE_PFU, "S_NET_RESTITUE", u"m_nS_NET_RESTITUE_PFU");
-        }
-        if (E["BAR"] != 0) {
-            garde(m_nS_NET_A_PAYER_BAR, "S_NET_A_PAYER", u"m_nS_NET_A_PAYER_BAR");
-            garde(m_nS_NET_RESTITUE_BAR, "S_NET_RESTITUE", u"m_nS_NET_RESTITUE_BAR");
-        }
+// The net amounts that the comparison of the options reads.
+void Solde::NoteComparaison() {
+    const auto note = [&](std::int32_t& montant, CaseSortie sortie, std::u16string_view nom) {
+        montant = S[sortie];
+        if (trace.m_bTrace) trace.Ligne(std::u16string(nom) + u" : " + IntToStr(montant));
+    };
+    Comparaison& comparaison = contexte.commun.comparaison;
+    if (E["PFU"] != 0) {
+        note(comparaison.forfait.aPayer, "S_NET_A_PAYER", u"m_nS_NET_A_PAYER_PFU");
+        note(comparaison.forfait.restitue, "S_NET_RESTITUE", u"m_nS_NET_RESTITUE_PFU");
+    }
+    if (E["BAR"] != 0) {
+        note(comparaison.bareme.aPayer, "S_NET_A_PAYER", u"m_nS_NET_A_PAYER_BAR");
+        note(comparaison.bareme.restitue, "S_NET_RESTITUE", u"m_nS_NET_RESTITUE_BAR");
     }
 }
 
 // A refund below 8 is not paid, a balance below 12 or a tax before credits below 61 not collected.
-void CCalcul_N::ClasseImpot(std::int32_t avantCredits, std::int32_t net) {
+void Solde::ClasseImpot(std::int32_t avantCredits, std::int32_t net) {
     if (net <= -8) {
         S["TOT_REST"] = -net;
     } else if (net < 0) {
@@ -60,11 +77,11 @@ void CCalcul_N::ClasseImpot(std::int32_t avantCredits, std::int32_t net) {
     }
 }
 
-void CCalcul_N::ClassePrelevementsSociaux(bool avecCimr) {
+void Solde::ClassePrelevementsSociaux() {
     const std::int32_t prelevements = S["S_A_PAYER"];
     if (prelevements <= 0 || prelevements >= 61) return;
     S["S_NON_RECOUVRE"] = prelevements;
-    if (avecCimr) {
+    if (faits.cimr) {
         S["INFO_S_NON_RECOUVREMENT"] = 1;
     } else {
         S["S_A_PAYER"] = 0;
@@ -72,7 +89,7 @@ void CCalcul_N::ClassePrelevementsSociaux(bool avecCimr) {
     }
 }
 
-void CCalcul_N::NetAPayer(std::int32_t net) {
+void Solde::NetAPayer(std::int32_t net) {
     const std::int32_t prelevements = S["S_A_PAYER"];
     const bool prelevementsRecouvres = S["S_NON_RECOUVRE"] == 0;
     if (S["TOT_REST"] > 0) {
@@ -84,3 +101,9 @@ void CCalcul_N::NetAPayer(std::int32_t net) {
         S["S_NET_A_PAYER"] = prelevementsRecouvres ? prelevements : 0;
     }
 }
+
+}  // namespace
+
+void ImpotAPaye(Contexte& c) { Solde(c).ImpotAPaye(); }
+
+}  // namespace kv

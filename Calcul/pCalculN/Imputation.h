@@ -3,8 +3,9 @@
 #include <array>
 #include <cstdint>
 #include <limits>
+#include <optional>
 
-#include "Calcul/cCalcul/DataCalcul.h"
+#include "Calcul/cCalcul/Lignes.h"
 
 namespace kv {
 
@@ -30,11 +31,9 @@ class Imputation {
     static constexpr std::int32_t nSansPlafond = std::numeric_limits<std::int32_t>::max();
     static constexpr int nNiches = 6;
 
-    explicit Imputation(CDataCalcul& data) : m_data(data) {}
+    /// sansAvantages: the advantages counted in the cap are off.
+    Imputation(Lignes& lignes, bool sansAvantages) : m_lignes(lignes), m_bSansAvantages(sansAvantages) {}
 
-    /// Switches the advantages counted in the cap off or on.
-    void SansAvantages(bool sans) { m_bSansAvantages = sans; }
-    bool SansAvantages() const { return m_bSansAvantages; }
     bool Active(Niche niche) const {
         return !m_bSansAvantages || niche == Niche::HorsPlafond || niche == Niche::ToujoursActive;
     }
@@ -52,38 +51,38 @@ class Imputation {
 
     // ---- Amounts.
 
-    /// Imputes an amount, as far as the remaining tax goes.
-    void Impute(Niche niche, CaseSortie ligne, std::int32_t montant);
     /// Gives an amount back to the remaining tax.
     void Rend(Niche niche, CaseSortie ligne, std::int32_t montant);
     /// Records an amount that the remaining tax does not bear (a credit).
     void Note(Niche niche, CaseSortie ligne, std::int32_t montant);
 
-    // ---- Lines. Each returns whether the line was computed: not for a base below 1, nor when it is inactive.
+    // ---- Lines.
 
-    /// Imputes a rate (percent) of a base, within a ceiling.
-    bool Taux(Niche niche, CaseSortie ligne, double taux, std::int32_t base, std::int32_t plafond = nSansPlafond);
-    /// The same, of which at most limite is imputed.
-    bool TauxLimite(Niche niche, CaseSortie ligne, double taux, std::int32_t base, std::int32_t plafond,
-                    std::int32_t limite);
-    /// Imputes a whole base; what is left of it goes to a box of next year's return. When inactive, the line still
-    /// shows what could have been imputed.
-    bool Entiere(Niche niche, CaseSortie ligne, CaseSortie report, std::int32_t base);
-    /// A carried fraction: imputes a whole base; what is left of it is added to a box of next year's return.
-    bool Fraction(Niche niche, CaseSortie ligne, CaseSortie report, std::int32_t base);
-    /// One year of a reduction spread over several: a rate of base / annees within a ceiling. The yearly amount is
-    /// added to the boxes of the nSuivantes following years, from premiere on; what the tax can't bear is added to
-    /// report.
-    bool Etalee(Niche niche, CaseSortie ligne, double taux, std::int32_t base, std::int32_t plafond, int annees,
-                CaseSortie premiere, int nSuivantes, CaseSortie report);
+    /// A reduction that is due.
+    struct Demande {
+        CaseSortie ligne;
+        Niche niche;
+        double taux;                          ///< percent
+        std::int32_t base;                    ///< as declared
+        std::int32_t plafond = nSansPlafond;  ///< of the base
+        std::int32_t limite = nSansPlafond;   ///< of the reduction
+        CaseSortie report = {};               ///< what the tax can't bear is added here
+    };
+    /// Imputes it; whether it was computed: not for a base below 1, nor when the line is inactive.
+    bool Impute(const Demande& demande);
+    /// The same for a line that, when inactive, still shows what could have been imputed.
+    bool ImputeOuMontre(const Demande& demande);
+    /// Imputes one year's part of a reduction spread over several; the yearly amount, none when it was not computed.
+    std::optional<std::int32_t> ImputeAnnuite(const Demande& demande, int annees);
 
   private:
     void Compte(Niche niche, std::int32_t montant);
-    void Colonnes(CaseSortie ligne, double taux, std::int32_t base, std::int32_t retenue);
+    void Montre(const Demande& demande, std::int32_t retenue);
+    void Impute(const Demande& demande, std::int32_t montant);
 
-    CDataCalcul& m_data;
+    Lignes& m_lignes;
     std::int32_t m_nReste = 0;
-    bool m_bSansAvantages = false;
+    const bool m_bSansAvantages;
 };
 
 }  // namespace kv

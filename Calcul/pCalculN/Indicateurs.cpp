@@ -1,14 +1,38 @@
 #include <algorithm>
 
 #include "Calcul/cCalcul/Transferts.h"
-#include "Calcul/pCalculN/Calcul_N.h"
+#include "Calcul/pCalculN/Bareme.h"
+#include "Calcul/pCalculN/Contexte.h"
+#include "Calcul/pCalculN/Etapes.h"
 
 // Summary indicators, once the tax is known: the global deficit carried to later years, the average rate, the income
 // taxed at the marginal rate, the margin before the next bracket; the wealth-tax figures that the host supplies.
 
-void CCalcul_N::Reports() {
-    const kv::Etape etape(m_trace, u"29:Reports");
+namespace kv {
 
+namespace {
+
+// A rate of the scale in percent.
+double Taux(const TrancheBareme& tranche) { return dDiv(tranche.Taux, 100.0); }
+
+class Indicateurs : Travail {
+  public:
+    explicit Indicateurs(Contexte& c) : Travail(c) {}
+    void Reports();
+    void TauxImposMoyen();
+    void ImposTxMarginal();
+    void ImposTrancheSup();
+    void Calcul_ISF();
+
+  private:
+    bool BaremeSeul() const;
+    std::size_t TrancheMarginale() const;
+    std::int32_t AvantagePlafonne() const;
+    bool ToutesLesParts() const;
+    double RevenuDEgalite(const TrancheBareme& plafonnee, const TrancheBareme& toutesLesParts) const;
+};
+
+void Indicateurs::Reports() {
     if (S["DEF_A_REPORT"] < 0) S["NP1_GLOBAL_ANN"] = nPositif(-S["DEF_A_REPORT"] - S["RD_DEFICIT"]);
     S["NP1_GLOBAL_ANT"] = SommeE({"6FA", "6FB", "6FC", "6FD", "6FE", "6FL"});
     S["NP1_GLOBAL_IMP"] =
@@ -18,11 +42,10 @@ void CCalcul_N::Reports() {
     S["NP1_GLOBAL"] = S["NP1_GLOBAL_ANT"] + S["NP1_GLOBAL_ANN"] - S["NP1_GLOBAL_IMP"] - S["NP1_GLOBAL_PER"];
 }
 
-void CCalcul_N::TauxImposMoyen() {
-    const kv::Etape etape(m_trace, u"31:TauxImposMoyen");
-    if (S["TOT_PAYER"] <= 0 || E["REM"] != 0 || E["RED"] != 0) return;
+void Indicateurs::TauxImposMoyen() {
+    if (S["TOT_PAYER"] <= 0 || !faits.resident) return;
 
-    const double tauxDeductible = (NouveauxTaux() ? 680 : 510) / 100.0;
+    const std::int32_t tauxDeductible = faits.nouveauxTaux ? 680 : 510;
     const std::int32_t deductions = SommeS({"C_ENFANTS_1", "C_ENFANTS_2", "C_JUSTICE", "C_AUTRE", "C_CSG",
                                             "C_COT_PERP_V", "C_COT_PERP_C", "C_COT_PERP_E"});
     const std::int32_t commun =
@@ -34,44 +57,35 @@ void CCalcul_N::TauxImposMoyen() {
         return nPositif(nPourcent(prelevement, 7.5) + S["TOT_PAYER"] + E["2CK"] - E["8TF"] - E["8TP"]);
     };
     std::int32_t revenu = 0, impot = 0;
-    if (SelonLaDeclaration()) {
-        revenu = commun + S["RF_2FA"] + E["2DH"] - nPourcent(E["2BH"], tauxDeductible);
+    if (faits.selonLaDeclaration) {
+        revenu = commun + S["RF_2FA"] + E["2DH"] - nAuTaux(E["2BH"], tauxDeductible);
         impot = impotAvecPrelevement(E["2DH"]);
     } else if (E["PFU"] != 0) {
         revenu = commun +
                  SommeE({"2FA", "2DH1", "2DH2", "2DH3", "2EE2", "2DC", "2CH2", "2CH3", "2TS2", "2TR", "2TT", "2GO",
                          "3SJ2", "3VG", "3UA", "3SB", "3SZ"}) -
-                 nPourcent(m_travail.nRevenusDejaSoumis, tauxDeductible);
+                 nAuTaux(memoire.revenusDejaSoumis, tauxDeductible);
         impot = impotAvecPrelevement(E["2DH1"]);
     } else if (E["BAR"] != 0) {
-        revenu = commun + E["2DH1"] - nPourcent(E["2BH"], tauxDeductible);
+        revenu = commun + E["2DH1"] - nAuTaux(E["2BH"], tauxDeductible);
         impot = impotAvecPrelevement(E["2DH1"]);
     }
     S["TAUX_IMPOS_MOY"] = nPositif(nArrondi(dMul(dMul(dDiv(impot, revenu), 100.0), 100.0)));
-    Detail["TAUX_IMPOS_MOY"] = FloatToStr(S["TAUX_IMPOS_MOY"] / 100.0) + u"%";
+    Detail["TAUX_IMPOS_MOY"] = Texte::Taux(S["TAUX_IMPOS_MOY"]);
 }
-
-namespace {
-
-// A rate of the scale in percent.
-double Taux(const TrancheBareme& tranche) { return tranche.Taux / 100.0; }
-
-}  // namespace
 
 // The two steps below say nothing of a household whose tax does not come from the scale alone.
-bool CCalcul_N::BaremeSeul() const {
-    return E["REM"] == 0 && E["RED"] == 0 && E["8TK"] == 0 && kv::IndicateurEtranger(*m_pData) == 0;
-}
+bool Indicateurs::BaremeSeul() const { return faits.resident && E["8TK"] == 0 && IndicateurEtranger(E.Toutes()) == 0; }
 
 // The first bracket with the marginal rate.
-std::size_t CCalcul_N::TrancheMarginale() const {
-    for (std::size_t i = 0; i < m_Bareme.size(); ++i)
-        if (nArrondi(m_Bareme[i].Taux) == S["TAUX_MARGINAL_2"]) return i;
+std::size_t Indicateurs::TrancheMarginale() const {
+    for (std::size_t i = 0; i < bareme2017.size(); ++i)
+        if (nArrondi(bareme2017[i].Taux) == S["TAUX_MARGINAL_2"]) return i;
     return 0;
 }
 
 // What the cap on the family quotient takes off the tax of the base parts.
-std::int32_t CCalcul_N::AvantagePlafonne() const {
+std::int32_t Indicateurs::AvantagePlafonne() const {
     const bool demiParts =
         SommeE({"P", "Fp", "Gm", "Rm", "Im"}) > 0 || E["S"] > 0 || (S["F_NB_CHARGE"] == 0 && E["W"] != 0);
     const bool veuf = S["F_NB_PARTS_ISO"] == 100 && E["V"] == 1 && SommeE({"Fm", "Rm", "Jm", "Hm"}) >= 1;
@@ -79,79 +93,87 @@ std::int32_t CCalcul_N::AvantagePlafonne() const {
            (S["I_BQ_TOUS_REV"] > 0 ? S["I2_PLAF_FAM"] : S["I_PLAF_FAM"]);
 }
 
-void CCalcul_N::ImposTxMarginal() {
-    const kv::Etape etape(m_trace, u"32:ImposTxMarginal");
+// The tax retained is that of all parts, and not the capped one.
+bool Indicateurs::ToutesLesParts() const {
+    return S["I_BQ_TOUS_REV"] > 0 ? S["I_BQ_TOUS"] == S["I2_IMP_NORM"]
+                                  : S["I_BQ_TOUS_REV"] == 0 && S["I_IMP_RETENU"] == S["I_IMP_NORM"];
+}
+
+// The income where the capped tax in one bracket meets the tax of all parts in another one.
+double Indicateurs::RevenuDEgalite(const TrancheBareme& plafonnee, const TrancheBareme& toutesLesParts) const {
+    const double iso = dDiv(S["F_NB_PARTS_ISO"], 100.0), toutes = dDiv(S["F_NB_PARTS_ALL"], 100.0);
+    return dDiv(dMul(plafonnee.Constante, iso) + AvantagePlafonne() + dDiv(Taux(plafonnee), 100) -
+                    dMul(toutesLesParts.Constante, toutes),
+                dDiv(Taux(plafonnee) - Taux(toutesLesParts), 100));
+}
+
+void Indicateurs::ImposTxMarginal() {
     if (!BaremeSeul()) return;
 
     const std::int32_t revenu = RevenuDuPlafond(), partsIso = S["F_NB_PARTS_ISO"], partsToutes = S["F_NB_PARTS_ALL"];
     const std::size_t k = TrancheMarginale();
-    const TrancheBareme& tranche = m_Bareme[k];
-    const bool toutesLesParts = partsToutes == partsIso ||
-                                (S["I_BQ_TOUS_REV"] > 0 && S["I_BQ_TOUS"] == S["I2_IMP_NORM"]) ||
-                                (S["I_BQ_TOUS_REV"] == 0 && S["I_IMP_RETENU"] == S["I_IMP_NORM"]);
+    const TrancheBareme& tranche = bareme2017[k];
+    const auto auDela = [&](std::int32_t parts) {
+        return nPositif(revenu - nArrondi(dMul(dMul(tranche.Basse, parts), 0.01)));
+    };
     std::int32_t montant;
-    if (toutesLesParts) {
-        montant = nPositif(revenu - nArrondi(tranche.Basse * partsToutes * 0.01));
+    if (partsToutes == partsIso || ToutesLesParts()) {
+        montant = auDela(partsToutes);
     } else {
-        // The income where the capped tax in this bracket meets the tax of all parts in a lower one.
-        const double iso = partsIso / 100.0, toutes = partsToutes / 100.0;
-        montant = nPositif(revenu - nArrondi(tranche.Basse * partsIso * 0.01));
+        const double iso = dDiv(partsIso, 100.0), toutes = dDiv(partsToutes, 100.0);
+        montant = auDela(partsIso);
         for (std::size_t j = k; j-- > 1;) {
-            const TrancheBareme& basse = m_Bareme[j];
-            const double x =
-                dDiv(tranche.Constante * iso + AvantagePlafonne() + Taux(tranche) / 100 - basse.Constante * toutes,
-                     (Taux(tranche) - Taux(basse)) / 100);
-            if (x <= basse.Basse * toutes || x <= tranche.Basse * iso || x >= tranche.Basse * toutes) continue;
+            const TrancheBareme& basse = bareme2017[j];
+            const double x = RevenuDEgalite(tranche, basse);
+            if (x <= dMul(basse.Basse, toutes) || x <= dMul(tranche.Basse, iso) || x >= dMul(tranche.Basse, toutes))
+                continue;
             montant = nPositif(nArrondi(revenu - x));
             break;
         }
     }
     S["IMPOS_TAUX_MARGINAL"] = montant + S["TM_BA"];
-    Detail["IMPOS_TAUX_MARGINAL"] = IntToStr(S["IMPOS_TAUX_MARGINAL"]);
+    Detail["IMPOS_TAUX_MARGINAL"] = Texte::Nombre(S["IMPOS_TAUX_MARGINAL"]);
 }
 
-void CCalcul_N::ImposTrancheSup() {
-    const kv::Etape etape(m_trace, u"33:ImposTrancheSup");
+void Indicateurs::ImposTrancheSup() {
     if (!BaremeSeul()) return;
 
     const std::int32_t revenu = RevenuDuPlafond(), partsIso = S["F_NB_PARTS_ISO"], partsToutes = S["F_NB_PARTS_ALL"];
     const std::size_t k = TrancheMarginale();
-    const TrancheBareme& tranche = m_Bareme[k];
+    const TrancheBareme& tranche = bareme2017[k];
+    const auto jusquA = [&](std::int32_t parts) {
+        return nPositif(nArrondi(dMul(dMul(tranche.Haute, parts), 0.01)) - revenu);
+    };
     const bool partsDeBase = partsToutes == partsIso ||
                              (S["I_BQ_TOUS_REV"] > 0 && S["I_BQ_TOUS"] != S["I2_IMP_NORM"]) ||
                              (S["I_BQ_TOUS_REV"] == 0 && S["I_IMP_RETENU"] != S["I_IMP_NORM"]);
     std::int32_t marge;
     if (partsDeBase) {
-        marge = nPositif(nArrondi(tranche.Haute * partsIso * 0.01) - revenu);
+        marge = jusquA(partsIso);
     } else {
-        // The income where the tax of all parts meets the capped tax in a higher bracket.
-        const double iso = partsIso / 100.0, toutes = partsToutes / 100.0;
-        marge = nPositif(nArrondi(tranche.Haute * partsToutes * 0.01) - revenu);
-        for (std::size_t j = k + 1; j < m_Bareme.size(); ++j) {
-            const TrancheBareme& haute = m_Bareme[j];
-            const double x =
-                dDiv(haute.Constante * iso + AvantagePlafonne() + Taux(haute) / 100 - tranche.Constante * toutes,
-                     (Taux(haute) - Taux(tranche)) / 100);
-            if (x <= tranche.Haute * iso || x >= tranche.Haute * toutes) continue;
-            if (j < 4 && x >= haute.Haute * iso) continue;  // the last bracket has no upper bound
+        const double iso = dDiv(partsIso, 100.0), toutes = dDiv(partsToutes, 100.0);
+        marge = jusquA(partsToutes);
+        for (std::size_t j = k + 1; j < bareme2017.size(); ++j) {
+            const TrancheBareme& haute = bareme2017[j];
+            const double x = RevenuDEgalite(haute, tranche);
+            if (x <= dMul(tranche.Haute, iso) || x >= dMul(tranche.Haute, toutes)) continue;
+            if (j < 4 && x >= dMul(haute.Haute, iso)) continue;  // the last bracket has no upper bound
             marge = nPositif(nArrondi(x - revenu));
             break;
         }
     }
     S["IMPOS_TRANCHE_SUP"] = marge;
-    Detail["IMPOS_TRANCHE_SUP"] = IntToStr(marge);
+    Detail["IMPOS_TRANCHE_SUP"] = Texte::Nombre(marge);
 }
 
-void CCalcul_N::CopieISF() {
-    const kv::Etape etape(m_trace, u"35:Calcul_ISF");
-
-    struct Ligne {
+void Indicateurs::Calcul_ISF() {
+    struct LigneISF {
         CaseSortie sortie;
         CaseEntree valeur;
         CaseEntree base = {};
         std::int32_t taux = -1;  // column 3 is left alone below 0
     };
-    static constexpr Ligne lignes[] = {
+    static constexpr LigneISF lignesISF[] = {
         {"ISF_PATRIMOINE", "HI"},
         {"ISF_IMPOTSOLIDFORTUNE", "ST"},
         {"ISF_AVANT_REDUC", "LM"},
@@ -176,10 +198,20 @@ void CCalcul_N::CopieISF() {
         {"ISF_A_PAYER", "ST"},
     };
     std::int32_t total = 0;
-    for (const Ligne& ligne : lignes) {
+    for (const LigneISF& ligne : lignesISF) {
         S[ligne.sortie] = E[ligne.valeur];
-        if (ligne.base) m_pData->BaseEtTaux(ligne.sortie, E[ligne.base], ligne.taux);
+        if (ligne.base) lignes.BaseEtTaux(ligne.sortie, E[ligne.base], ligne.taux);
         if (ligne.sortie != "ISF_PATRIMOINE") total += S[ligne.sortie];
     }
     if (total > 0) S["SEPAR_ISF"] = S["SAUT_PAGE_ISF"] = 1;
 }
+
+}  // namespace
+
+void Reports(Contexte& c) { Indicateurs(c).Reports(); }
+void TauxImposMoyen(Contexte& c) { Indicateurs(c).TauxImposMoyen(); }
+void ImposTxMarginal(Contexte& c) { Indicateurs(c).ImposTxMarginal(); }
+void ImposTrancheSup(Contexte& c) { Indicateurs(c).ImposTrancheSup(); }
+void Calcul_ISF(Contexte& c) { Indicateurs(c).Calcul_ISF(); }
+
+}  // namespace kv

@@ -1,10 +1,16 @@
 #include <algorithm>
+#include <numeric>
 #include <optional>
+#include <string_view>
 
-#include "Calcul/pCalculN/Calcul_N.h"
+#include "Calcul/pCalculN/Contexte.h"
+#include "Calcul/pCalculN/Etapes.h"
+#include "Calcul/pCalculN/Imputation.h"
 
 // The global cap on tax advantages (CGI art. 200-0 A): what the counted reductions and credits are worth, measured by
 // computing the return with and without them, and what of it exceeds the ceilings.
+
+namespace kv {
 
 namespace {
 
@@ -23,7 +29,7 @@ constexpr Groupe groupes[] = {
     {"NICHE_A2009", "NICHE_A1", "NICHE_AVANTAGE_NM4", "NICHE_PLAFOND_NM4", 25000, 10, u"nA1", u"nNiche2009"},
 };
 constexpr std::size_t nGroupes = std::size(groupes);
-static_assert(nGroupes == kv::Imputation::nNiches);
+static_assert(nGroupes == Imputation::nNiches);
 
 // The outputs that the trace shows, in its order.
 struct Nommee {
@@ -48,108 +54,141 @@ constexpr Nommee tracees[] = {
     {u"s(NICHE_A1)", "NICHE_A1"},
 };
 
-}  // namespace
+class Niches : Travail {
+  public:
+    explicit Niches(Contexte& c) : Travail(c) {}
+    void NichesFiscales();
 
-// What is paid, less what is refunded.
-std::int32_t CCalcul_N::SoldeDImpot() const { return S["TOT_PAYER"] - S["TOT_REST"]; }
+  private:
+    using ParGroupe = std::array<std::int32_t, nGroupes>;
 
-void CCalcul_N::RelanceSansAvantages(const TPeriode& periode) {
-    m_imputation.SansAvantages(true);
-    m_pData->RemetSortiesAZero(CDataCalcul::Raz::Partielle);
-    ImpotApresReductions(periode, kv::Passe::Normale);
-    ImpotApresCorrections(kv::Passe::Normale);
-    CreditDImpot();
-    ImpotAPaye();
-    m_imputation.SansAvantages(false);
+    std::int32_t AvecAvantages(Contexte& c);
+    std::int32_t SansAvantages(Contexte& c);
+    std::int32_t Avec4BYDeduite();
+    ParGroupe PartageAvantage(std::int32_t avantage, std::int32_t avantage4BY);
+    ParGroupe ExcesParGroupe(const ParGroupe& avantages);
+    void Trace(std::u16string_view nom, std::int32_t valeur) const;
+    void TraceResultat(const ParGroupe& exces) const;
+};
+
+// ---- What is paid, less what is refunded, by a run with the advantages and by one without.
+
+std::int32_t Niches::AvecAvantages(Contexte& c) {
+    c.Lance(Etape::PlafondPERP);
+    return S["TOT_PAYER"] - S["TOT_REST"];
 }
 
-void CCalcul_N::TraceNiches(std::u16string_view nom, std::int32_t valeur) const {
-    m_trace.Valeur(nom, valeur);
-    m_trace.Valeur(u"s(NICHE_A2009)", S["NICHE_A2009"]);
-    m_trace.Valeur(u"s(NICHE_A2010)", S["NICHE_A2010"]);
-    m_trace.Valeur(u"s(NICHE_A2011)", S["NICHE_A2011"]);
-    m_trace.Valeur(u"s(NICHE_A2012)", S["NICHE_A2012"]);
-    m_trace.Valeur(u"s(NICHE_A2013S)", S["NICHE_A2013S"]);
-    m_trace.Valeur(u"s(NICHE_A2013)", S["NICHE_A2013"]);
+std::int32_t Niches::SansAvantages(Contexte& c) {
+    c.faits.sansAvantages = true;
+    lignes.RemetAZero(Lignes::Raz::Partielle);
+    c.Lance(finDuCalcul);
+    c.faits.sansAvantages = false;
+    return S["TOT_PAYER"] - S["TOT_REST"];
 }
 
-void CCalcul_N::NichesFiscales(const TPeriode& periode) {
-    const kv::Etape etape(m_trace, u"28:NichesFiscales");
+// Without advantages, the property deduction 4BY taxed again.
+std::int32_t Niches::Avec4BYDeduite() {
+    trace.Relance(u"=> Calcul de 4BY : on relance tous les calculs après avoir ajouté 4BY à 4BA");
+    Saisie ajoutee = contexte.declaree;
+    ajoutee["4BA"] += E["4BY"];
+    Contexte c(contexte, ajoutee);
+    c.RetireExceptionnels();
+    AvecAvantages(c);
+    trace.Relance(u"=> Calcul de 4BY : on relance les réductions sans aucun avantage");
+    return SansAvantages(c);
+}
 
-    m_trace.Relance(u"=> Calcul de B : on relance tous les calculs normaux (avec les réductions)");
-    PlafondPERP(periode);
-    m_trace.Relance(u"=> Calcul de B : on relance les réductions sans aucun avantage");
-    RelanceSansAvantages(periode);
-    const std::int32_t sansAvantages = SoldeDImpot();
-    TraceNiches(u"nB", sansAvantages);
+void Niches::NichesFiscales() {
+    trace.Relance(u"=> Calcul de B : on relance tous les calculs normaux (avec les réductions)");
+    AvecAvantages(contexte);
+    trace.Relance(u"=> Calcul de B : on relance les réductions sans aucun avantage");
+    const std::int32_t sansAvantages = SansAvantages(contexte);
+    Trace(u"nB", sansAvantages);
 
-    // The advantage that the property deduction 4BY gives counts in the oldest group.
-    std::int32_t sans4BY = -1;
-    std::optional<kv::Ajout> deduction4BYImputee;
-    if (const std::int32_t deduction = E["4BY"]; deduction > 0) {
-        m_trace.Relance(u"=> Calcul de 4BY : on relance tous les calculs après avoir ajouté 4BY à 4BA");
-        {
-            const kv::Ajout ajoutee(*m_pData, {{"4BA", deduction}});
-            QuotientDansFr(false);
-            PlafondPERP(periode);
-            m_trace.Relance(u"=> Calcul de 4BY : on relance les réductions sans aucun avantage");
-            RelanceSansAvantages(periode);
-            sans4BY = SoldeDImpot();
-        }
-        deduction4BYImputee.emplace(*m_pData, std::initializer_list<kv::Ajout::Montant>{{"4BY", -deduction}});
+    // The advantage that the property deduction 4BY gives counts in the oldest group; once measured, it is imputed.
+    const bool deduction = E["4BY"] > 0;
+    const std::int32_t sans4BY = deduction ? Avec4BYDeduite() : -1;
+    Trace(u"nC", sans4BY);
+    std::optional<Saisie> imputee;
+    if (deduction) {
+        imputee = contexte.declaree;
+        (*imputee)["4BY"] -= E["4BY"];
     }
-    TraceNiches(u"nC", sans4BY);
+    Contexte c(contexte, imputee ? *imputee : contexte.declaree);
 
-    m_trace.Relance(u"=> Calcul de A : on relance tous les calculs normaux (avec les réductions)");
-    m_travail.passes = {};
-    QuotientDansFr(false);
-    PlafondPERP(periode);
-    const std::int32_t avecAvantages = SoldeDImpot();
-    TraceNiches(u"nA", avecAvantages);
+    trace.Relance(u"=> Calcul de A : on relance tous les calculs normaux (avec les réductions)");
+    memoire.passes = {};
+    c.RetireExceptionnels();
+    const std::int32_t avecAvantages = AvecAvantages(c);
+    Trace(u"nA", avecAvantages);
     const std::int32_t avantage4BY = sans4BY != -1 ? nPositif(sans4BY - sansAvantages) : 0;
-    TraceNiches(u"nA4BY", avantage4BY);
+    Trace(u"nA4BY", avantage4BY);
 
-    // Each group takes what the more recent ones left of the total advantage, up to what it recorded.
-    std::array<std::int32_t, nGroupes> avantages;
-    std::int32_t reste = sansAvantages - avecAvantages, total = 0;
+    const ParGroupe avantages = PartageAvantage(sansAvantages - avecAvantages, avantage4BY);
+    const ParGroupe exces = ExcesParGroupe(avantages);
+    S["NICHE_A"] = avecAvantages;
+    S["NICHE_B"] = sansAvantages;
+    S["NICHE_A4BY"] = avantage4BY;
+    TraceResultat(exces);
+
+    trace.Relance(u"=> On relance les crédits d'impôts et l'impôt à payer avec les niches calculées");
+    c.Lance(Etape::CreditDImpot);
+    c.Lance(Etape::ImpotAPaye);
+    if (std::accumulate(avantages.begin(), avantages.end(), 0) == 0) {
+        S["NICHE_FISCALE"] = 0;
+        for (const Groupe& groupe : groupes) S[groupe.plafond] = S[groupe.affiche] = 0;
+    }
+}
+
+// Each group takes what the more recent ones left of the total advantage, up to what it recorded.
+Niches::ParGroupe Niches::PartageAvantage(std::int32_t avantage, std::int32_t avantage4BY) {
+    ParGroupe avantages;
+    std::int32_t reste = avantage;
     for (std::size_t g = 0; g < nGroupes; ++g) {
         const std::int32_t supplement = g + 1 == nGroupes ? avantage4BY : 0;
         avantages[g] = std::min(reste + supplement, S[groupes[g].recorde] + supplement);
         reste -= avantages[g];
-        total += avantages[g];
-        m_trace.Valeur(groupes[g].nom, avantages[g]);
+        trace.Valeur(groupes[g].nom, avantages[g]);
     }
+    return avantages;
+}
 
-    // An older group's ceiling covers its own advantage and what the more recent groups kept within theirs.
-    std::array<std::int32_t, nGroupes> exces;
-    std::int32_t garde = 0;
+// An older group's ceiling covers its own advantage and what the more recent groups kept within theirs.
+Niches::ParGroupe Niches::ExcesParGroupe(const ParGroupe& avantages) {
+    ParGroupe exces;
+    std::int32_t conserve = 0;
     S["NICHE_FISCALE"] = 0;
     for (std::size_t g = 0; g < nGroupes; ++g) {
         const Groupe& groupe = groupes[g];
         const std::int32_t plafond = groupe.plafondFixe + nPourcent(RevenuDuPlafond(), groupe.plafondPourcent);
         S[groupe.plafond] = plafond;
         S[groupe.affiche] = S[groupe.avantage] = avantages[g];
-        const std::int32_t somme = garde + avantages[g];
+        const std::int32_t somme = conserve + avantages[g];
         exces[g] = nPositif(somme - plafond);
-        garde = std::min(somme, plafond);
+        conserve = std::min(somme, plafond);
         S["NICHE_FISCALE"] += exces[g];
     }
-    S["NICHE_A"] = avecAvantages;
-    S["NICHE_B"] = sansAvantages;
-    S["NICHE_A4BY"] = avantage4BY;
-    TraceResultatNiches(exces);
-
-    m_trace.Relance(u"=> On relance les crédits d'impôts et l'impôt à payer avec les niches calculées");
-    CreditDImpot();
-    ImpotAPaye();
-    if (total == 0) {
-        S["NICHE_FISCALE"] = 0;
-        for (const Groupe& groupe : groupes) S[groupe.plafond] = S[groupe.affiche] = 0;
-    }
+    return exces;
 }
 
-void CCalcul_N::TraceResultatNiches(std::span<const std::int32_t> exces) const {
-    for (const Nommee& tracee : tracees) m_trace.Valeur(tracee.nom, S[tracee.sortie]);
-    for (std::size_t g = 0; g < nGroupes; ++g) m_trace.Valeur(groupes[g].nomExces, exces[g]);
-    m_trace.Valeur(u"s(NICHE_FISCALE)", S["NICHE_FISCALE"]);
+void Niches::Trace(std::u16string_view nom, std::int32_t valeur) const {
+    trace.Valeur(nom, valeur);
+    trace.Valeur(u"s(NICHE_A2009)", S["NICHE_A2009"]);
+    trace.Valeur(u"s(NICHE_A2010)", S["NICHE_A2010"]);
+    trace.Valeur(u"s(NICHE_A2011)", S["NICHE_A2011"]);
+    trace.Valeur(u"s(NICHE_A2012)", S["NICHE_A2012"]);
+    trace.Valeur(u"s(NICHE_A2013S)", S["NICHE_A2013S"]);
+    trace.Valeur(u"s(NICHE_A2013)", S["NICHE_A2013"]);
 }
+
+void Niches::TraceResultat(const ParGroupe& exces) const {
+    for (const Nommee& tracee : tracees) trace.Valeur(tracee.nom, S[tracee.sortie]);
+    for (std::size_t g = 0; g < nGroupes; ++g) trace.Valeur(groupes[g].nomExces, exces[g]);
+    trace.Valeur(u"s(NICHE_FISCALE)", S["NICHE_FISCALE"]);
+}
+
+}  // namespace
+
+void NichesFiscales(Contexte& c) { Niches(c).NichesFiscales(); }
+
+}  // namespace kv

@@ -1,40 +1,49 @@
+#include "Calcul/pCalculN/OutreMer.h"
+
 #include <algorithm>
 
-#include "Calcul/pCalculN/Calcul_N.h"
+#include "Calcul/pCalculN/Contexte.h"
+#include "Calcul/pCalculN/Imputation.h"
 #include "Calcul/pCalculN/OutreMerTable.h"
 
-// Overseas investments (CGI art. 199 undecies A, B, C and D): lines imputed in full, shares retroceded to the operating
-// companies, and the rooms that limit what an investor keeps.
+// Overseas investments (CGI art. 199 undecies A, B, C and D): the shares retroceded to the operating companies, and the
+// rooms that limit what an investor keeps.
+
+namespace kv {
+
+using namespace outremer;
 
 namespace {
-
-using namespace kv::outremer;
 
 // What fits of an amount.
 std::int32_t Tient(std::int32_t montant, std::int32_t place) { return nPositif(std::min(montant, place)); }
 
-// The shares of the overseas investments: what the investor keeps within the three rooms, what goes to the operators,
-// and what exceeds both and is given back to the tax.
-class Partage {
+constexpr std::int32_t Centiemes(double x) { return static_cast<std::int32_t>(100 * x + 0.5); }
+
+class Partage : Travail {
   public:
-    Partage(CDataCalcul& data, kv::Imputation& imputation, bool proportionnel, std::int32_t revenu)
-        : S(data.Sortie),
-          C(data.Colonne),
-          Detail(data.Detail),
-          m_imputation(imputation),
-          m_proportionnel(proportionnel) {
-        if (proportionnel)
+    Partage(Contexte& c, Imputation& imputation) : Travail(c), m_imputation(imputation) {
+        if (m_proportionnel) {
+            const std::int32_t revenu = RevenuDuPlafond();
             m_enveloppes = {nPourcent(revenu, 15), nPourcent(revenu, 13), nPourcent(revenu, 11)};
-        else
+        } else {
             m_enveloppes = {40000, 36000, 30600};
+        }
+    }
+
+    // What the reduction did not take of a refundable one.
+    void Rembourse() {
+        if (faits.sansAvantages) return;
+        for (const LigneRemboursable& ligne : lignesRemboursables)
+            S[ligne.credit] = nPositif(std::min(E[ligne.entree], nPlafondRemboursable) - S[ligne.reduction]);
     }
 
     // Business investments. Where the rooms are a part of the income, the two shares of a line follow each other.
     void Retrocede() {
         if (m_proportionnel) {
-            for (const LigneRetrocedee& ligne : lignesRetrocedees) GardePart(ligne), RetrocedePart(ligne);
+            for (const LigneRetrocedee& ligne : lignesRetrocedees) ConservePart(ligne), RetrocedePart(ligne);
         } else {
-            for (const LigneRetrocedee& ligne : lignesRetrocedees) GardePart(ligne);
+            for (const LigneRetrocedee& ligne : lignesRetrocedees) ConservePart(ligne);
             for (const LigneRetrocedee& ligne : lignesRetrocedees) RetrocedePart(ligne);
         }
     }
@@ -52,24 +61,24 @@ class Partage {
         return m_enveloppes[static_cast<std::size_t>(enveloppe) - 1] - m_utilise;
     }
 
-    void GardePart(const LigneRetrocedee& ligne) {
+    void ConservePart(const LigneRetrocedee& ligne) {
         if (!m_imputation.Active(ligne.niche)) return;
         const CaseSortie part = ligne.nonRetrocede;
-        const std::int32_t base = S[ligne.reduction];
+        const std::int32_t base = lignes.Lit(ligne.reduction).valeur;
         C[0][part] = nPourcent(base, ligne.taux);
         C[1][part] = Tient(C[0][part], Place(ligne.enveloppe));
         m_utilise += C[1][part];
         if (base <= 0) return;
         C[2][part] = nTronque(ligne.taux);
-        Detail[part] = FloatToStr(ligne.taux) + u"% x " + IntToStr(base);
+        Detail[part] = Texte::TauxDeBase(Centiemes(ligne.taux), base);
     }
 
     // An inactive line retrocedes all it can, and gives nothing back.
     void RetrocedePart(const LigneRetrocedee& ligne) {
         const bool active = m_imputation.Active(ligne.niche);
         const CaseSortie part = ligne.retrocede;
-        const std::int32_t base = S[ligne.reduction], gardee = C[1][ligne.nonRetrocede];
-        C[0][part] = active ? nArrondi(dMul(dDiv(gardee, ligne.a), ligne.b)) : base;
+        const std::int32_t base = lignes.Lit(ligne.reduction).valeur, conservee = C[1][ligne.nonRetrocede];
+        C[0][part] = active ? nArrondi(dMul(dDiv(conservee, ligne.a), ligne.b)) : base;
         if (m_proportionnel) {
             C[1][part] = Tient(C[0][part], Place(ligne.enveloppe));
             m_utilise += C[1][part];
@@ -78,29 +87,26 @@ class Partage {
             C[1][part] = Tient(C[0][part], limite);
             limite -= C[1][part];
         }
-        if (base > 0) Detail[part] = FloatToStr(ligne.a) + u"/" + FloatToStr(ligne.b);
+        if (base > 0) Detail[part] = Texte::Fraction(Centiemes(ligne.a), Centiemes(ligne.b));
         if (!active) {
             S[ligne.excedent] = base - C[1][part];
             return;
         }
-        C[0][ligne.excedent] = std::min(gardee + C[1][part], base);
+        C[0][ligne.excedent] = std::min(conservee + C[1][part], base);
         S[ligne.excedent] = base - C[0][ligne.excedent];
         m_imputation.FixeReste(m_imputation.Reste() + S[ligne.excedent]);
-        m_imputation.Retranche(ligne.niche, base - gardee);
+        m_imputation.Retranche(ligne.niche, base - conservee);
     }
 
     void LimitePart(const LigneLimitee& ligne, std::int32_t place) {
-        const std::int32_t base = S[ligne.reduction], gardee = std::min(base, nPositif(place));
-        m_imputation.Rend(ligne.niche, ligne.excedent, nPositif(base - gardee));
-        m_utilise += gardee;
-        if (base > 0) Detail[ligne.excedent] = u"100% x " + IntToStr(base);
+        const std::int32_t base = lignes.Lit(ligne.reduction).valeur, conservee = std::min(base, nPositif(place));
+        m_imputation.Rend(ligne.niche, ligne.excedent, nPositif(base - conservee));
+        m_utilise += conservee;
+        if (base > 0) Detail[ligne.excedent] = Texte::TauxDeBase(10000, base);
     }
 
-    kv::ZoneSortie& S;
-    std::array<kv::ZoneSortie, 3>& C;
-    kv::ZoneTextes& Detail;
-    kv::Imputation& m_imputation;
-    const bool m_proportionnel;                  // the rooms are a part of the income
+    Imputation& m_imputation;
+    const bool m_proportionnel = E["HQA"] != 0;  // the rooms are a part of the income
     std::array<std::int32_t, 3> m_enveloppes{};  // the rooms
     std::int32_t m_utilise = 0;                  // what has been used of them, together
     std::array<std::int32_t, limitesAuForfait.size()> m_limites = limitesAuForfait;  // what is left of the limits
@@ -108,21 +114,13 @@ class Partage {
 
 }  // namespace
 
-void CCalcul_N::ReductionsOutreMerSimples() {
-    for (const LigneSimple& ligne : lignesSimples) m_imputation.Taux(ligne.niche, ligne.sortie, 100, E[ligne.entree]);
-}
-
-// Whether shares were given back to the tax.
-bool CCalcul_N::ReductionsOutreMer() {
-    for (const LigneReportee& ligne : lignesReportees)
-        m_imputation.Entiere(ligne.niche, ligne.sortie, ligne.suite, E[ligne.entree]);
-    if (!m_imputation.SansAvantages())
-        for (const LigneRemboursable& ligne : lignesRemboursables)
-            S[ligne.credit] = nPositif(std::min(E[ligne.entree], nPlafondRemboursable) - S[ligne.reduction]);
-
-    const std::int32_t resteAvant = m_imputation.Reste();
-    Partage partage(*m_pData, m_imputation, E["HQA"] != 0, RevenuDuPlafond());
+bool PartageOutreMer(Contexte& c, Imputation& imputation) {
+    const std::int32_t resteAvant = imputation.Reste();
+    Partage partage(c, imputation);
+    partage.Rembourse();
     partage.Retrocede();
     partage.Limite();
-    return m_imputation.Reste() != resteAvant;
+    return imputation.Reste() != resteAvant;
 }
+
+}  // namespace kv

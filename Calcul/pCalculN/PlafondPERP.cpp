@@ -1,11 +1,13 @@
 #include <algorithm>
-#include <optional>
 
-#include "Calcul/pCalculN/Calcul_N.h"
+#include "Calcul/pCalculN/Contexte.h"
+#include "Calcul/pCalculN/Etapes.h"
 
 // The ceiling on the deduction of retirement-savings contributions (CGI art. 163 quatervicies): what is left of the
 // ceilings of earlier years, and the ceiling that this year's professional income gives. The step is also the normal
 // computation of a return: every other one runs inside it.
+
+namespace kv {
 
 namespace {
 
@@ -73,80 +75,30 @@ struct Plafonds {
     std::int32_t reste0 = 0, resteA = 0, resteB = 0, nouveau = 0;
 };
 
-}  // namespace
+class EpargneRetraite : Travail {
+  public:
+    explicit EpargneRetraite(Contexte& c) : Travail(c) {}
+    void PlafondPERP();
 
-void CCalcul_N::PlafondPERP(const TPeriode& periode) {
-    const kv::Etape etape(m_trace, u"27:PlafondPERP");
-
-    RemetSortiesAZero();
-    ChaineNormale(periode);
-
-    // Salaries with the exempt ones.
-    const std::int32_t exoneres[2] = {E["1AQ"] + E["1AC"], E["1BQ"] + E["1BC"]};
-    const bool variante = exoneres[0] + exoneres[1] >= 1;
-    std::int32_t salaires[2];
-    {
-        std::optional<kv::Ajout> avecExoneres;
-        if (variante) {
-            m_trace.Relance(u"=> on relance les salaires après avoir ajouté les revenus des cases 1AQ");
-            avecExoneres.emplace(*m_pData,
-                                 std::initializer_list<kv::Ajout::Montant>{
-                                     {"1AJ", exoneres[0]}, {"1BJ", exoneres[1]}, {"1AK", E["1AE"]}, {"1BK", E["1BE"]}});
-            RevenusSalaires(kv::Passe::Normale);
-        }
-        for (std::size_t d = 0; d < 2; ++d) salaires[d] = C[d]["RN_SAL"] - C[d]["RD_GAINS_2_Ded"];
+  private:
+    std::array<std::int32_t, 2> Salaires();
+    Plafonds PlafondsDe(const Declarant& x, std::size_t colonne, std::int32_t salaires) const;
+    std::int32_t Total(const Declarant& x) const {
+        return E[x.plafondN1] + E[x.plafondA] + E[x.plafondB] + E[x.plafondC];
     }
-    if (variante && E["1AC"] + E["1BC"] > 0) {
-        m_trace.Relance(u"=> on relance les salaires après avoir retirée les revenus des cases 1AQ");
-        QuotientDansFr(false);
-        RemetSortiesAZero();
-        ChaineNormale(periode);
-    }
+    void Mutualise(std::array<Plafonds, 2>& plafonds) const;
+};
 
-    const std::int32_t pass = NouveauxTaux() ? 39732 : 39228;  // annual social-security ceiling
+void EpargneRetraite::PlafondPERP() {
+    contexte.RemetSortiesAZero();
+    contexte.Lance(chaineNormale);
+    const std::array<std::int32_t, 2> salaires = Salaires();
     std::array<Plafonds, 2> plafonds;
-    for (std::size_t d = 0; d < (m_bCouple ? 2 : 1); ++d) {
-        const Declarant& x = declarants[d];
-        const std::int32_t c = E[x.plafondC], n1 = E[x.plafondN1], a = E[x.plafondA], b = E[x.plafondB],
-                           p = E[x.cotisations];
-        // Contributions use up the ceilings in the order C, 1, A, B.
-        plafonds[d].resteB = nPositif(c - p);
-        plafonds[d].reste0 = nPositif(a - nPositif(p - c - n1));
-        plafonds[d].resteA = nPositif(b - nPositif(p - c - a - n1));
+    for (std::size_t d = 0; d < (faits.couple ? 2 : 1); ++d) plafonds[d] = PlafondsDe(declarants[d], d, salaires[d]);
+    if (faits.couple && E["6QR"] == 1) Mutualise(plafonds);
 
-        std::int32_t revenu = C[d]["RD_GAINS_2_Rev"] + salaires[d];
-        for (const CaseSortie sortie : revenusProfessionnels) revenu += C[d][sortie];
-        for (const CaseEntree box : x.revenus) revenu += E[box];
-        const std::int32_t dixPourcent =
-            std::max(nPourcent(std::min(revenu, nArrondi(dMul(pass, 8))), 10), nPourcent(pass, 10));
-        plafonds[d].nouveau = nPositif(dixPourcent - E[x.autresCotisations]);
-    }
-
-    // A couple may pool its ceilings: what one paid beyond his own comes off what the other has left.
-    if (m_bCouple && E["6QR"] == 1) {
-        const auto total = [&](const Declarant& x) {
-            return E[x.plafondN1] + E[x.plafondA] + E[x.plafondB] + E[x.plafondC];
-        };
-        for (std::size_t d = 0; d < 2; ++d) {
-            const Declarant &depasse = declarants[d], &dispose = declarants[1 - d];
-            const std::int32_t exces = E[depasse.cotisations] - total(depasse), p = E[dispose.cotisations];
-            const std::int32_t place = total(dispose) - p;
-            if (exces <= 0 || place <= 0) continue;
-            const std::int32_t pris = std::min(exces, place);
-            const std::int32_t c = E[dispose.plafondC], n1 = E[dispose.plafondN1], a = E[dispose.plafondA];
-            Plafonds& reste = plafonds[1 - d];
-            reste.resteB = nPositif(nPositif(c - p) - pris);
-            reste.reste0 = nPositif(reste.reste0 - nPositif(pris - nPositif(c + n1 - p)));
-            reste.resteA = nPositif(reste.resteA - nPositif(pris - nPositif(c + a + n1 - p)));
-        }
-    }
-
-    m_trace.Relance(u"=> on relance les calculs normaux");
-    ImpotApresReductions(periode, kv::Passe::Normale);
-    ImpotApresCorrections(kv::Passe::Normale);
-    CreditDImpot();
-    ImpotAPaye();
-
+    trace.Relance(u"=> on relance les calculs normaux");
+    contexte.Lance(finDuCalcul);
     for (std::size_t d = 0; d < 2; ++d) {
         const Declarant& x = declarants[d];
         S[x.reste0] = plafonds[d].reste0;
@@ -156,3 +108,69 @@ void CCalcul_N::PlafondPERP(const TPeriode& periode) {
         S[x.total] = S[x.reste0] + S[x.resteA] + S[x.resteB] + S[x.nouveau];
     }
 }
+
+// The salaries of each declarant, the exempt ones included: step 4 finds them, and leaves the chain to be run again.
+std::array<std::int32_t, 2> EpargneRetraite::Salaires() {
+    const std::int32_t exoneres[2] = {E["1AQ"] + E["1AC"], E["1BQ"] + E["1BC"]};
+    const bool variante = exoneres[0] + exoneres[1] >= 1;
+    if (variante) {
+        trace.Relance(u"=> on relance les salaires après avoir ajouté les revenus des cases 1AQ");
+        Saisie avec = contexte.Vue();
+        avec["1AJ"] += exoneres[0];
+        avec["1BJ"] += exoneres[1];
+        avec["1AK"] += E["1AE"];
+        avec["1BK"] += E["1BE"];
+        Contexte(contexte, avec).Lance(Etape::RevenusSalaires);
+    }
+    std::array<std::int32_t, 2> salaires;
+    for (std::size_t d = 0; d < 2; ++d) salaires[d] = C[d]["RN_SAL"] - C[d]["RD_GAINS_2_Ded"];
+    if (variante && E["1AC"] + E["1BC"] > 0) {
+        trace.Relance(u"=> on relance les salaires après avoir retirée les revenus des cases 1AQ");
+        contexte.RetireExceptionnels();
+        contexte.RemetSortiesAZero();
+        contexte.Lance(chaineNormale);
+    }
+    return salaires;
+}
+
+Plafonds EpargneRetraite::PlafondsDe(const Declarant& x, std::size_t colonne, std::int32_t salaires) const {
+    const std::int32_t c = E[x.plafondC], n1 = E[x.plafondN1], a = E[x.plafondA], b = E[x.plafondB];
+    const std::int32_t p = E[x.cotisations];
+    // Contributions use up the ceilings in the order C, 1, A, B.
+    Plafonds plafonds;
+    plafonds.resteB = nPositif(c - p);
+    plafonds.reste0 = nPositif(a - nPositif(p - c - n1));
+    plafonds.resteA = nPositif(b - nPositif(p - c - a - n1));
+
+    std::int32_t revenu = C[colonne]["RD_GAINS_2_Rev"] + salaires;
+    for (const CaseSortie sortie : revenusProfessionnels) revenu += C[colonne][sortie];
+    for (const CaseEntree box : x.revenus) revenu += E[box];
+    const std::int32_t plafondSecuriteSociale = faits.nouveauxTaux ? 39732 : 39228;
+    const std::int32_t dixPourcent =
+        std::max(nPourcent(std::min(revenu, nArrondi(dMul(plafondSecuriteSociale, 8))), 10),
+                 nPourcent(plafondSecuriteSociale, 10));
+    plafonds.nouveau = nPositif(dixPourcent - E[x.autresCotisations]);
+    return plafonds;
+}
+
+// A couple may pool its ceilings: what one paid beyond his own comes off what the other has left.
+void EpargneRetraite::Mutualise(std::array<Plafonds, 2>& plafonds) const {
+    for (std::size_t d = 0; d < 2; ++d) {
+        const Declarant &depasse = declarants[d], &dispose = declarants[1 - d];
+        const std::int32_t exces = E[depasse.cotisations] - Total(depasse), p = E[dispose.cotisations];
+        const std::int32_t place = Total(dispose) - p;
+        if (exces <= 0 || place <= 0) continue;
+        const std::int32_t pris = std::min(exces, place);
+        const std::int32_t c = E[dispose.plafondC], n1 = E[dispose.plafondN1], a = E[dispose.plafondA];
+        Plafonds& reste = plafonds[1 - d];
+        reste.resteB = nPositif(nPositif(c - p) - pris);
+        reste.reste0 = nPositif(reste.reste0 - nPositif(pris - nPositif(c + n1 - p)));
+        reste.resteA = nPositif(reste.resteA - nPositif(pris - nPositif(c + a + n1 - p)));
+    }
+}
+
+}  // namespace
+
+void PlafondPERP(Contexte& c) { EpargneRetraite(c).PlafondPERP(); }
+
+}  // namespace kv

@@ -1,46 +1,49 @@
-#include <algorithm>
+#include <array>
 #include <span>
+#include <vector>
 
-#include "Calcul/cCalcul/Transferts.h"
 #include "Calcul/pCalculN/Activites.h"
-#include "Calcul/pCalculN/Calcul_N.h"
+#include "Calcul/pCalculN/Contexte.h"
+#include "Calcul/pCalculN/Etapes.h"
 
 // Exceptional and deferred income, taxed by the quotient (CGI art. 163-0 A): the net amount of each category after the
 // deductions that the ordinary income receives, by coefficient.
 
+namespace kv {
+
 namespace {
 
-using kv::nPersonnes;
+// ---- The working figures of one coefficient, by name. Most take three values: first declarant, second declarant,
+// dependants.
 
-// ---- The working values of a quotient record, by name. Most figures take three values, one per person.
-
-constexpr std::size_t nLignes = kv::nActivites + 1;  // the activities, then everything else
+constexpr std::size_t nLignes = nActivites + 1;  // the activities, then everything else
 
 enum Figure : std::size_t {
-    Salaires = 0,                                  // gross salaries
-    Pensions = Salaires + 3,                       // gross pensions
-    PartDeduction = Pensions + 3,                  // share of the salary deduction
-    PartAbattement = PartDeduction + 3,            // share of the pension allowance
-    Net = PartAbattement + 3,                      // net salaries and pensions
-    AvecCentre = Net + 3,                          // business income with an approved centre, by activity
-    SansCentre = AvecCentre + 3 * kv::nActivites,  // without one
-    Montants = SansCentre + 3 * kv::nActivites,    // the exceptional amounts, by line
-    Mobiliers = Montants + 3 * nLignes,            // dividends (after allowance), insurance income, other
-    FraisMobiliers = Mobiliers + 3,                // the expenses on each
-    DeficitMobilier = FraisMobiliers + 3,          // deficit of earlier years
-    NetMobilier,                                   // net investment income
-    DeficitFoncier,                                // property deficit of earlier years
-    AutresRevenus,                                 // property income and gains
+    Salaires = 0,                              // gross salaries
+    Pensions = Salaires + 3,                   // gross pensions
+    PartDeduction = Pensions + 3,              // share of the salary deduction
+    PartAbattement = PartDeduction + 3,        // share of the pension allowance
+    Net = PartAbattement + 3,                  // net salaries and pensions
+    AvecCentre = Net + 3,                      // business income with an approved centre, by activity
+    SansCentre = AvecCentre + 3 * nActivites,  // without one
+    Montants = SansCentre + 3 * nActivites,    // the exceptional amounts, by line
+    Mobiliers = Montants + 3 * nLignes,        // dividends (after allowance), insurance income, other
+    FraisMobiliers = Mobiliers + 3,            // the expenses on each
+    DeficitMobilier = FraisMobiliers + 3,      // deficit of earlier years
+    NetMobilier,                               // net investment income
+    AutresRevenus,                             // property income and gains
     NombreFigures,
 };
-static_assert(NombreFigures <= CCalcQuotient::nValeurs);
 
-std::span<std::int32_t, 3> Trois(CCalcQuotient& q, std::size_t figure) {
-    return std::span<std::int32_t, 3>(q.nValeur.data() + figure, 3);
+struct Figures {
+    std::int32_t coefficient = 0;
+    std::array<std::int32_t, NombreFigures> valeurs{};
+};
+
+std::span<std::int32_t, 3> Trois(Figures& q, std::size_t figure) {
+    return std::span<std::int32_t, 3>(q.valeurs.data() + figure, 3);
 }
-std::span<std::int32_t, 3> Ligne(CCalcQuotient& q, Figure figure, std::size_t ligne) {
-    return Trois(q, figure + 3 * ligne);
-}
+std::span<std::int32_t, 3> Ligne(Figures& q, Figure figure, std::size_t ligne) { return Trois(q, figure + 3 * ligne); }
 
 // ---- Where the amounts come from.
 
@@ -65,18 +68,17 @@ constexpr CaseSortie categories[] = {"RQ_REV_QN_BA",    "RQ_REV_QN_BIC_P",  "RQ_
 
 constexpr CaseEntree mobiliers[3] = {"2DC", "2TS", "2TR"};
 
-// Reads an entry box or, for a coefficient, the exceptional amount of the box.
+// Reads an entry box of the ordinary income or, for a coefficient, the exceptional amount of the box.
 class Lecture {
   public:
-    explicit Lecture(const CDataCalcul& data) : m_data(data), m_ordinaire(true), m_coefficient(1) {}
-    Lecture(const CDataCalcul& data, std::int32_t coefficient)
-        : m_data(data), m_ordinaire(false), m_coefficient(coefficient) {}
+    explicit Lecture(const Contexte& c) : m_contexte(c), m_ordinaire(true), m_coefficient(1) {}
+    Lecture(const Contexte& c, std::int32_t coefficient)
+        : m_contexte(c), m_ordinaire(false), m_coefficient(coefficient) {}
 
     bool Ordinaire() const { return m_ordinaire; }
     std::int32_t operator()(CaseEntree box) const {
         if (!box) return 0;
-        if (m_ordinaire) return m_data.Entree[box];
-        return m_data.Quotient(box, m_coefficient);
+        return m_ordinaire ? m_contexte.Vue()[box] : m_contexte.exceptionnels.De(box, m_coefficient);
     }
     std::int32_t operator()(std::span<const CaseEntree> boxes) const {
         std::int32_t total = 0;
@@ -85,23 +87,22 @@ class Lecture {
     }
 
   private:
-    const CDataCalcul& m_data;
+    const Contexte& m_contexte;
     const bool m_ordinaire;
     const std::int32_t m_coefficient;
 };
 
 // The gross figures of one record. The ordinary business results are net of their deficits.
-void Remplit(CCalcQuotient& q, const Lecture& lit, bool abattementDividendes) {
+void Remplit(Figures& q, const Lecture& lit, bool abattementDividendes) {
     const bool ordinaire = lit.Ordinaire();
-    q.nValeur.fill(0);
     for (std::size_t k = 0; k < nPersonnes; ++k) {
         const Personne& p = personnes[k];
         Trois(q, Salaires)[k] = lit(p.salaires) + (ordinaire ? lit(p.salairesOrdinaires) : 0);
         Trois(q, Pensions)[k] =
             lit(p.pensions) + (ordinaire ? lit(p.pensionsOrdinaires) : lit(p.pensionsExceptionnelles));
-        for (std::size_t i = 0; i < kv::nActivites; ++i) {
-            const kv::Activite& a = kv::activites[i];
-            const auto benefices = [&](const kv::Benefice(&boxes)[2], CaseEntree deficit) {
+        for (std::size_t i = 0; i < nActivites; ++i) {
+            const Activite& a = activites[i];
+            const auto benefices = [&](const Benefice(&boxes)[2], CaseEntree deficit) {
                 const std::int32_t total = lit(boxes[0].box) + lit(boxes[1].box);
                 return ordinaire ? nPositif(total - lit(deficit)) : total;
             };
@@ -110,121 +111,106 @@ void Remplit(CCalcQuotient& q, const Lecture& lit, bool abattementDividendes) {
         }
     }
     for (std::size_t i = 0; i < 3; ++i) Trois(q, Mobiliers)[i] = lit(mobiliers[i]);
-    if (abattementDividendes) q.nValeur[Mobiliers] -= nPourcent(q.nValeur[Mobiliers], 40);
-    if (!ordinaire) q.nValeur[AutresRevenus] = lit("4BA") + lit("RAQ") + lit("3VG") + lit("3UA");
-}
-
-// The totals: the ordinary income and every coefficient, value by value.
-void Totalise(CDataCalcul& data) {
-    data.QuotientTotal.nValeur = data.QuotientOrdinaire.nValeur;
-    for (const auto& q : data.ListeQuotients)
-        for (std::size_t i = 0; i < CCalcQuotient::nValeurs; ++i) data.QuotientTotal.nValeur[i] += q->nValeur[i];
+    if (abattementDividendes) q.valeurs[Mobiliers] -= nPourcent(q.valeurs[Mobiliers], 40);
+    if (!ordinaire) q.valeurs[AutresRevenus] = lit("4BA") + lit("RAQ") + lit("3VG") + lit("3UA");
 }
 
 // The exceptional amounts of one record by line and person. A result without an approved centre counts for 125 %.
-void RemplitMontants(CCalcQuotient& q) {
+void RemplitMontants(Figures& q) {
     for (std::size_t k = 0; k < nPersonnes; ++k) {
-        for (std::size_t i = 0; i < kv::nActivites; ++i)
+        for (std::size_t i = 0; i < nActivites; ++i)
             Ligne(q, Montants, i)[k] = Ligne(q, AvecCentre, i)[k] + nPourcent(Ligne(q, SansCentre, i)[k], 125);
-        std::int32_t& autres = Ligne(q, Montants, kv::nActivites)[k];
+        std::int32_t& autres = Ligne(q, Montants, nActivites)[k];
         autres = nPositif(Trois(q, Net)[k]);
-        if (k == 0) autres += q.nValeur[NetMobilier] + q.nValeur[AutresRevenus];
+        if (k == 0) autres += q.valeurs[NetMobilier] + q.valeurs[AutresRevenus];
     }
 }
 
-}  // namespace
+class Quotient : Travail {
+  public:
+    explicit Quotient(Contexte& c) : Travail(c) {}
+    void RevenusBrutQuotient();
 
-void CCalcul_N::RevenusBrutQuotient(kv::Passe passe) {
-    const kv::Etape etape(m_trace, u"11:RevenusBrutQuotient");
-    CDataCalcul& data = *m_pData;
+  private:
+    void Totalise();
+    void PartageDeductions();
+    void PartageMobiliers();
+    void Sorties();
 
-    const bool abattementDividendes = !OptionForfait();
-    Remplit(data.QuotientOrdinaire, Lecture(data), abattementDividendes);
-    for (const auto& q : data.ListeQuotients) Remplit(*q, Lecture(data, q->nId), abattementDividendes);
+    Figures m_ordinaire, m_total;      // the ordinary income; the totals over it and every coefficient
+    std::vector<Figures> m_quotients;  // the exceptional income, by coefficient
+};
 
-    m_trace.Relance(u"=> on relance les calculs en ayant ajouté les revenus au quotient");
-    Totalise(data);
-    QuotientDansFr(true);
-    RemetSortiesAZero();
-    NombreParts();
-    RevenusBrut(passe);
+void Quotient::RevenusBrutQuotient() {
+    const bool abattementDividendes = !faits.forfait;
+    if (!contexte.exceptionnels.coefficients.empty()) Remplit(m_ordinaire, Lecture(contexte), abattementDividendes);
+    for (const std::int32_t coefficient : contexte.exceptionnels.coefficients) {
+        Figures& q = m_quotients.emplace_back();
+        q.coefficient = coefficient;
+        Remplit(q, Lecture(contexte, coefficient), abattementDividendes);
+    }
+    trace.Relance(u"=> on relance les calculs en ayant ajouté les revenus au quotient");
+    Totalise();
+    contexte.AjouteExceptionnels();
+    contexte.RemetSortiesAZero();
+    contexte.Lance(revenusBruts);
 
     PartageDeductions();
     PartageMobiliers();
-    RemplitMontants(data.QuotientOrdinaire);
-    for (const auto& q : data.ListeQuotients) RemplitMontants(*q);
-    Totalise(data);
-    SortiesQuotient();
+    for (Figures& q : m_quotients) RemplitMontants(q);
+    Sorties();
 }
 
-// The deductions were computed on all salaries and pensions together: each coefficient takes its share, the ordinary
-// income what is left.
-void CCalcul_N::PartageDeductions() {
-    CDataCalcul& data = *m_pData;
-    CCalcQuotient& ordinaire = data.QuotientOrdinaire;
-    CCalcQuotient& total = data.QuotientTotal;
-    for (std::size_t k = 0; k < nPersonnes; ++k) {
-        const std::int32_t deduction = C[k]["RN_SAL_DED_10"], abattement = C[k]["RN_PEN_ABAT"];
-        Trois(ordinaire, PartDeduction)[k] = deduction;
-        Trois(ordinaire, PartAbattement)[k] = abattement;
-        for (const auto& q : data.ListeQuotients) {
-            Trois(*q, PartDeduction)[k] = nProrata(deduction, Trois(*q, Salaires)[k], Trois(total, Salaires)[k]);
-            Trois(*q, PartAbattement)[k] = nProrata(abattement, Trois(*q, Pensions)[k], Trois(total, Pensions)[k]);
-            Trois(ordinaire, PartDeduction)[k] -= Trois(*q, PartDeduction)[k];
-            Trois(ordinaire, PartAbattement)[k] -= Trois(*q, PartAbattement)[k];
+void Quotient::Totalise() {
+    m_total.valeurs = m_ordinaire.valeurs;
+    for (const Figures& q : m_quotients)
+        for (std::size_t i = 0; i < q.valeurs.size(); ++i) m_total.valeurs[i] += q.valeurs[i];
+}
+
+// The deductions were computed on all salaries and pensions together: each coefficient takes its share.
+void Quotient::PartageDeductions() {
+    for (Figures& q : m_quotients) {
+        for (std::size_t k = 0; k < nPersonnes; ++k) {
+            const std::int32_t salaires = Trois(q, Salaires)[k], pensions = Trois(q, Pensions)[k];
+            Trois(q, PartDeduction)[k] = nProrata(C[k]["RN_SAL_DED_10"], salaires, Trois(m_total, Salaires)[k]);
+            Trois(q, PartAbattement)[k] = nProrata(C[k]["RN_PEN_ABAT"], pensions, Trois(m_total, Pensions)[k]);
+            Trois(q, Net)[k] = salaires + pensions - Trois(q, PartDeduction)[k] - Trois(q, PartAbattement)[k];
         }
-        const auto net = [&](CCalcQuotient& q) {
-            Trois(q, Net)[k] = Trois(q, Salaires)[k] + Trois(q, Pensions)[k] - Trois(q, PartDeduction)[k] -
-                               Trois(q, PartAbattement)[k];
-        };
-        net(ordinaire);
-        for (const auto& q : data.ListeQuotients) net(*q);
     }
-    Totalise(data);
 }
 
 // Expenses and deficits of investment income, shared out the same way.
-void CCalcul_N::PartageMobiliers() {
-    CDataCalcul& data = *m_pData;
-    CCalcQuotient& ordinaire = data.QuotientOrdinaire;
-    CCalcQuotient& total = data.QuotientTotal;
+void Quotient::PartageMobiliers() {
     static constexpr CaseSortie frais[3] = {"RD_MOB_FRAIS_2DC", "RD_MOB_FRAIS_2TS", "RD_MOB_FRAIS_2TR"};
-    for (CCalcQuotient* q : {&ordinaire, &total}) {
-        for (std::size_t i = 0; i < 3; ++i) Trois(*q, FraisMobiliers)[i] = S[frais[i]];
-        q->nValeur[DeficitMobilier] = S["RD_MOB_DEFICIT_NM1"];
-        q->nValeur[DeficitFoncier] = S["RD_FON_BD_IMPUT"];
-    }
     const std::int32_t netTotal =
         S["RD_MOB_MONT"] + S["RD_MOB_MAJO"] - S["RD_MOB_DEMI_BASE"] - S["RD_MOB_ABAT"] - S["RD_MOB_FRAIS"];
-    total.nValeur[NetMobilier] = netTotal;
-    for (const auto& q : data.ListeQuotients) {
+    for (Figures& q : m_quotients) {
         std::int32_t net = 0;
         for (std::size_t i = 0; i < 3; ++i) {
-            const std::int32_t brut = Trois(*q, Mobiliers)[i];
-            Trois(*q, FraisMobiliers)[i] =
-                nProrata(Trois(ordinaire, FraisMobiliers)[i], brut, Trois(total, Mobiliers)[i]);
-            net += brut - Trois(*q, FraisMobiliers)[i];
+            const std::int32_t brut = Trois(q, Mobiliers)[i];
+            Trois(q, FraisMobiliers)[i] = nProrata(S[frais[i]], brut, Trois(m_total, Mobiliers)[i]);
+            net += brut - Trois(q, FraisMobiliers)[i];
         }
         net = nPositif(net);
-        q->nValeur[DeficitMobilier] = nProrata(S["RD_MOB_DEFICIT_NM1"], net, netTotal);
-        q->nValeur[NetMobilier] = nPositif(net - q->nValeur[DeficitMobilier]);
+        q.valeurs[DeficitMobilier] = nProrata(S["RD_MOB_DEFICIT_NM1"], net, netTotal);
+        q.valeurs[NetMobilier] = nPositif(net - q.valeurs[DeficitMobilier]);
     }
 }
 
 // The items that the scale taxes, and the exceptional income by category.
-void CCalcul_N::SortiesQuotient() {
-    m_lstQuotients.clear();
+void Quotient::Sorties() {
+    memoire.quotients.clear();
     for (const CaseSortie categorie : categories) S[categorie] = 0;
-    for (const auto& q : m_pData->ListeQuotients) {
-        kv::ItemQuotient item;
-        item.coefficient = q->nId;
+    for (Figures& q : m_quotients) {
+        ItemQuotient item;
+        item.coefficient = q.coefficient;
         for (std::size_t i = 0; i < nLignes; ++i) {
-            for (const std::int32_t montant : Ligne(*q, Montants, i)) {
-                item.montant2 += montant;
-                S[i < kv::nActivites ? kv::activites[i].auQuotient : CaseSortie("RQ_REV_QN_AUTRE")] += montant;
+            for (const std::int32_t montant : Ligne(q, Montants, i)) {
+                item.montant += montant;
+                S[i < nActivites ? activites[i].auQuotient : CaseSortie("RQ_REV_QN_AUTRE")] += montant;
             }
         }
-        m_lstQuotients.push_back(item);
+        memoire.quotients.push_back(item);
     }
     S["RQ_REV_EXCEP"] = 0;
     for (const CaseSortie categorie : categories) S["RQ_REV_EXCEP"] += S[categorie];
@@ -232,3 +218,9 @@ void CCalcul_N::SortiesQuotient() {
     for (const CaseSortie categorie : categories)
         if (S[categorie] == S["RQ_REV_EXCEP"]) S[categorie] = 0;  // the only category: the total shows it
 }
+
+}  // namespace
+
+void RevenusBrutQuotient(Contexte& c) { Quotient(c).RevenusBrutQuotient(); }
+
+}  // namespace kv

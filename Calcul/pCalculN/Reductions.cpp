@@ -1,20 +1,19 @@
 #include "Calcul/pCalculN/ReductionsTable.h"
 
 #include <algorithm>
-#include <span>
 #include <string_view>
 
-#include "Calcul/pCalculN/Calcul_N.h"
+#include "Calcul/pCalculN/Etapes.h"
+#include "Calcul/pCalculN/OutreMer.h"
 
 // Tax after reductions: the abatement of overseas residents (CGI art. 197 I-3), the low-tax relief (197 I-4 a),
 // the reduction for modest incomes (197 I-4 b), then the reduction lines in their order.
 
-namespace {
+namespace kv {
 
-using kv::reductions::Commun;
-using kv::reductions::LigneEtalee;
-using kv::reductions::LigneFraction;
-using kv::reductions::LigneTaux;
+using namespace reductions;
+
+namespace {
 
 // Every reduction that the tax is reduced by, and every share of them that is given back.
 constexpr bool EstReduction(std::string_view nom) {
@@ -30,54 +29,113 @@ constexpr bool EstReduction(std::string_view nom) {
 constexpr bool EstRetrocession(std::string_view nom) {
     return nom.starts_with("U_PR_") && !nom.ends_with("_R") && !nom.ends_with("_NR");
 }
-constexpr auto signesDesReductions = [] {
-    std::array<signed char, kv::nSorties> signes{};
-    for (std::size_t j = 0; j < kv::nSorties; ++j)
-        signes[j] = EstReduction(kv::sortie::noms[j]) ? 1 : EstRetrocession(kv::sortie::noms[j]) ? -1 : 0;
-    return signes;
+// The outputs whose name answers a question.
+template <class Choix>
+consteval std::size_t NombreDeSorties(Choix choix) {
+    return static_cast<std::size_t>(std::count_if(std::begin(sortie::noms), std::end(sortie::noms), choix));
+}
+template <auto choix>
+constexpr auto sortiesChoisies = [] {
+    std::array<CaseSortie, NombreDeSorties(choix)> choisies{};
+    std::size_t n = 0;
+    for (int j = 0; j < nSorties; ++j)
+        if (choix(sortie::noms[j])) choisies[n++] = CaseSortie::Numero(j);
+    return choisies;
 }();
 
-}  // namespace
+class Reductions : Travail {
+  public:
+    explicit Reductions(Contexte& c) : Travail(c) {}
+    void ImpotApresReductions();
 
-void CCalcul_N::ImpotApresReductions(const TPeriode& periode, kv::Passe passe) {
-    const kv::Etape etape(m_trace, u"19:ImpotApresReductions");
+  private:
+    void AbattementOutreMer();
+    void DecoteEtClassesMoyennes();
+    std::int32_t ClassesMoyennes(std::int32_t apresDecote) const;
+    void EmploiADomicile();
+    void PrestationCompensatoireAVerser();
+    void ImputeSecondsGroupes();
+    // The boxes of next year's return that several lines add into start again with each imputation.
+    template <class Groupe>
+    void RecommenceReports(const Groupe& groupe);
+    void ReportsDuCapital();
+    void SouscriptionsReportees();
+    void ReportsForestiers();
 
-    if (!m_imputation.SansAvantages() && passe == kv::Passe::Normale) RevenuFiscalRef(periode);
+    // ---- One line of each kind.
+    std::int32_t PlafondDe(const Plafond& plafond) const;
+    void Impute(const LigneTaux& ligne);
+    void Impute(const LigneDon& don);
+    void Impute(const LigneEnfants& ligne);
+    void Impute(const LigneFraction& ligne);
+    void Impute(const LigneEtalee& ligne);
+    void Impute(const LigneResidence& ligne);
+    void Impute(const outremer::LigneSimple& ligne);
+    void Impute(const outremer::LigneReportee& ligne);
+    void CopieFractions(const FractionsSuivantes& suivantes);
+
+    std::int32_t& ResteDe(Commun commun) { return m_communs[static_cast<std::size_t>(commun)]; }
+    std::int32_t ResteDe(Commun commun) const { return m_communs[static_cast<std::size_t>(commun)]; }
+
+    Imputation m_imputation{lignes, faits.sansAvantages};
+    std::array<std::int32_t, static_cast<std::size_t>(Commun::Nombre)> m_communs{};  // what is left of shared ceilings
+    std::int32_t m_enveloppe = 0;  // what the last line of a rental scheme left of its ceiling
+};
+
+void Reductions::ImpotApresReductions() {
+    if (!faits.sansAvantages && faits.passe == Passe::Normale) Lance(Etape::RevenuFiscalRef);
     AbattementOutreMer();
     m_imputation.FixeTotaux({});
     DecoteEtClassesMoyennes();
 
-    PremieresReductions();
-    ReductionsOutreMerSimples();
-    const kv::Imputation::Totaux totauxAvant = m_imputation.LisTotaux();
-    const std::int32_t resteAvant = m_imputation.Reste();
-    const std::int32_t forestierAvant = PlafondCommun(Commun::TravauxForestiers);
-    SecondesReductions();
-    const kv::Imputation::Totaux totauxApres = m_imputation.LisTotaux();
-    const std::int32_t resteApres = m_imputation.Reste();
-    PlafondCommun(Commun::TravauxForestiers) = forestierAvant;
-    ImmeublesRestaures();
+    const auto impute = [&](const auto& groupe) {
+        for (const auto& ligne : groupe) Impute(ligne);
+    };
+    ResteDe(Commun::TravauxForestiers) = ParFoyer(6250);
+    ResteDe(Commun::AidePersonnesEnDifficulte) = faits.nouveauxTaux ? 536 : 531;
+    ResteDe(Commun::Presse) = ParFoyer(5000);
+    ResteDe(Commun::Sofica) = nPositif(std::min(18000, nPourcent(S["TOT_R_NET"] + S["RQ_GAINS"], 25)));
+    ResteDe(Commun::RenteSurvie) = 1525 + 300 * S["F_NB_ENFANTS"] + 150 * S["F_NB_ENFANTS_ALTERNE"];
+    ResteDe(Commun::ImmeublesRestaures) = 100000;
+    ResteDe(Commun::ImmeublesRestauresQuatreAns) = 400000;
+    EmploiADomicile();
+    PremiersGroupes(impute);
+    PrestationCompensatoireAVerser();
 
-    if (ReductionsOutreMer()) {
+    const Imputation::Totaux totauxAvant = m_imputation.LisTotaux();
+    const std::int32_t resteAvant = m_imputation.Reste();
+    const auto communsAvant = m_communs;
+    ImputeSecondsGroupes();
+    const Imputation::Totaux totauxApres = m_imputation.LisTotaux();
+    const std::int32_t resteApres = m_imputation.Reste();
+    m_communs = communsAvant;
+    DerniersGroupes([&](const auto& groupe) {
+        RecommenceReports(groupe);
+        impute(groupe);
+    });
+
+    if (PartageOutreMer(contexte, m_imputation)) {
         // Shares given back leave tax for the lines imputed before them: these are imputed once more.
         m_imputation.FixeReste(m_imputation.Reste() + resteAvant - resteApres + S["U_DT_HPM"] + S["U_DT_HRJ"]);
-        kv::Imputation::Totaux totaux = m_imputation.LisTotaux();
+        Imputation::Totaux totaux = m_imputation.LisTotaux();
         for (std::size_t g = 0; g < totaux.size(); ++g) totaux[g] -= totauxApres[g] - totauxAvant[g];
         m_imputation.FixeTotaux(totaux);
-        SecondesReductions();
-        m_imputation.Entiere(kv::Niche::HorsPlafond, "U_DT_HPM", {}, E["HPM"]);
-        m_imputation.Entiere(kv::Niche::HorsPlafond, "U_DT_HRJ", {}, E["HRJ"]);
+        ImputeSecondsGroupes();
+        for (const auto& ligne : outremer::lignesReportees)
+            if (ligne.niche == HorsPlafond) Impute(ligne);
     }
-    HautsSalaires();
+    Lance(Etape::HautsSalaires);
 
-    S["REDUCTIONS"] = 0;
-    for (std::size_t j = 0; j < kv::nSorties; ++j) S["REDUCTIONS"] += signesDesReductions[j] * S.valeurs[j];
+    std::int32_t total = 0;
+    for (const CaseSortie reduction : sortiesChoisies<EstReduction>) total += lignes.Lit(reduction).valeur;
+    for (const CaseSortie retrocession : sortiesChoisies<EstRetrocession>) total -= lignes.Lit(retrocession).valeur;
+    S["REDUCTIONS"] = total;
     S["SEPAR_REDUC"] = 1;
 }
 
 // Overseas residents: an abatement on the gross tax, and on the tax at the marginal rate within the same room.
-void CCalcul_N::AbattementOutreMer() {
-    const bool resident = E["REM"] == 0 && E["RED"] == 0;
+void Reductions::AbattementOutreMer() {
+    const bool resident = faits.resident;
     const std::int32_t impot = !resident && S["IMPOT_TM_RETENU"] != 0 ? S["IMPOT_TM"]
                                : S["IMPOT_TX_EFFECTIF"] > 0           ? S["IMPOT_TX_EFFECTIF"]
                                                                       : S["TOT_IMPOT"];
@@ -97,7 +155,7 @@ void CCalcul_N::AbattementOutreMer() {
         S["TOT_IMPOT_DOM"] -= S[dom->abattement];
     }
     if (S["TM_BA"] > 0) {
-        S["IMPOT_DU_REVENUS"] = nPourcent(S["TM_BA"], S["TAUX_MARGINAL_3"] / 100.0);
+        S["IMPOT_DU_REVENUS"] = nAuTaux(S["TM_BA"], S["TAUX_MARGINAL_3"]);
         S["IMPOT_DU_TAUX_MARG"] = S["IMPOT_DU_REVENUS"];
         if (dom) {
             S[dom->abattementTauxMarginal] =
@@ -109,72 +167,47 @@ void CCalcul_N::AbattementOutreMer() {
     S["TOT_IMPOT_DOM_AFF"] = S["TOT_IMPOT_DOM"];
 }
 
-void CCalcul_N::DecoteEtClassesMoyennes() {
-    const bool resident = E["REM"] == 0 && E["RED"] == 0;
+// Both are for residents.
+void Reductions::DecoteEtClassesMoyennes() {
     const std::int32_t impot = S["TOT_IMPOT_DOM"] + S["IMPOT_TAUX_MARG"];
-    const std::int32_t plafond = IDX(m_bCouple ? 1939 : 1177);
+    const std::int32_t plafond = IDX(faits.couple ? 1939 : 1177);
     const double troisQuarts = dMul(impot, dDiv(3, 4));
-    S["U_DECOTE"] =
-        impot > 0 && plafond > troisQuarts && resident ? std::min(impot, nArrondi(plafond - troisQuarts)) : 0;
+    const bool decote = impot > 0 && plafond > troisQuarts && faits.resident;
+    S["U_DECOTE"] = decote ? std::min(impot, nArrondi(plafond - troisQuarts)) : 0;
     const std::int32_t apresDecote = impot - S["U_DECOTE"];
-
-    std::int32_t& reduction = S["U_CLASSES_MOYENNES"];
-    reduction = 0;
-    if (resident) {
-        const std::int32_t foyers = m_bCouple ? 2 : 1;
-        const std::int32_t parDemiPart =
-            nArrondi(dMul(dDiv(S["F_NB_PARTS_ALL"] - S["F_NB_PARTS_ISO"], 100), IDX(7474)));
-        const std::int32_t limite = IDX(20705) * foyers + parDemiPart;
-        const std::int32_t limitePleine = IDX(18685) * foyers + parDemiPart;
-        const std::int32_t revenu = S["REV_REF_D"];
-        if (revenu < limitePleine)
-            reduction = nPourcent(apresDecote, 20);
-        else if (revenu < limite)
-            reduction = nArrondi(dDiv(nArrondi(dMul(nPourcent(apresDecote, 20), limite - revenu)), IDX(2020) * foyers));
-    }
-    m_imputation.FixeReste(nPositif(std::min(S["TOT_IMPOT_DOM"], apresDecote - reduction)));
+    S["U_CLASSES_MOYENNES"] = faits.resident ? ClassesMoyennes(apresDecote) : 0;
+    m_imputation.FixeReste(nPositif(std::min(S["TOT_IMPOT_DOM"], apresDecote - S["U_CLASSES_MOYENNES"])));
 }
 
-// One line at a rate, within its ceiling; what it retains comes off a shared ceiling.
-void CCalcul_N::ReductionAuTaux(const LigneTaux& ligne) {
-    const std::int32_t base = ligne.base ? ligne.base(E) : E[ligne.entree];
-    std::int32_t plafond = ligne.plafond.montant;
-    if (ligne.plafond.parFoyer && m_bCouple) plafond *= 2;
-    const Commun commun = ligne.plafond.commun;
-    if (commun != Commun::Aucun) plafond = std::min(plafond, nPositif(PlafondCommun(commun)));
-    if (m_imputation.Taux(ligne.niche, ligne.sortie, ligne.taux, base, plafond) && commun != Commun::Aucun)
-        PlafondCommun(commun) -= C2[ligne.sortie];
+// The reduction for modest incomes: 20 % up to a first income, less and less up to a second one.
+std::int32_t Reductions::ClassesMoyennes(std::int32_t apresDecote) const {
+    const std::int32_t parDemiPart = nArrondi(dMul(dDiv(S["F_NB_PARTS_ALL"] - S["F_NB_PARTS_ISO"], 100), IDX(7474)));
+    const std::int32_t limite = ParFoyer(IDX(20705)) + parDemiPart;
+    const std::int32_t limitePleine = ParFoyer(IDX(18685)) + parDemiPart;
+    const std::int32_t revenu = S["REV_REF_D"], reduction = nPourcent(apresDecote, 20);
+    if (revenu < limitePleine) return reduction;
+    if (revenu >= limite) return 0;
+    return nArrondi(dDiv(nArrondi(dMul(reduction, limite - revenu)), ParFoyer(IDX(2020))));
 }
 
-void CCalcul_N::PremieresReductions() {
-    const std::int32_t foyers = m_bCouple ? 2 : 1;
-    PlafondCommun(Commun::TravauxForestiers) = 6250 * foyers;
-    PlafondCommun(Commun::AidePersonnesEnDifficulte) = NouveauxTaux() ? 536 : 531;
-    PlafondCommun(Commun::Presse) = 5000 * foyers;
-    PlafondCommun(Commun::Sofica) = nPositif(std::min(18000, nPourcent(S["TOT_R_NET"] + S["RQ_GAINS"], 25)));
-    PlafondCommun(Commun::RenteSurvie) = 1525 + 300 * S["F_NB_ENFANTS"] + 150 * S["F_NB_ENFANTS_ALTERNE"];
-
-    EmploiADomicile();
-    for (const LigneTaux& ligne : kv::reductions::premieresLignes) ReductionAuTaux(ligne);
-
-    // Compensatory payment: what is still to be paid next year.
+// Compensatory payment: what is still to be paid next year.
+void Reductions::PrestationCompensatoireAVerser() {
     const std::int32_t capital = E["7WO"], verse = E["7WN"];
     const std::int32_t aVerser = E["7WM"] > 0 ? E["7WM"] - verse : capital - verse;
-    S["NP1_PREST_COMP"] = capital < kv::reductions::nPlafondPrestation
-                              ? nPositif(aVerser)
-                              : nArrondi(dMul(dDiv(aVerser, capital), kv::reductions::nPlafondPrestation));
+    S["NP1_PREST_COMP"] =
+        capital < nPlafondPrestation ? nPositif(aVerser) : nArrondi(dMul(dDiv(aVerser, capital), nPlafondPrestation));
 }
 
 // Home employment (CGI art. 199 sexdecies): a credit, counted in the cap but not imputed here.
-void CCalcul_N::EmploiADomicile() {
+void Reductions::EmploiADomicile() {
     const std::int32_t depenses = E["7DB"];
-    if (m_imputation.SansAvantages() || depenses <= 0) return;
+    if (faits.sansAvantages || depenses <= 0) return;
     std::int32_t plafond = 20000;
     if (E["7DG"] < 1) {
         const auto plusDe65Ans = [&](CaseEntree naissance) {
             return E[naissance] > 0 && 2017 - AnneeOfDate(E[naissance]) >= 65;
         };
-        const std::int32_t ages = plusDe65Ans("AAF1") + (m_bCouple && plusDe65Ans("AAF2"));
+        const std::int32_t ages = plusDe65Ans("AAF1") + (faits.couple && plusDe65Ans("AAF2"));
         const std::int32_t majoration =
             std::min(3000, nArrondi(dMul(1500, S["F_NB_ENFANTS"])) +
                                nArrondi(dMul(nArrondi(dDiv(1500, 2)), S["F_NB_ENFANTS_ALTERNE"])) +
@@ -182,130 +215,133 @@ void CCalcul_N::EmploiADomicile() {
         plafond = (E["7DQ"] >= 1 ? 15000 : 12000) + majoration;
     }
     const std::int32_t retenu = std::min(depenses, plafond);
-    C1["D_ENFANTS_CESU"] = depenses;
-    m_pData->BaseEtTaux("D_ENFANTS_CESU", retenu, 50);
-    Detail["D_ENFANTS_CESU"] = u"50% x " + IntToStr(retenu);
-    m_imputation.Note(kv::Niche::N2013, "D_ENFANTS_CESU", nPourcent(retenu, 50));
+    BaseRetenue("D_ENFANTS_CESU", depenses, retenu, 50);
+    Detail["D_ENFANTS_CESU"] = Texte::TauxDeBase(5000, retenu);
+    m_imputation.Note(N2013, "D_ENFANTS_CESU", nPourcent(retenu, 50));
 }
 
-void CCalcul_N::SecondesReductions() {
-    namespace r = kv::reductions;
-    RecommenceReports();
-
-    // Accounting expenses; children in education (CGI art. 199 quater F).
-    m_imputation.Taux(kv::Niche::HorsPlafond, "U_FRAIS_COMPTA", 100, E["7FF"], 915 * E["7FG"]);
-    const auto enfants = [&](CaseSortie ligne, std::int32_t nombre, std::int32_t montant) {
-        if (m_imputation.Taux(kv::Niche::HorsPlafond, ligne, 100, montant)) C1[ligne] = nombre;
-    };
-    enfants("U_ENFANTS_ACHARGE", SommeE({"7EA", "7EC", "7EF"}), 61 * E["7EA"] + 153 * E["7EC"] + 183 * E["7EF"]);
-    enfants("U_ENFANTS_ALTERNE", SommeE({"7EB", "7ED", "7EG"}),
-            nArrondi(dDiv(61 * E["7EB"] + 153 * E["7ED"] + 183 * E["7EG"], 2)));
-
-    Dons();
-    m_imputation.Taux(kv::Niche::HorsPlafond, "U_ETR_REV_TK", 100,
-                      nProrata(S["IMPOT_ETR_TK"], S["IMPOT_ETR_REV_TK"], S["IMPOT_ETR_RMI"]));
-    Fractions(r::fractionsDeLAnnee);
-    Etalees(r::investissementsDeLAnnee);
-    Souscriptions();
-    Forets();
-    for (const LigneTaux& ligne : r::residencesDeTourisme) ResidenceDeTourisme(ligne);
-    S["NP1_7UY"] = E["7UYA"];
-    S["NP1_7UZ"] = E["7UZA"];
-    m_imputation.Taux(kv::Niche::N2013, "U_REDUC_7XX", 20, E["7XX"], 22000);
-    Fractions(r::meubleReporte);
-
-    const std::int32_t resteDe2010 = Etalees(r::locatifAncien);  // what the last line left of its ceiling
-    Fractions(r::locatifFractions);
-    Etalees(r::locatifRecent);
-    Fractions(r::meubleAncien);
-    Etalees(r::meuble2010, resteDe2010);
-    Fractions(r::meubleFractions);
-    Etalees(r::meubleRecent);
-
-    for (const r::LignePatrimoine& p : r::patrimoine) {
-        ReductionAuTaux(p.ligne);
-        if (p.report) S[p.report] = nPositif(C2[p.ligne.sortie] - S[p.ligne.sortie]);
-    }
-}
-
-// The boxes of next year's return that several lines add into start again with each imputation.
-void CCalcul_N::RecommenceReports() {
-    namespace r = kv::reductions;
-    const auto fractions = [&](std::span<const LigneFraction> lignes) {
-        for (const LigneFraction& ligne : lignes)
-            if (ligne.report) S[ligne.report] = 0;
-    };
-    const auto etalees = [&](std::span<const LigneEtalee> lignes) {
-        for (const LigneEtalee& ligne : lignes) {
-            if (ligne.report) S[ligne.report] = 0;
-            if (ligne.premiere)
-                for (int i = 0; i < ligne.fin - 2017; ++i) S[ligne.premiere + i] = 0;
-        }
-    };
-    fractions(r::meubleReporte);
-    fractions(r::locatifFractions);
-    fractions(r::meubleAncien);
-    fractions(r::meubleFractions);
-    etalees(r::investissementsDeLAnnee);
-    etalees(r::locatifAncien);
-    etalees(r::locatifRecent);
-    etalees(r::meuble2010);
-    etalees(r::meubleRecent);
-}
-
-void CCalcul_N::Fractions(std::span<const LigneFraction> lignes) {
-    for (const LigneFraction& ligne : lignes) {
-        m_imputation.Fraction(ligne.niche, ligne.sortie, ligne.report, E[ligne.entree]);
-        CopieFractions(ligne.suivantes);
-    }
-}
-
-std::int32_t CCalcul_N::Etalees(std::span<const LigneEtalee> lignes, std::int32_t enveloppe) {
-    for (const LigneEtalee& ligne : lignes) {
-        if (ligne.enveloppeNeuve) enveloppe = kv::reductions::nEnveloppeLocative;
-        m_imputation.Etalee(ligne.niche, ligne.sortie, ligne.taux, E[ligne.entree], enveloppe, ligne.annees,
-                            ligne.premiere, ligne.fin - 2017, ligne.report);
-        enveloppe -= std::min(nPositif(E[ligne.entree]), enveloppe);
-        CopieFractions(ligne.suivantes);
-    }
-    return enveloppe;
-}
-
-void CCalcul_N::CopieFractions(const kv::reductions::FractionsSuivantes& suivantes) {
-    for (const auto& copie : suivantes.copies)
-        if (copie.vers) S[copie.vers] = E[copie.de];
-}
-
-// Donations share a ceiling of 20 % of the taxable income; what exceeds it is carried for five years.
-void CCalcul_N::Dons() {
-    PlafondCommun(Commun::Dons) =
+void Reductions::ImputeSecondsGroupes() {
+    SecondsGroupes([&](const auto& groupe) { RecommenceReports(groupe); });
+    // Donations share a ceiling of 20 % of the taxable income.
+    ResteDe(Commun::Dons) =
         nPourcent(nPositif(S["TOT_R_BRUT"] - S["C_REDUC"] + S["QUOTIENT"] - S["QUOTIENT_A_DED"]), 20);
-    S["NP1_DONS_N"] = 0;
-    for (const kv::reductions::LigneDon& don : kv::reductions::lignesDons) {
-        const CaseSortie sortie = don.ligne.sortie;
-        ReductionAuTaux(don.ligne);
-        const std::int32_t excedent = nPositif(C1[sortie] - C2[sortie]);
-        if (don.report == "NP1_DONS_N")
-            S["NP1_DONS_N"] += excedent;
-        else if (don.report)
-            S[don.report] = excedent;
+    ResteDe(Commun::Capital) = ParFoyer(20000);
+    ResteDe(Commun::CapitalPME) = ParFoyer(50000);
+    SecondsGroupes([&](const auto& groupe) {
+        for (const auto& ligne : groupe) Impute(ligne);
+    });
+    ReportsDuCapital();
+    SouscriptionsReportees();
+    if (!faits.sansAvantages) ReportsForestiers();
+}
+
+template <class Groupe>
+void Reductions::RecommenceReports(const Groupe& groupe) {
+    const auto recommence = [&](CaseSortie report) {
+        if (report && lignes.Lit(report).valeur != 0) S[report] = 0;
+    };
+    for (const auto& ligne : groupe) {
+        if constexpr (requires { ligne.report; }) recommence(ligne.report);
+        if constexpr (requires { ligne.premiere; })
+            for (int i = 0; ligne.premiere && i < ligne.fin - 2017; ++i) recommence(ligne.premiere + i);
     }
 }
 
-// Subscriptions to the capital of small companies: ceilings on the subscriptions, and what the global cap of earlier
-// years left out.
-void CCalcul_N::Souscriptions() {
-    namespace r = kv::reductions;
-    const std::int32_t foyers = m_bCouple ? 2 : 1;
-    PlafondCommun(Commun::Capital) = 20000 * foyers;
-    for (const LigneTaux& ligne : r::souscriptions) ReductionAuTaux(ligne);
-    PlafondCommun(Commun::CapitalPME) = 50000 * foyers - (20000 * foyers - PlafondCommun(Commun::Capital));
-    for (const LigneTaux& ligne : r::souscriptionsPME) ReductionAuTaux(ligne);
-    for (const LigneTaux& ligne : r::reductionsExcedentaires)
-        m_imputation.Taux(ligne.niche, ligne.sortie, ligne.taux, E[ligne.entree],
-                          m_imputation.Reste() < 1 ? 0 : kv::Imputation::nSansPlafond);
+// ---- One line of each kind.
 
-    // What the reductions of each year take beyond the global cap is carried, the most recent year first.
+std::int32_t Reductions::PlafondDe(const Plafond& plafond) const {
+    if (plafond.siImpot && m_imputation.Reste() < 1) return 0;
+    std::int32_t montant = plafond.parFoyer ? ParFoyer(plafond.montant) : plafond.montant;
+    if (plafond.fois) montant *= E[plafond.fois];
+    if (plafond.commun != Commun::Aucun) montant = std::min(montant, nPositif(ResteDe(plafond.commun)));
+    return montant;
+}
+
+void Reductions::Impute(const LigneTaux& ligne) {
+    const bool imputee = m_imputation.Impute({.ligne = ligne.sortie,
+                                              .niche = ligne.niche,
+                                              .taux = ligne.taux,
+                                              .base = ligne.base ? ligne.base(E, S) : E[ligne.entree],
+                                              .plafond = PlafondDe(ligne.plafond),
+                                              .report = ligne.report});
+    const Commun commun = ligne.plafond.commun;
+    if (!imputee || commun == Commun::Aucun) return;
+    ResteDe(commun) -= C2[ligne.sortie];
+    if (commun == Commun::Capital) ResteDe(Commun::CapitalPME) -= C2[ligne.sortie];
+}
+
+// What exceeds the ceiling of donations is carried for five years.
+void Reductions::Impute(const LigneDon& don) {
+    Impute(don.ligne);
+    if (don.report) S[don.report] += nPositif(C1[don.ligne.sortie] - C2[don.ligne.sortie]);
+}
+
+void Reductions::Impute(const LigneEnfants& ligne) {
+    const std::int32_t college = E[ligne.college], lycee = E[ligne.lycee], superieur = E[ligne.superieur];
+    const std::int32_t montant = nCollege * college + nLycee * lycee + nSuperieur * superieur;
+    if (m_imputation.Impute({ligne.sortie, ligne.niche, 100, nArrondi(dDiv(montant, ligne.diviseur))}))
+        C1[ligne.sortie] = college + lycee + superieur;
+}
+
+void Reductions::Impute(const LigneFraction& ligne) {
+    m_imputation.Impute(
+        {.ligne = ligne.sortie, .niche = ligne.niche, .taux = 100, .base = E[ligne.entree], .report = ligne.report});
+    CopieFractions(ligne.suivantes);
+}
+
+// The yearly amount is added to the boxes of the following years.
+void Reductions::Impute(const LigneEtalee& ligne) {
+    const auto resteApres = [&](CaseEntree box, std::int32_t enveloppe) {
+        return enveloppe - std::min(nPositif(E[box]), enveloppe);
+    };
+    if (ligne.enveloppe == Enveloppe::Neuve) m_enveloppe = nEnveloppeLocative;
+    if (ligne.enveloppe == Enveloppe::Ligne7IR) m_enveloppe = resteApres("7IR", nEnveloppeLocative);
+    const auto annuite = m_imputation.ImputeAnnuite({.ligne = ligne.sortie,
+                                                     .niche = ligne.niche,
+                                                     .taux = ligne.taux,
+                                                     .base = E[ligne.entree],
+                                                     .plafond = m_enveloppe,
+                                                     .report = ligne.report},
+                                                    ligne.annees);
+    if (ligne.premiere && annuite) {
+        S[ligne.premiere] += *annuite;
+        for (int i = 1; i < ligne.fin - 2017; ++i) S[ligne.premiere + i] = S[ligne.premiere];
+    }
+    m_enveloppe = resteApres(ligne.entree, m_enveloppe);
+    CopieFractions(ligne.suivantes);
+}
+
+void Reductions::Impute(const LigneResidence& ligne) {
+    const std::int32_t plafond = PlafondDe(plafondResidences);
+    m_imputation.Impute({.ligne = ligne.sortie,
+                         .niche = ligne.niche,
+                         .taux = ligne.taux,
+                         .base = E[ligne.entree],
+                         .plafond = plafond,
+                         .limite = nPourcent(nArrondi(dDiv(plafond, nAnneesResidences)), ligne.taux)});
+    CopieFractions(ligne.suivantes);
+}
+
+void Reductions::Impute(const outremer::LigneSimple& ligne) {
+    m_imputation.Impute({ligne.sortie, ligne.niche, 100, E[ligne.entree]});
+}
+
+void Reductions::Impute(const outremer::LigneReportee& ligne) {
+    m_imputation.ImputeOuMontre(
+        {.ligne = ligne.sortie, .niche = ligne.niche, .taux = 100, .base = E[ligne.entree], .report = ligne.suite});
+}
+
+void Reductions::CopieFractions(const FractionsSuivantes& suivantes) {
+    for (const auto& copie : suivantes.copies) {
+        if (!copie.vers) break;
+        if (E[copie.de] != lignes.Lit(copie.vers).valeur) S[copie.vers] = E[copie.de];
+    }
+}
+
+// ---- What next year's return takes over of whole groups.
+
+// Subscriptions: what the reductions of each year take beyond the global cap is carried, the most recent year first.
+void Reductions::ReportsDuCapital() {
     constexpr std::int32_t plafondGlobal = 10000;
     struct Annee {
         CaseSortie report;
@@ -327,8 +363,10 @@ void CCalcul_N::Souscriptions() {
         S[annee.report] = nPositif(cumul - plafondGlobal - reportes);
         reportes += S[annee.report];
     }
+}
 
-    // Subscriptions beyond their ceilings are carried too.
+// Subscriptions beyond their ceilings are carried too.
+void Reductions::SouscriptionsReportees() {
     struct Souscription {
         CaseSortie report;
         CaseEntree versement;
@@ -351,13 +389,8 @@ void CCalcul_N::Souscriptions() {
     }
 }
 
-void CCalcul_N::Forets() {
-    const std::int32_t foyers = m_bCouple ? 2 : 1;
-    m_imputation.Taux(kv::Niche::N2013, "U_FOREST_ACQU", 18, E["7UN"], 5700 * foyers);
-    for (const LigneTaux& ligne : kv::reductions::travauxForestiers) ReductionAuTaux(ligne);
-    if (m_imputation.SansAvantages()) return;
-
-    // What the works declared before a line left of the ceiling; the rest of the line is carried.
+// What the works declared before a line left of the ceiling; the rest of the line is carried.
+void Reductions::ReportsForestiers() {
     struct Travaux {
         CaseEntree depense;
         CaseSortie report;
@@ -366,24 +399,15 @@ void CCalcul_N::Forets() {
         {"7TE", {}}, {"7TF", "NP1_FOREST_TRAV_7TF"}, {"7TG", "NP1_FOREST_TRAV_7TG"}, {"7TH", "NP1_FOREST_TRAV_7TH"},
         {"7UU", {}}, {"7TI", "NP1_FOREST_TRAV_7TI"},
     };
-    std::int32_t reste = 6250 * foyers - E["7UL"];
+    std::int32_t reste = ParFoyer(6250) - E["7UL"];
     for (const Travaux& t : travaux) {
         if (t.report) S[t.report] = nPositif(E[t.depense] - nPositif(reste));
         reste -= E[t.depense];
     }
 }
 
-void CCalcul_N::ResidenceDeTourisme(const LigneTaux& ligne) {
-    const std::int32_t plafond = ligne.plafond.montant * (m_bCouple ? 2 : 1);
-    const std::int32_t annuiteMaximale = nPourcent(nArrondi(dDiv(plafond, 6)), ligne.taux);
-    m_imputation.TauxLimite(ligne.niche, ligne.sortie, ligne.taux, E[ligne.entree], plafond, annuiteMaximale);
-}
+}  // namespace
 
-void CCalcul_N::ImmeublesRestaures() {
-    PlafondCommun(Commun::ImmeublesRestaures) = 100000;
-    PlafondCommun(Commun::ImmeublesRestauresQuatreAns) = 400000;
-    for (const LigneTaux& ligne : kv::reductions::immeublesRestaures) ReductionAuTaux(ligne);
-    S["NP1_REPORT_7R11"] = 0;
-    for (const CaseSortie ligne : {CaseSortie("U_REDUC_7TX"), CaseSortie("U_REDUC_7TY")})
-        S["NP1_REPORT_7R11"] += nPositif(nPourcent(C2[ligne], C3[ligne]) - S[ligne]);
-}
+void ImpotApresReductions(Contexte& c) { Reductions(c).ImpotApresReductions(); }
+
+}  // namespace kv

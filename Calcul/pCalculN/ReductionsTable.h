@@ -2,11 +2,11 @@
 
 #include <array>
 
+#include "Calcul/pCalculN/Contexte.h"
 #include "Calcul/pCalculN/Imputation.h"
-#include "support/KVTarvel.h"
+#include "Calcul/pCalculN/OutreMerTable.h"
 
-// The reduction lines of the return, but for the overseas investments. The order of the rows is the order of
-// imputation.
+// The reduction lines of the return, but for the overseas investments, and the order in which all of them are imputed.
 
 namespace kv::reductions {
 
@@ -21,24 +21,39 @@ enum class Commun {
     Sofica,                     ///< CGI art. 199 unvicies
     RenteSurvie,                ///< CGI art. 199 septies
     Dons,                       ///< CGI art. 200
-    Capital,                    ///< CGI art. 199 terdecies-0 A, subscriptions before 2012
+    Capital,                    ///< CGI art. 199 terdecies-0 A, subscriptions before 2012; within the next one
     CapitalPME,                 ///< the same, later subscriptions and those above: one ceiling
     ImmeublesRestaures,         ///< CGI art. 199 tervicies
     ImmeublesRestauresQuatreAns,
     Nombre,
 };
 
-/// The ceiling of a line.
+/// The ceiling of a line's base.
 struct Plafond {
     std::int32_t montant = Imputation::nSansPlafond;
     bool parFoyer = false;  ///< doubled for a couple
     Commun commun = Commun::Aucun;
+    CaseEntree fois = {};  ///< so many times the amount
+    bool siImpot = false;  ///< nothing is retained once no tax is left
 
     constexpr Plafond() = default;
     constexpr Plafond(std::int32_t m, bool f = false) : montant(m), parFoyer(f) {}
     constexpr Plafond(Commun c, std::int32_t m = Imputation::nSansPlafond) : montant(m), commun(c) {}
 };
 constexpr Plafond ParFoyer(std::int32_t montant) { return {montant, true}; }
+consteval Plafond Fois(std::int32_t montant, CaseEntree nombre) {
+    Plafond plafond(montant);
+    plafond.fois = nombre;
+    return plafond;
+}
+consteval Plafond SiImpot() {
+    Plafond plafond;
+    plafond.siImpot = true;
+    return plafond;
+}
+
+/// A base that is not an entry box, found from the inputs and the outputs so far.
+using Base = std::int32_t (*)(const Entrees& E, const Valeurs& S);
 
 /// A rate of an entry box, within a ceiling.
 struct LigneTaux {
@@ -47,14 +62,19 @@ struct LigneTaux {
     double taux;
     Plafond plafond;
     Niche niche;
-    std::int32_t (*base)(const ZoneEntree&) = nullptr;  ///< the base, when it is not the entry box itself
+    CaseSortie report = {};  ///< what the tax can't bear is added here
+    Base base = nullptr;     ///< the base, when it is not the entry box itself
 };
 
 inline constexpr std::int32_t nPlafondPrestation = 30500;
 
 /// What a compensatory payment in capital gives of its ceiling, CGI art. 199 octodecies.
-inline std::int32_t PrestationCompensatoire(const ZoneEntree& E) {
+inline std::int32_t PrestationCompensatoire(const Entrees& E, const Valeurs&) {
     return E["7WO"] <= nPlafondPrestation ? E["7WN"] : nProrata(E["7WN"], nPlafondPrestation, E["7WO"]);
+}
+/// The share of the worldwide tax that the foreign income with a credit equal to the French tax bears.
+inline std::int32_t CreditEgalALImpot(const Entrees&, const Valeurs& S) {
+    return nProrata(S["IMPOT_ETR_TK"], S["IMPOT_ETR_REV_TK"], S["IMPOT_ETR_RMI"]);
 }
 
 inline constexpr LigneTaux premieresLignes[] = {
@@ -72,13 +92,34 @@ inline constexpr LigneTaux premieresLignes[] = {
     {"U_REDUC_7FM", "7FM", 38, ParFoyer(12000), N2013},
     {"U_REDUC_7FH", "7FH", 25, ParFoyer(20000), HorsPlafond},
     {"U_REDUC_7WP", "7WP", 25, nPlafondPrestation, HorsPlafond},
-    {"U_REDUC_7WN_7WM_7WO", "7WN", 25, {}, HorsPlafond, PrestationCompensatoire},
+    {.sortie = "U_REDUC_7WN_7WM_7WO",
+     .entree = "7WN",
+     .taux = 25,
+     .plafond = {},
+     .niche = HorsPlafond,
+     .base = PrestationCompensatoire},
     {"U_HEBERGEMENT_V", "7CD", 25, 10000, HorsPlafond},
     {"U_HEBERGEMENT_C", "7CE", 25, 10000, HorsPlafond},
     {"U_RENTE_SURVIE", "7GZ", 25, Commun::RenteSurvie, HorsPlafond},
     {"U_REDUC_7GQ", "7GQ", 18, ParFoyer(12000), N2013},
     {"U_REDUC_7FQ", "7FQ", 18, ParFoyer(12000), N2013},
     {"U_REDUC_7NZ", "7NZ", 18, 20000, N2013},
+};
+
+/// Accounting expenses of small businesses, within an amount for each.
+inline constexpr LigneTaux fraisDeComptabilite[] = {{"U_FRAIS_COMPTA", "7FF", 100, Fois(915, "7FG"), HorsPlafond}};
+
+/// Children in education, so much for each by level (CGI art. 199 quater F); half in alternating residence.
+struct LigneEnfants {
+    CaseSortie sortie;
+    CaseEntree college, lycee, superieur;
+    std::int32_t diviseur;
+    Niche niche = HorsPlafond;
+};
+inline constexpr std::int32_t nCollege = 61, nLycee = 153, nSuperieur = 183;
+inline constexpr LigneEnfants enfantsScolarises[] = {
+    {"U_ENFANTS_ACHARGE", "7EA", "7EC", "7EF", 1},
+    {"U_ENFANTS_ALTERNE", "7EB", "7ED", "7EG", 2},
 };
 
 /// Donations, the carried ones first, the oldest first; what exceeds the shared ceiling goes to next year's return.
@@ -130,11 +171,26 @@ struct LigneFraction {
         : sortie(CaseSortie::Requise("U_REDUC_", code)), entree(code), niche(n), report(r), suivantes(code) {}
 };
 
+/// The credit equal to the French tax on foreign income.
+inline constexpr LigneTaux creditEtranger[] = {
+    {.sortie = "U_ETR_REV_TK",
+     .entree = {},
+     .taux = 100,
+     .plafond = {},
+     .niche = HorsPlafond,
+     .base = CreditEgalALImpot},
+};
+
 inline constexpr LigneFraction fractionsDeLAnnee[] = {
     {"7FI", N2013},  {"7FK", N2013},  {"7FR", N2013},  {"7FV", N2013S}, {"7AI", N2013},  {"7BI", N2013},
     {"7CI", N2013S}, {"7DI", N2013S}, {"7BZ", N2013},  {"7CZ", N2013},  {"7DZ", N2013S}, {"7EZ", N2013S},
     {"7QZ", N2013},  {"7RZ", N2013},  {"7SZ", N2013S}, {"7TZ", N2013S},
 };
+
+inline constexpr std::int32_t nEnveloppeLocative = 300000;
+/// The ceiling of a line: a fresh one, or what another line left of its own.
+enum class Enveloppe { Neuve, LigneDAvant, Ligne7IR };
+inline constexpr Enveloppe MemeEnveloppe = Enveloppe::LigneDAvant;
 
 /// A reduction spread over several years.
 struct LigneEtalee {
@@ -146,10 +202,10 @@ struct LigneEtalee {
     Niche niche;
     CaseSortie premiere;  ///< the box of next year's return that receives the yearly amount, and the years after it
     CaseSortie report;    ///< what the tax can't bear is added here
-    bool enveloppeNeuve;  ///< a fresh ceiling of 300 000; otherwise what the line before left of its own
+    Enveloppe enveloppe;
     FractionsSuivantes suivantes;
     consteval LigneEtalee(const char* code, double t, int a, int f, Niche n, CaseSortie p, CaseSortie r,
-                          bool neuve = true)
+                          Enveloppe e = Enveloppe::Neuve)
         : sortie(CaseSortie::Requise("U_REDUC_", code)),
           entree(code),
           taux(t),
@@ -158,11 +214,9 @@ struct LigneEtalee {
           niche(n),
           premiere(p),
           report(r),
-          enveloppeNeuve(neuve),
+          enveloppe(e),
           suivantes(code) {}
 };
-inline constexpr std::int32_t nEnveloppeLocative = 300000;
-inline constexpr bool MemeEnveloppe = false;
 
 /// Rental investments of the year: each group of lines shares a ceiling.
 inline constexpr LigneEtalee investissementsDeLAnnee[] = {
@@ -204,11 +258,14 @@ inline constexpr LigneTaux souscriptionsPME[] = {
 };
 /// Reductions in excess of the global cap in earlier years.
 inline constexpr LigneTaux reductionsExcedentaires[] = {
-    {"U_CAPITAL_NOUV_7CY", "7CY", 100, {}, N2013},
-    {"U_CAPITAL_NOUV_7DY", "7DY", 100, {}, N2013},
-    {"U_CAPITAL_NOUV_7EY", "7EY", 100, {}, N2013},
-    {"U_CAPITAL_NOUV_7FY", "7FY", 100, {}, N2013},
+    {"U_CAPITAL_NOUV_7CY", "7CY", 100, SiImpot(), N2013},
+    {"U_CAPITAL_NOUV_7DY", "7DY", 100, SiImpot(), N2013},
+    {"U_CAPITAL_NOUV_7EY", "7EY", 100, SiImpot(), N2013},
+    {"U_CAPITAL_NOUV_7FY", "7FY", 100, SiImpot(), N2013},
 };
+
+/// Forests bought.
+inline constexpr LigneTaux acquisitionsForestieres[] = {{"U_FOREST_ACQU", "7UN", 18, ParFoyer(5700), N2013}};
 
 /// Forest works of earlier years, under the ceiling that the forest insurance left.
 inline constexpr LigneTaux travauxForestiers[] = {
@@ -221,13 +278,25 @@ inline constexpr LigneTaux travauxForestiers[] = {
 };
 
 /// Tourist residences in rural zones: a rate of the base, but no more than of a sixth of the ceiling.
-inline constexpr std::int32_t nPlafondResidences = 50000;
-inline constexpr LigneTaux residencesDeTourisme[] = {
-    {"U_INV_ZRR_XN", "7XN", 25, ParFoyer(nPlafondResidences), N2011},
-    {"U_INV_ZRR_UY", "7UY", 25, ParFoyer(nPlafondResidences), N2012},
-    {"U_INV_ZRR_XV", "7XV", 20, ParFoyer(nPlafondResidences), N2011},
-    {"U_INV_ZRR_UZ", "7UZ", 20, ParFoyer(nPlafondResidences), N2012},
+struct LigneResidence {
+    CaseSortie sortie;
+    CaseEntree entree;
+    double taux;
+    Niche niche;
+    FractionsSuivantes suivantes;
+    consteval LigneResidence(CaseSortie s, const char* code, double t, Niche n)
+        : sortie(s), entree(code), taux(t), niche(n), suivantes(code) {}
 };
+inline constexpr Plafond plafondResidences = ParFoyer(50000);
+inline constexpr int nAnneesResidences = 6;
+inline constexpr LigneResidence residencesDeTourisme[] = {
+    {"U_INV_ZRR_XN", "7XN", 25, N2011},
+    {"U_INV_ZRR_UY", "7UY", 25, N2012},
+    {"U_INV_ZRR_XV", "7XV", 20, N2011},
+    {"U_INV_ZRR_UZ", "7UZ", 20, N2012},
+};
+/// Works on tourist residences.
+inline constexpr LigneTaux travauxDeResidences[] = {{"U_REDUC_7XX", "7XX", 20, 22000, N2013}};
 
 /// Furnished letting: reductions that the tax of earlier years could not bear.
 inline constexpr LigneFraction meubleReporte[] = {
@@ -382,7 +451,7 @@ inline constexpr LigneFraction meubleAncien[] = {
 
 /// Furnished letting, investments of 2010: under what the line 7IR and then each other left.
 inline constexpr LigneEtalee meuble2010[] = {
-    {"7IQ", 25, 9, 2018, N2009, {}, "NP1_REPORT_7R1", MemeEnveloppe},
+    {"7IQ", 25, 9, 2018, N2009, {}, "NP1_REPORT_7R1", Enveloppe::Ligne7IR},
     {"7IP", 25, 9, 2018, N2010, {}, "NP1_REPORT_7R2", MemeEnveloppe},
 };
 
@@ -405,26 +474,77 @@ inline constexpr LigneEtalee meubleRecent[] = {
     {"7OX", 11, 9, 2025, N2013, "NP1_7S18", {}, MemeEnveloppe},
 };
 
-/// Preservation of the natural heritage (CGI art. 199 octovicies): what the tax can't bear of the retained base is
-/// carried.
-struct LignePatrimoine {
-    LigneTaux ligne;
-    CaseSortie report;
-};
-inline constexpr LignePatrimoine patrimoine[] = {
-    {{"U_PRESERV_PATRIM_NM3", "7KC", 100, 2200, N2011}, {}},
-    {{"U_PRESERV_PATRIM_NM2", "7KD", 100, 1800, N2012}, "NP1_PRESERV_PATRIM_7KD"},
-    {{"U_PRESERV_PATRIM_NM1", "7KE", 100, 1800, N2013}, "NP1_PRESERV_PATRIM_7KE"},
+/// Preservation of the natural heritage (CGI art. 199 octovicies).
+inline constexpr LigneTaux patrimoine[] = {
+    {"U_PRESERV_PATRIM_NM3", "7KC", 100, 2200, N2011},
+    {"U_PRESERV_PATRIM_NM2", "7KD", 100, 1800, N2012, "NP1_PRESERV_PATRIM_7KD"},
+    {"U_PRESERV_PATRIM_NM1", "7KE", 100, 1800, N2013, "NP1_PRESERV_PATRIM_7KE"},
 };
 
 /// Restored buildings (CGI art. 199 tervicies): a ceiling of one year, or of four.
 inline constexpr LigneTaux immeublesRestaures[] = {
     {"U_REDUC_7SY", "7SY", 30, Commun::ImmeublesRestaures, ToujoursActive},
     {"U_REDUC_7NX", "7NX", 30, Commun::ImmeublesRestaures, ToujoursActive},
-    {"U_REDUC_7TX", "7TX", 30, Commun::ImmeublesRestauresQuatreAns, ToujoursActive},
+    {"U_REDUC_7TX", "7TX", 30, Commun::ImmeublesRestauresQuatreAns, ToujoursActive, "NP1_REPORT_7R11"},
     {"U_REDUC_7SX", "7SX", 22, Commun::ImmeublesRestaures, ToujoursActive},
     {"U_REDUC_7NY", "7NY", 22, Commun::ImmeublesRestaures, ToujoursActive},
-    {"U_REDUC_7TY", "7TY", 22, Commun::ImmeublesRestauresQuatreAns, ToujoursActive},
+    {"U_REDUC_7TY", "7TY", 22, Commun::ImmeublesRestauresQuatreAns, ToujoursActive, "NP1_REPORT_7R11"},
 };
+
+// ---- The order of imputation, group by group.
+
+/// The lines that are imputed first.
+template <class Visiteur>
+void PremiersGroupes(Visiteur visite) {
+    visite(premieresLignes);
+    visite(outremer::lignesSimples);
+}
+/// The lines after them; they are imputed once more when overseas shares are given back to the tax.
+template <class Visiteur>
+void SecondsGroupes(Visiteur visite) {
+    visite(fraisDeComptabilite);
+    visite(enfantsScolarises);
+    visite(lignesDons);
+    visite(creditEtranger);
+    visite(fractionsDeLAnnee);
+    visite(investissementsDeLAnnee);
+    visite(souscriptions);
+    visite(souscriptionsPME);
+    visite(reductionsExcedentaires);
+    visite(acquisitionsForestieres);
+    visite(travauxForestiers);
+    visite(residencesDeTourisme);
+    visite(travauxDeResidences);
+    visite(meubleReporte);
+    visite(locatifAncien);
+    visite(locatifFractions);
+    visite(locatifRecent);
+    visite(meubleAncien);
+    visite(meuble2010);
+    visite(meubleFractions);
+    visite(meubleRecent);
+    visite(patrimoine);
+}
+/// The last lines.
+template <class Visiteur>
+void DerniersGroupes(Visiteur visite) {
+    visite(immeublesRestaures);
+    visite(outremer::lignesReportees);
+}
+/// Every line that is imputed.
+template <class Visiteur>
+void TousLesGroupes(Visiteur visite) {
+    PremiersGroupes(visite);
+    SecondsGroupes(visite);
+    DerniersGroupes(visite);
+}
+/// What is refunded or given back of the overseas lines once they are imputed.
+template <class Visiteur>
+void GroupesPartages(Visiteur visite) {
+    visite(outremer::lignesRetrocedees);
+    visite(outremer::lignesLimitees);
+    visite(outremer::lignesLimiteesAuForfait);
+    visite(outremer::lignesRemboursables);
+}
 
 }  // namespace kv::reductions

@@ -1,12 +1,18 @@
+#include "Calcul/pCalculN/Reports.h"
+
 #include <algorithm>
+#include <limits>
 #include <span>
 
-#include "Calcul/pCalculN/Calcul_N.h"
+#include "Calcul/cCalcul/Saisie.h"
 #include "Calcul/pCalculN/CreditsTable.h"
 #include "Calcul/pCalculN/ReportsTable.h"
+#include "support/KVTarvel.h"
 
 // The carry-forward computation: what next year's return takes over from this one. It runs no step; it reads the
 // entries and outputs as the last launch left them.
+
+namespace kv {
 
 namespace {
 
@@ -28,81 +34,116 @@ constexpr CaseEntree nonCommerciaux[] = {"5MT", "5LT", "5KT", "5JT", "5IT", "5HT
 constexpr CaseReport reportsGlobaux[] = {"F11_6FL", "F11_6FE", "F11_6FD", "F11_6FC", "F11_6FB", "F11_6FA"};
 constexpr CaseEntree globaux[] = {"6FL", "6FE", "6FD", "6FC", "6FB", "6FA"};
 
+class AnneeSuivante {
+  public:
+    AnneeSuivante(const Saisie& saisie, CDataCalcul& data)
+        : E(saisie.entrees), S(data.Sortie), C2(data.Colonne[1]), R(data.Report) {}
+
+    void Copies();
+    void Calcules();
+    void DeficitsParAnnee();
+
+  private:
+    static constexpr std::int32_t nSansLimite = std::numeric_limits<std::int32_t>::max();
+
+    std::int32_t Total(const Deficits& d) const;
+    void Decale(const Deficits& d, std::int32_t annee);
+    void Repartit(const Deficits& d, std::int32_t reste, std::int32_t annee, std::int32_t limite = nSansLimite);
+    void Reporte(const Deficits& d, std::int32_t reste, std::int32_t annee);
+
+    const ZoneEntree& E;
+    const ZoneSortie& S;
+    const ZoneSortie& C2;
+    Zone<CaseReport, nReports>& R;
+};
+
+std::int32_t AnneeSuivante::Total(const Deficits& d) const {
+    std::int32_t total = 0;
+    for (const CaseEntree box : d.boxes) total += E[box];
+    return total;
+}
+
 // The whole deficits move one year back.
-void Decale(CDataCalcul& data, const Deficits& d, std::int32_t annee) {
-    data.Report[d.reports[0]] = annee;
-    for (std::size_t i = 1; i < d.reports.size(); ++i) data.Report[d.reports[i]] = data.Entree[d.boxes[i - 1]];
+void AnneeSuivante::Decale(const Deficits& d, std::int32_t annee) {
+    R[d.reports[0]] = annee;
+    for (std::size_t i = 1; i < d.reports.size(); ++i) R[d.reports[i]] = E[d.boxes[i - 1]];
 }
 
 // What is left of the deficits moves one year back, the most recent years first; the oldest year takes what remains,
 // within a limit.
-void Repartit(CDataCalcul& data, const Deficits& d, std::int32_t reste, std::int32_t annee,
-              std::int32_t limite = std::numeric_limits<std::int32_t>::max()) {
+void AnneeSuivante::Repartit(const Deficits& d, std::int32_t reste, std::int32_t annee, std::int32_t limite) {
     const auto ecrit = [&](std::size_t i, std::int32_t montant) {
-        data.Report[d.reports[i]] = montant;
+        R[d.reports[i]] = montant;
         reste -= montant;
     };
     ecrit(0, annee);
     const std::size_t dernier = d.reports.size() - 1;
-    for (std::size_t i = 1; i < dernier; ++i) ecrit(i, std::min(reste, data.Entree[d.boxes[i - 1]]));
+    for (std::size_t i = 1; i < dernier; ++i) ecrit(i, std::min(reste, E[d.boxes[i - 1]]));
     ecrit(dernier, std::min(reste, limite));
 }
 
 // A category whose oldest year takes what is left.
-void Reporte(CDataCalcul& data, const Deficits& d, std::int32_t reste, std::int32_t annee) {
+void AnneeSuivante::Reporte(const Deficits& d, std::int32_t reste, std::int32_t annee) {
     if (reste == 0) return;
-    std::int32_t anterieurs = 0;
-    for (const CaseEntree box : d.boxes) anterieurs += data.Entree[box];
-    if (reste < anterieurs)
-        Repartit(data, d, reste, annee);
+    if (reste < Total(d))
+        Repartit(d, reste, annee);
     else
-        Decale(data, d, reste > anterieurs ? annee : 0);
+        Decale(d, reste > Total(d) ? annee : 0);
 }
 
-}  // namespace
-
-void CCalcul_N::CalculReports(const TPeriode*) {
-    for (const kv::reports::Copie& copie : kv::reports::copies) {
+void AnneeSuivante::Copies() {
+    for (const reports::Copie& copie : reports::copies) {
         const auto n = static_cast<std::size_t>(copie.numero);
-        R[copie.vers] = copie.source == kv::reports::Copie::DEntree    ? E.valeurs[n]
-                        : copie.source == kv::reports::Copie::DeSortie ? S.valeurs[n]
-                                                                       : C2.valeurs[n];
+        R[copie.vers] = copie.source == reports::Copie::DEntree    ? E.valeurs[n]
+                        : copie.source == reports::Copie::DeSortie ? S.valeurs[n]
+                                                                   : C2.valeurs[n];
     }
+}
+
+void AnneeSuivante::Calcules() {
     R["F11_IRNm1"] = S["TOT_PAYER"] - S["TOT_REST"] - S["TOT_N_REST"] - S["TOT_N_RECOUVRE"];
     R["F11_6DE"] = std::min(S["S_DEDUC"] + S["S_DEDUC_CSG_SAL"], S["S_A_PAYER"]);
     R["F11_7WL"] = nPositif(C2["D_AIDE_RISQUE_TECHNO"]);
     bool depenses = false;
     std::int32_t retenues = 0;
-    for (const auto& t : kv::credits::transitionEnergetique) {
+    for (const auto& t : credits::transitionEnergetique) {
         depenses = depenses || E[t.depense] > 0;
         retenues += C2[t.credit];
     }
     R["F11_7WHA"] = depenses ? retenues : 0;
-    ReportsDeficits();
 }
 
-void CCalcul_N::ReportsDeficits() {
-    CDataCalcul& data = *m_pData;
-
+void AnneeSuivante::DeficitsParAnnee() {
     const Deficits agricole = {reportsAgricoles, agricoles};
     if (S["NP1_BA"] + S["NP1_BA_ANN"] != 0) {
         if (S["NP1_BA"] < S["NP1_BA_ANT"])
-            Repartit(data, agricole, S["NP1_BA"], S["NP1_BA_ANN"], nPositif(E["5QG"]));
+            Repartit(agricole, S["NP1_BA"], S["NP1_BA_ANN"], nPositif(E["5QG"]));
         else
-            Decale(data, agricole, S["NP1_BA"] > S["NP1_BA_ANT"] ? S["NP1_BA_ANN"] : 0);
+            Decale(agricole, S["NP1_BA"] > S["NP1_BA_ANT"] ? S["NP1_BA_ANN"] : 0);
     }
-    Reporte(data, {reportsCommerciaux, commerciaux}, S["NP1_BICNP"], S["NP1_BICNP_ANN"]);
-    Reporte(data, {reportsMeubles, meubles}, S["NP1_BICNP_LM"], S["NP1_BICNP_LM_ANN"]);
+    Reporte({reportsCommerciaux, commerciaux}, S["NP1_BICNP"], S["NP1_BICNP_ANN"]);
+    Reporte({reportsMeubles, meubles}, S["NP1_BICNP_LM"], S["NP1_BICNP_LM_ANN"]);
     if (S["NP1_BNCNP"] + S["NP1_BNCNP_PER"] != 0)
-        Repartit(data, {reportsNonCommerciaux, nonCommerciaux}, S["NP1_BNCNP"],
+        Repartit({reportsNonCommerciaux, nonCommerciaux}, S["NP1_BNCNP"],
                  nPositif(S["NP1_BNCNP_ANN"] - S["NP1_BNCNP_IMP"]));
 
     const Deficits global = {reportsGlobaux, globaux};
     if (S["NP1_GLOBAL"] != 0) {
-        if (S["NP1_GLOBAL"] < SommeE({"6FA", "6FB", "6FC", "6FD", "6FE", "6FL"}))
-            Repartit(data, global, S["NP1_GLOBAL"], S["NP1_GLOBAL_ANN"],
+        if (S["NP1_GLOBAL"] < Total(global))
+            Repartit(global, S["NP1_GLOBAL"], S["NP1_GLOBAL_ANN"],
                      nPositif(E["6FB"] + E["6FA"] - S["NP1_GLOBAL_IMP"] - S["NP1_GLOBAL_PER"]));
         else
-            Decale(data, global, S["NP1_GLOBAL_ANN"]);
+            Decale(global, S["NP1_GLOBAL_ANN"]);
     }
 }
+
+}  // namespace
+
+void RemplitReports(const Saisie& saisie, CDataCalcul& data) {
+    AnneeSuivante reports(saisie, data);
+    reports.Copies();
+    reports.Calcules();
+    reports.DeficitsParAnnee();
+}
+
+}  // namespace kv

@@ -1,26 +1,40 @@
 #include <algorithm>
 
-#include "Calcul/pCalculN/Calcul_N.h"
+#include "Calcul/pCalculN/Contexte.h"
+#include "Calcul/pCalculN/Etapes.h"
 
 // Net and taxable income: deductible charges (CGI art. 156 II and 163 quatervicies), allowances for elderly or disabled
 // persons (CGI art. 157 bis) and for married children attached to the household (CGI art. 196 B).
+
+namespace kv {
 
 namespace {
 
 constexpr std::int32_t nTaux100 = 10000;  // 100 % in hundredths of a percent
 
-// What is left of the income after a charge: a charge never exceeds it.
-std::int32_t Impute(std::int32_t charge, std::int32_t& reste) {
-    const std::int32_t retenue = reste <= 0 ? 0 : std::min(charge, reste);
-    reste -= retenue;
-    return retenue;
-}
+class RevenuNet : Travail {
+  public:
+    explicit RevenuNet(Contexte& c) : Travail(c) {}
+    void RevenusNet();
+    void RevenusImposables();
 
-}  // namespace
+  private:
+    std::int32_t Impute(std::int32_t charge);
+    void Charge(CaseSortie ligne, std::int32_t declare, std::int32_t retenu);
+    void Charges();
+    void CsgDeductible();
+    void PensionsVersees();
+    void Pensions(CaseSortie ligne, const std::array<CaseEntree, 4>& boxes, std::int32_t majoration);
+    void EpargneRetraite();
+    void GrossesReparations();
+    void TotaliseCharges();
+    void Abattements();
+    std::int32_t PersonnesAgees() const;
 
-void CCalcul_N::RevenusNet() {
-    const kv::Etape etape(m_trace, u"13:RevenusNet");
+    std::int32_t m_reste = 0;  // what is left of the income after the charges so far
+};
 
+void RevenuNet::RevenusNet() {
     S["TOT_R_NET_G"] = S["TOT_R_NET"] = S["TOT_R_BRUT"];
     Charges();
     S["TOT_R_NET_G"] -= S["CHARGES"];
@@ -29,65 +43,79 @@ void CCalcul_N::RevenusNet() {
     if (S["QUOTIENT"] > 0) S["SEPAR_QUOT"] = 1;
 }
 
-// One charge: amount declared, amount retained, a rate of 100 %, the value cut to what is left of the income.
-void CCalcul_N::Charge(CaseSortie ligne, std::int32_t declare, std::int32_t retenu, std::int32_t& reste) {
-    C1[ligne] = declare;
-    m_pData->BaseEtTaux(ligne, retenu, nTaux100);
-    S[ligne] = Impute(retenu, reste);
+// A charge never exceeds what is left of the income.
+std::int32_t RevenuNet::Impute(std::int32_t charge) {
+    const std::int32_t retenue = m_reste <= 0 ? 0 : std::min(charge, m_reste);
+    m_reste -= retenue;
+    return retenue;
 }
 
-void CCalcul_N::Charges() {
-    std::int32_t reste = S["TOT_R_NET"] + S["RQ_GAINS"];
+// One charge: amount declared, amount retained, a rate of 100 %, the value cut to what is left of the income.
+void RevenuNet::Charge(CaseSortie ligne, std::int32_t declare, std::int32_t retenu) {
+    BaseRetenue(ligne, declare, retenu, nTaux100);
+    S[ligne] = Impute(retenu);
+}
 
-    if (E["6DE"] > 0) Charge("C_CSG", E["6DE"], E["6DE"], reste);
-
-    // Deductible levy on capital income. The amounts that already bore it are kept for the social levies.
-    m_travail.nRevenusDejaSoumis = std::min(E["2BH"], E["2CH1"] + E["2TS1"]);
-    m_travail.nRevenusDejaSoumisReste = E["2CG"] + E["2BH"] - m_travail.nRevenusDejaSoumis;
-    const std::int32_t tauxDeductible = NouveauxTaux() ? 680 : 510;
-    const std::int32_t soumis = OptionForfait() ? m_travail.nRevenusDejaSoumis : E["2BH"];
-    C1["C_CSG_MOB"] = soumis;
-    m_pData->BaseEtTaux("C_CSG_MOB", soumis, tauxDeductible);
-    S["C_CSG_MOB"] = Impute(nTronque(dArrondi(dMul(soumis, tauxDeductible) / 100 / 100)), reste);
-
-    // Maintenance paid to adult children and to other persons, each within its own ceiling; the second kind is raised.
-    const auto pensions = [&](CaseSortie ligne, const std::array<CaseEntree, 4>& boxes, std::int32_t majoration) {
-        std::int32_t declare = 0, retenu = 0;
-        for (const CaseEntree box : boxes) {
-            std::int32_t pension = E[box] + nPourcent(E[box], majoration);
-            nMaximise(&pension, IDX(5795));
-            declare += E[box];
-            retenu += pension;
-        }
-        if (declare > 0) Charge(ligne, declare, retenu, reste);
-    };
-    pensions("C_ENFANTS_1", {"6EL", "6EM", "6EN", "6EQ"}, 0);
-    pensions("C_ENFANTS_2", {"6GI", "6GJ", "6GK", "6GL"}, 25);
-
-    const std::int32_t pensionsJustice = nPourcent(E["6GP"], 125);
-    if (pensionsJustice > 0) Charge("C_JUSTICE", pensionsJustice, pensionsJustice, reste);
-    C1["C_JUSTICE"] = E["6GP"];
-    if (E["6GU"] > 0) Charge("C_AUTRE", E["6GU"], E["6GU"], reste);
-    if (E["6EU"] > 0) Charge("C_FRAIS", E["6EU"], std::min(E["6EU"], IDX(3445) * E["6EV"]), reste);
-    if (E["6DD"] > 0) Charge("C_DEDUC", E["6DD"], E["6DD"], reste);
+void RevenuNet::Charges() {
+    m_reste = S["TOT_R_NET"] + S["RQ_GAINS"];
+    if (E["6DE"] > 0) Charge("C_CSG", E["6DE"], E["6DE"]);
+    CsgDeductible();
+    PensionsVersees();
+    if (E["6GU"] > 0) Charge("C_AUTRE", E["6GU"], E["6GU"]);
+    if (E["6EU"] > 0) Charge("C_FRAIS", E["6EU"], std::min(E["6EU"], IDX(3445) * E["6EV"]));
+    if (E["6DD"] > 0) Charge("C_DEDUC", E["6DD"], E["6DD"]);
     if (E["REM"] != 0)
         S["C_TM_BIS"] = E["8TMA"];
     else if (E["RED"] != 0)
         S["C_TM_TER"] = E["8TMA"];
-    ChargesEpargneRetraite(reste);
-    ChargesGrossesReparations(reste);
+    EpargneRetraite();
+    GrossesReparations();
+    TotaliseCharges();
+}
 
+// The levy on capital income, deductible in part. The amounts that already bore it are kept for the social levies.
+void RevenuNet::CsgDeductible() {
+    memoire.revenusDejaSoumis = std::min(E["2BH"], E["2CH1"] + E["2TS1"]);
+    memoire.revenusDejaSoumisReste = E["2CG"] + E["2BH"] - memoire.revenusDejaSoumis;
+    const std::int32_t taux = faits.nouveauxTaux ? 680 : 510;
+    const std::int32_t soumis = faits.forfait ? memoire.revenusDejaSoumis : E["2BH"];
+    BaseRetenue("C_CSG_MOB", soumis, soumis, taux);
+    S["C_CSG_MOB"] = Impute(nArrondi(dDiv(dDiv(dMul(soumis, taux), 100), 100)));
+}
+
+// Maintenance paid to adult children and to other persons, each within its own ceiling; the second kind is raised.
+void RevenuNet::PensionsVersees() {
+    Pensions("C_ENFANTS_1", {"6EL", "6EM", "6EN", "6EQ"}, 0);
+    Pensions("C_ENFANTS_2", {"6GI", "6GJ", "6GK", "6GL"}, 25);
+
+    const std::int32_t pensionsJustice = nPourcent(E["6GP"], 125);
+    if (pensionsJustice > 0) Charge("C_JUSTICE", pensionsJustice, pensionsJustice);
+    C1["C_JUSTICE"] = E["6GP"];
+}
+
+void RevenuNet::Pensions(CaseSortie ligne, const std::array<CaseEntree, 4>& boxes, std::int32_t majoration) {
+    std::int32_t declare = 0, retenu = 0;
+    for (const CaseEntree box : boxes) {
+        std::int32_t pension = E[box] + nPourcent(E[box], majoration);
+        nMaximise(&pension, IDX(5795));
+        declare += E[box];
+        retenu += pension;
+    }
+    if (declare > 0) Charge(ligne, declare, retenu);
+}
+
+void RevenuNet::TotaliseCharges() {
     static constexpr CaseSortie charges[] = {
         "C_CSG",        "C_CSG_MOB", "C_DEDUC", "C_ENFANTS_1", "C_ENFANTS_2", "C_COT_PERP_V", "C_COT_PERP_C",
         "C_COT_PERP_E", "C_JUSTICE", "C_AUTRE", "C_FRAIS",     "C_TM_BIS",    "C_TM_TER",     "C_GROSSE_REP",
     };
     std::int32_t declarees = 0;
     for (const CaseSortie charge : charges) {
-        m_pData->Ajoute("C_REDUC", charge);
+        lignes.Ajoute("C_REDUC", charge);
         if (charge != "C_JUSTICE" && charge != "C_GROSSE_REP") declarees += C1[charge];
     }
     S["TOT_R_NET"] -= S["C_REDUC"];
-    m_pData->Ajoute("CHARGES", "C_REDUC");
+    lignes.Ajoute("CHARGES", "C_REDUC");
     C1["CHARGES"] = -C1["CHARGES"];
     C2["CHARGES"] = -C2["CHARGES"];
     C3["CHARGES"] = 0;
@@ -95,12 +123,13 @@ void CCalcul_N::Charges() {
 }
 
 // Retirement-savings contributions, each within the ceilings left over from earlier years; a couple may pool them.
-void CCalcul_N::ChargesEpargneRetraite(std::int32_t& reste) {
-    const bool nouveauResident = E["6QW"] > 0;  // new resident: the ceilings of three more years
-    const std::int32_t plafondV =
-        nouveauResident ? nArrondi(dMul(S["NP1_PLAF_PERP_V_C"], 4.0)) : E["6PS1"] + E["6PSA"] + E["6PSB"] + E["6PSC"];
-    const std::int32_t plafondC =
-        nouveauResident ? nArrondi(dMul(S["NP1_PLAF_PERP_C_C"], 4.0)) : E["6PT1"] + E["6PTA"] + E["6PTB"] + E["6PTC"];
+void RevenuNet::EpargneRetraite() {
+    const bool nouveauResident = E["6QW"] > 0;  // the ceilings of three more years
+    const auto plafond = [&](CaseSortie nouveau, std::initializer_list<CaseEntree> anterieurs) {
+        return nouveauResident ? nArrondi(dMul(S[nouveau], 4.0)) : SommeE(anterieurs);
+    };
+    const std::int32_t plafondV = plafond("NP1_PLAF_PERP_V_C", {"6PS1", "6PSA", "6PSB", "6PSC"});
+    const std::int32_t plafondC = plafond("NP1_PLAF_PERP_C_C", {"6PT1", "6PTA", "6PTB", "6PTC"});
     const std::int32_t cotisationV = E["6RS"], cotisationC = E["6RT"];
     std::int32_t deductibleV = std::min(cotisationV, plafondV);
     std::int32_t deductibleC = std::min(cotisationC, plafondC);
@@ -111,15 +140,15 @@ void CCalcul_N::ChargesEpargneRetraite(std::int32_t& reste) {
         if (cotisationV < plafondV && cotisationC > plafondC)
             deductibleC = std::min(cotisationC, plafondC + plafondV - cotisationV);
     }
-    if (!nouveauResident) nMaximise(&deductibleE, E["6PU1"] + E["6PUA"] + E["6PUB"] + E["6PUC"]);
+    if (!nouveauResident) nMaximise(&deductibleE, SommeE({"6PU1", "6PUA", "6PUB", "6PUC"}));
 
-    if (cotisationV > 0) Charge("C_COT_PERP_V", cotisationV, deductibleV, reste);
-    if (cotisationC > 0) Charge("C_COT_PERP_C", cotisationC, deductibleC, reste);
-    if (E["6RU"] > 0) Charge("C_COT_PERP_E", E["6RU"], deductibleE, reste);
+    if (cotisationV > 0) Charge("C_COT_PERP_V", cotisationV, deductibleV);
+    if (cotisationC > 0) Charge("C_COT_PERP_C", cotisationC, deductibleC);
+    if (E["6RU"] > 0) Charge("C_COT_PERP_E", E["6RU"], deductibleE);
 }
 
 // Major repairs by bare owners, within a ceiling; what exceeds it is carried to the ten following years.
-void CCalcul_N::ChargesGrossesReparations(std::int32_t& reste) {
+void RevenuNet::GrossesReparations() {
     // Carried from the oldest year to the most recent one.
     struct Annee {
         CaseEntree depense;
@@ -132,7 +161,7 @@ void CCalcul_N::ChargesGrossesReparations(std::int32_t& reste) {
     };
     std::int32_t depenses = 0;
     for (const Annee& annee : annees) depenses += E[annee.depense];
-    if (depenses > 0) Charge("C_GROSSE_REP", depenses, std::min(depenses, 25000), reste);
+    if (depenses > 0) Charge("C_GROSSE_REP", depenses, std::min(depenses, 25000));
 
     std::int32_t cumul = 0;
     for (const Annee& annee : annees) {
@@ -144,32 +173,39 @@ void CCalcul_N::ChargesGrossesReparations(std::int32_t& reste) {
     }
 }
 
-void CCalcul_N::Abattements() {
-    if (E["REM"] == 0 && E["RED"] == 0) {
-        const auto aDroit = [&](CaseEntree naissance, CaseEntree invalide) {
-            return E[naissance] > 0 && (E[invalide] == 1 || 2017 - AnneeOfDate(E[naissance]) >= 65);
-        };
-        const std::int32_t personnes = aDroit("AAF1", "P") + (m_bCouple && aDroit("AAF2", "Fp"));
-        if (personnes > 0) {
-            const std::int32_t revenu = S["TOT_R_NET_G"];
-            C1["A_AGEES"] = personnes;
-            C2["A_AGEES"] = revenu <= IDX(14900) ? IDX(2376) : revenu <= IDX(24000) ? IDX(1188) : 0;
-            S["A_AGEES"] = personnes * C2["A_AGEES"];
-            Detail["A_AGEES"] = IntToStr(personnes) + u" personne(s)";
-        }
+// The declarants over 65, or disabled.
+std::int32_t RevenuNet::PersonnesAgees() const {
+    const auto aDroit = [&](CaseEntree naissance, CaseEntree invalide) {
+        return E[naissance] > 0 && (E[invalide] == 1 || 2017 - AnneeOfDate(E[naissance]) >= 65);
+    };
+    return aDroit("AAF1", "P") + (faits.couple && aDroit("AAF2", "Fp"));
+}
+
+void RevenuNet::Abattements() {
+    if (const std::int32_t personnes = faits.resident ? PersonnesAgees() : 0; personnes > 0) {
+        const std::int32_t revenu = S["TOT_R_NET_G"];
+        C1["A_AGEES"] = personnes;
+        C2["A_AGEES"] = revenu <= IDX(14900) ? IDX(2376) : revenu <= IDX(24000) ? IDX(1188) : 0;
+        S["A_AGEES"] = personnes * C2["A_AGEES"];
+        Detail["A_AGEES"] = Texte::Personnes(personnes);
     }
     C1["A_ENFANTS"] = 10 * E["Nm"] - 5 * E["Pm"];  // tenths of persons: half for a child in alternating residence
     C2["A_ENFANTS"] = IDX(5795);
-    S["A_ENFANTS"] = C1["A_ENFANTS"] * C2["A_ENFANTS"] / 10;
-    Detail["A_ENFANTS"] = FloatToStr(C1["A_ENFANTS"] / 10.0) + u" enfant(s)";
+    S["A_ENFANTS"] = nDiv(C1["A_ENFANTS"] * C2["A_ENFANTS"], 10);
+    Detail["A_ENFANTS"] = Texte::Enfants(C1["A_ENFANTS"]);
     S["ABAT"] = S["A_AGEES"] + S["A_ENFANTS"];
     if (S["ABAT"] > 0) S["SEPAR_ABAT"] = 1;
 }
 
-void CCalcul_N::RevenusImposables() {
-    const kv::Etape etape(m_trace, u"14:RevenusImposables");
-
-    S["TOT_R_IMPOS"] = nPositif(m_bCalculPAS ? S["TOT_R_NET_G"] : S["TOT_R_NET_G"] - S["ABAT"]);
+void RevenuNet::RevenusImposables() {
+    S["TOT_R_IMPOS"] = nPositif(faits.retenueALaSource ? S["TOT_R_NET_G"] : S["TOT_R_NET_G"] - S["ABAT"]);
     S["TOT_R_IMPOS"] -= S["QUOTIENT_A_DED"];
     S["QUOTIENT"] = S["RQ_REV_EXCEP"];
 }
+
+}  // namespace
+
+void RevenusNet(Contexte& c) { RevenuNet(c).RevenusNet(); }
+void RevenusImposables(Contexte& c) { RevenuNet(c).RevenusImposables(); }
+
+}  // namespace kv

@@ -1,12 +1,13 @@
 #include <algorithm>
 
-#include "Calcul/pCalculN/Calcul_N.h"
+#include "Calcul/pCalculN/Contexte.h"
+#include "Calcul/pCalculN/Etapes.h"
 
 // Gross income; salaries and pensions (CGI art. 83-3 and 158-5 a), life annuities (CGI art. 158-6).
 
-namespace {
+namespace kv {
 
-using kv::Passe;
+namespace {
 
 // What one member of the household declares. A member beyond the form's columns has fewer boxes.
 struct Membre {
@@ -17,7 +18,7 @@ struct Membre {
     CaseEntree gains[2];  // share gains taxed as salaries
 };
 
-constexpr Membre membres[kv::nMembres] = {
+constexpr Membre membres[nMembres] = {
     {{"1AJ", "1AP", "1AF", "1GB"}, "1AK", "1AI", {"1AS", "1AO", "1AZ", "1AL"}, {"1TT", "3VJ"}},
     {{"1BJ", "1BP", "1BF", "1HB"}, "1BK", "1BI", {"1BS", "1BO", "1BZ", "1BL"}, {"1UT", "3VK"}},
     {{"1CJ", "1CP", "1CF", "1IB"}, "1CK", "1CI", {"1CS", "1CO", "1CZ", "1CL"}, {}},
@@ -46,10 +47,10 @@ struct MembreCalcule {
     std::int32_t abattement = 0;
     bool auPlancher = false;  // the allowance is the minimum one
 };
-using MembresCalcules = std::array<MembreCalcule, kv::nMembres>;
+using MembresCalcules = std::array<MembreCalcule, nMembres>;
 
 template <std::size_t N>
-std::int32_t Somme(const kv::ZoneEntree& E, const CaseEntree (&boxes)[N]) {
+std::int32_t Somme(const Entrees& E, const CaseEntree (&boxes)[N]) {
     std::int32_t somme = 0;
     for (const CaseEntree box : boxes)
         if (box) somme += E[box];
@@ -67,29 +68,22 @@ struct Seuils {
     std::int32_t plancher, plancherMajore, plafond;
 };
 
-// The flat deduction of 10 % against the actual expenses of one member.
-void Deduit(MembreCalcule& t, kv::MemoireSalaires& memoire, bool plancherMajore, bool declarant, const Seuils& seuils,
-            Passe passe) {
-    const std::int32_t plancher = plancherMajore ? seuils.plancherMajore : seuils.plancher;
+// The flat deduction of 10 % against the actual expenses of one member, between a floor and a ceiling.
+void Deduit(MembreCalcule& t, MemoireSalaires& memoire, std::int32_t plancher, std::int32_t plafond, Passe passe) {
     if (0 < t.frais && t.frais < plancher && t.frais < t.salaires && t.salaires < plancher) t.frais = t.salaires;
-    if (t.salaires > 0) {
-        t.deduction = nPourcent(t.salaires, 10);
-        nMaximise(&t.deduction, seuils.plafond);
-        t.deduction = std::min(std::max(t.deduction, plancher), t.salaires);
-        if (passe == Passe::TK) {
-            t.deduction = nProrata(memoire.deduction, t.salaires, memoire.salaires);
-        } else if (declarant) {
-            t.deductionDesGains = nProrata(t.deduction, t.gains, t.salaires);
-        }
-        if (passe == Passe::Normale) {
-            memoire.salaires = t.salaires;
-            memoire.deduction = t.deduction;
-        }
+    if (t.salaires <= 0) return;
+    t.deduction = nPourcent(t.salaires, 10);
+    nMaximise(&t.deduction, plafond);
+    t.deduction = std::min(std::max(t.deduction, plancher), t.salaires);
+    if (passe == Passe::TK) t.deduction = nProrata(memoire.deduction, t.salaires, memoire.salaires);
+    if (passe == Passe::Normale) {
+        memoire.salaires = t.salaires;
+        memoire.deduction = t.deduction;
     }
 }
 
 // Keeps the larger of the actual expenses and the flat deduction.
-void ChoisitDeduction(MembreCalcule& t, kv::MemoireSalaires& memoire, bool declarant, Passe passe) {
+void ChoisitDeduction(MembreCalcule& t, MemoireSalaires& memoire, bool declarant, Passe passe) {
     if (passe == Passe::TK) {
         (memoire.fraisRetenus != 0 ? t.deduction : t.frais) = 0;
     } else {
@@ -101,8 +95,8 @@ void ChoisitDeduction(MembreCalcule& t, kv::MemoireSalaires& memoire, bool decla
 }
 
 // The pension allowance of 10 %: a minimum per pensioner, a ceiling per household.
-void AbatPensions(MembresCalcules& calcules, std::array<kv::MemoireSalaires, kv::nMembres>& memoire,
-                  std::int32_t minimum, std::int32_t plafond, Passe passe) {
+void AbatPensions(MembresCalcules& calcules, std::array<MemoireSalaires, nMembres>& memoire, std::int32_t minimum,
+                  std::int32_t plafond, Passe passe) {
     const std::int32_t pensions = Total(calcules, &MembreCalcule::pensions);
     if (pensions <= 0) return;
 
@@ -139,67 +133,88 @@ void AbatPensions(MembresCalcules& calcules, std::array<kv::MemoireSalaires, kv:
     }
 }
 
-}  // namespace
+class Salaires : Travail {
+  public:
+    explicit Salaires(Contexte& c) : Travail(c) {}
+    void RevenusBrut();
+    void RevenusSalaires();
+    void RentesViageres();
 
-void CCalcul_N::RevenusBrut(Passe passe) {
-    const kv::Etape etape(m_trace, u"3:RevenusBrut");
-    CDataCalcul& data = *m_pData;
+  private:
+    MembresCalcules Membres() const;
+    void DeduitFrais(MembresCalcules& calcules);
+    void EcritSalairesEtPensions(const MembresCalcules& calcules);
+    void EcritGains(const MembresCalcules& calcules);
+    void EcritPartsNettes(const MembresCalcules& calcules);
+};
 
-    RevenusSalaires(passe);
-    data.Ajoute("RNORMAL", "RN_SAL");
-    data.Ajoute("RNORMAL", "RN_PEN");
-    RentesViageres();
-    data.Ajoute("RDIVERS", "RD_RENTES");
-    RevenusNonSalaries(passe);
-    RevenusExoneres();
-    RevenusMobiliers(passe);
-    data.Ajoute("RDIVERS", "RD_MOB");
-    RevenusFonciers(passe);
-    data.Ajoute("RDIVERS", "RD_FON");
-    RevenusDivers(passe);
-    data.AjouteTout("RDIVERS", {"RD_AUTRE", "RD_GAINS", "RD_GAINS_1TZ", "RD_PV_BAREME"});
-    data.Soustrait("RDIVERS", "RD_DEFICIT");
-    data.AjouteTout("RREEL", {"RR_BA", "RR_BA_DEF", "RR_BIC_P", "RR_BIC_NP", "RR_BIC_NP_DEF_REP", "RR_BIC_NP_LM",
-                              "RR_BIC_NP_LM_DEF_REP", "RR_BNC_P", "RR_BNC_NP", "RR_BNC_NP_DEF_REP"});
-    data.AjouteTout("TOT_R_BRUT", {"RNORMAL", "RDIVERS", "RREEL"});
+void Salaires::RevenusBrut() {
+    Lance(Etape::RevenusSalaires);
+    lignes.AjouteTout("RNORMAL", {"RN_SAL", "RN_PEN"});
+    Lance(Etape::RentesViageres);
+    lignes.Ajoute("RDIVERS", "RD_RENTES");
+    Lance(Etape::RevenusNonSalaries);
+    Lance(Etape::RevenusExoneres);
+    Lance(Etape::RevenusMobiliers);
+    lignes.Ajoute("RDIVERS", "RD_MOB");
+    Lance(Etape::RevenusFonciers);
+    lignes.Ajoute("RDIVERS", "RD_FON");
+    Lance(Etape::RevenusDivers);
+    lignes.AjouteTout("RDIVERS", {"RD_AUTRE", "RD_GAINS", "RD_GAINS_1TZ", "RD_PV_BAREME"});
+    lignes.Soustrait("RDIVERS", "RD_DEFICIT");
+    lignes.AjouteTout("RREEL", {"RR_BA", "RR_BA_DEF", "RR_BIC_P", "RR_BIC_NP", "RR_BIC_NP_DEF_REP", "RR_BIC_NP_LM",
+                                "RR_BIC_NP_LM_DEF_REP", "RR_BNC_P", "RR_BNC_NP", "RR_BNC_NP_DEF_REP"});
+    lignes.AjouteTout("TOT_R_BRUT", {"RNORMAL", "RDIVERS", "RREEL"});
 
-    if (S["RNORMAL"] + S["RREEL"] != 0) S["SEPAR_REV"] = 1;
+    if (SommeS({"RNORMAL", "RREEL"}) != 0) S["SEPAR_REV"] = 1;
     if (SommeS({"RD_RENTES", "RD_MOB_MONT", "RD_MOB_MAJO", "RD_MOB_DEMI_BASE", "RD_MOB_FRAIS", "RD_FON", "RD_FON_DEF",
                 "RD_AUTRE", "RD_GAINS_2_Rev", "RD_DEFICIT"}) != 0)
         S["SEPAR_REV_DIV"] = 1;
 }
 
-void CCalcul_N::RevenusSalaires(Passe passe) {
-    const kv::Etape etape(m_trace, u"4:RevenusSalaires");
-    CDataCalcul& data = *m_pData;
-    auto& memoire = m_travail.salaires;
-
+MembresCalcules Salaires::Membres() const {
     MembresCalcules calcules;
-    for (std::size_t i = 0; i < kv::nMembres; ++i) {
+    for (std::size_t i = 0; i < nMembres; ++i) {
         calcules[i].gains = Somme(E, membres[i].gains);
         calcules[i].salaires = Somme(E, membres[i].salaires) + calcules[i].gains;
         calcules[i].frais = E[membres[i].fraisReels];
         calcules[i].pensions = Somme(E, membres[i].pensions);
     }
+    return calcules;
+}
 
-    data.Annule("RN_SAL_DED_10_SEULEMENT");
-    if (Total(calcules, &MembreCalcule::salaires) + Total(calcules, &MembreCalcule::frais) > 0) {
-        const Seuils seuils{IDX(430), IDX(947), IDX(12305)};
-        for (std::size_t i = 0; i < kv::nMembres; ++i) {
-            const bool declarant = i < 2;
-            Deduit(calcules[i], memoire[i], E[membres[i].plancherMajore] != 0, declarant, seuils, passe);
-            C[ColonneDe(i)]["RN_SAL_DED_10_SEULEMENT"] += calcules[i].deduction;
-            ChoisitDeduction(calcules[i], memoire[i], declarant, passe);
-        }
+void Salaires::DeduitFrais(MembresCalcules& calcules) {
+    lignes.Annule("RN_SAL_DED_10_SEULEMENT");
+    if (Total(calcules, &MembreCalcule::salaires) + Total(calcules, &MembreCalcule::frais) <= 0) return;
+    const Seuils seuils{IDX(430), IDX(947), IDX(12305)};
+    for (std::size_t i = 0; i < nMembres; ++i) {
+        MembreCalcule& t = calcules[i];
+        const bool declarant = i < 2;
+        const std::int32_t plancher = E[membres[i].plancherMajore] != 0 ? seuils.plancherMajore : seuils.plancher;
+        Deduit(t, memoire.salaires[i], plancher, seuils.plafond, faits.passe);
+        if (declarant && t.salaires > 0 && faits.passe != Passe::TK)
+            t.deductionDesGains = nProrata(t.deduction, t.gains, t.salaires);
+        C[ColonneDe(i)]["RN_SAL_DED_10_SEULEMENT"] += t.deduction;
+        ChoisitDeduction(t, memoire.salaires[i], declarant, faits.passe);
     }
-    AbatPensions(calcules, memoire, IDX(383), IDX(3752), passe);
+}
 
+void Salaires::RevenusSalaires() {
+    MembresCalcules calcules = Membres();
+    DeduitFrais(calcules);
+    AbatPensions(calcules, memoire.salaires, IDX(383), IDX(3752), faits.passe);
+    EcritSalairesEtPensions(calcules);
+    EcritGains(calcules);
+    EcritPartsNettes(calcules);
+}
+
+void Salaires::EcritSalairesEtPensions(const MembresCalcules& calcules) {
     for (const CaseSortie ligne : {CaseSortie("RN_SAL_SAIS"), CaseSortie("RN_PEN_DECL"), CaseSortie("RN_SAL_DED_10"),
                                    CaseSortie("RN_PEN_ABAT"), CaseSortie("RQ_GAINS"), CaseSortie("RD_GAINS")})
-        data.Annule(ligne);
-    for (std::size_t i = 0; i < kv::nMembres; ++i) {
+        lignes.Annule(ligne);
+    for (std::size_t i = 0; i < nMembres; ++i) {
         const MembreCalcule& t = calcules[i];
-        auto& colonne = C[ColonneDe(i)];
+        Colonne& colonne = C[ColonneDe(i)];
         colonne["RN_SAL_SAIS"] += t.salaires - t.gains;
         colonne["RN_PEN_DECL"] += t.pensions;
         colonne["RN_SAL_DED_10"] += t.frais - t.fraisDesGains + t.deduction - t.deductionDesGains;
@@ -207,26 +222,30 @@ void CCalcul_N::RevenusSalaires(Passe passe) {
     }
     for (const CaseSortie ligne :
          {CaseSortie("RN_SAL_SAIS"), CaseSortie("RN_PEN_DECL"), CaseSortie("RN_SAL_DED_10"), CaseSortie("RN_PEN_ABAT")})
-        data.Totalise(ligne);
-    data.Copie("RN_SAL", "RN_SAL_SAIS");
-    data.Soustrait("RN_SAL", "RN_SAL_DED_10");
-    data.Copie("RN_PEN", "RN_PEN_DECL");
-    data.Soustrait("RN_PEN", "RN_PEN_ABAT");
+        lignes.Totalise(ligne);
+    lignes.Copie("RN_SAL", "RN_SAL_SAIS");
+    lignes.Soustrait("RN_SAL", "RN_SAL_DED_10");
+    lignes.Copie("RN_PEN", "RN_PEN_DECL");
+    lignes.Soustrait("RN_PEN", "RN_PEN_ABAT");
+}
 
-    if (calcules[0].gains + calcules[1].gains > 0) {
-        for (std::size_t k = 0; k < 2; ++k) {
-            const MembreCalcule& t = calcules[k];
-            C[k]["RD_GAINS_2_Rev"] = t.gains;
-            C[k]["RD_GAINS_2_Ded"] = nProrata(t.deductionDesGains + t.fraisDesGains, t.gains, t.gains);
-        }
-        data.Totalise("RD_GAINS_2_Rev");
-        data.Totalise("RD_GAINS_2_Ded");
-        data.Copie("RD_GAINS", "RD_GAINS_2_Rev");
-        data.Soustrait("RD_GAINS", "RD_GAINS_2_Ded");
-    }
+// Share gains taxed as salaries, each declarant's less their part of the deduction.
+void Salaires::EcritGains(const MembresCalcules& calcules) {
     S["RD_GAINS_1TZ"] = E["1TZ"];
+    if (calcules[0].gains + calcules[1].gains <= 0) return;
+    for (std::size_t k = 0; k < 2; ++k) {
+        const MembreCalcule& t = calcules[k];
+        C[k]["RD_GAINS_2_Rev"] = t.gains;
+        C[k]["RD_GAINS_2_Ded"] = nProrata(t.deductionDesGains + t.fraisDesGains, t.gains, t.gains);
+    }
+    lignes.Totalise("RD_GAINS_2_Rev");
+    lignes.Totalise("RD_GAINS_2_Ded");
+    lignes.Copie("RD_GAINS", "RD_GAINS_2_Rev");
+    lignes.Soustrait("RD_GAINS", "RD_GAINS_2_Ded");
+}
 
-    // Income exempt but counted elsewhere, net of the member's flat deduction.
+// Income exempt but counted elsewhere, net of the member's flat deduction.
+void Salaires::EcritPartsNettes(const MembresCalcules& calcules) {
     struct PartNette {
         CaseEntree box[2];
         CaseSortie sortie;
@@ -245,9 +264,7 @@ void CCalcul_N::RevenusSalaires(Passe passe) {
     }
 }
 
-void CCalcul_N::RentesViageres() {
-    const kv::Etape etape(m_trace, u"5:RentesViageres");
-
+void Salaires::RentesViageres() {
     // The taxable share falls with the age at the first payment.
     struct Tranche {
         CaseSortie sortie;
@@ -263,9 +280,17 @@ void CCalcul_N::RentesViageres() {
     S["RD_RENTES"] = 0;
     for (const Tranche& t : tranches) {
         const std::int32_t base = E[t.francaise] + E[t.etrangere];
-        m_pData->BaseEtTaux(t.sortie, base, t.taux);
+        lignes.BaseEtTaux(t.sortie, base, t.taux);
         S[t.sortie] = nPourcent(base, t.taux);
-        Detail[t.sortie] = IntToStr(base) + u" x " + IntToStr(t.taux) + u"%";
+        Detail[t.sortie] = Texte::BaseAuTaux(base, t.taux);
         S["RD_RENTES"] += S[t.sortie];
     }
 }
+
+}  // namespace
+
+void RevenusBrut(Contexte& c) { Salaires(c).RevenusBrut(); }
+void RevenusSalaires(Contexte& c) { Salaires(c).RevenusSalaires(); }
+void RentesViageres(Contexte& c) { Salaires(c).RentesViageres(); }
+
+}  // namespace kv

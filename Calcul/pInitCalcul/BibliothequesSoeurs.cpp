@@ -34,37 +34,37 @@ static_assert(std::size(codesOutreMer) == 37);
 }  // namespace
 
 void KV_Calcul_Report(std::u16string repertoire) {
-    kv::Garde(kv::sourceExports, [&] {
+    kv::Protege(kv::sourceExports, [&] {
         const std::u16string fichier = std::u16string(u"KVCOMMUN") + kv::Bibliotheque::extension;
         kv::Bibliotheque soeur(repertoire, fichier);
         if (!soeur) return NUBErreur(u"Impossible de charger : KVCOMMUN");
         const auto pourcentage = soeur.Fonction<ObtenirPourcentageBareme>("@ObtenirPourcentageBareme$qqrrxi");
         if (!pourcentage) return NUBErreur(u"Impossible de charger la fonction ObtenirPourcentageBareme");
-        soeur.Garde();  // before the call: an exception that it throws is the library's own
+        soeur.Conserve();  // before the call: an exception that it throws is the library's own
         const std::int32_t annee = 2017;
         KV_CalculReports(kv::session, nullptr, pourcentage(annee));
     });
 }
 
 void KV_Calcul_RemplirStructure(std::int32_t numero, std::u16string repertoire, std::int16_t valeur) {
-    kv::Garde(kv::sourceExports, [&] {
+    kv::Protege(kv::sourceExports, [&] {
         const std::u16string fichier = u"KV" + IntToStr(numero) + u"_" + u"COMMUN" + u".dll";
         kv::Bibliotheque soeur(repertoire, fichier);
         if (!soeur) return NUBErreur(u"Impossible de charger : " + fichier);
         const auto casDeTest = soeur.Fonction<GoCalcCasDeTest>("_GoCalcCasDeTest");
         if (!casDeTest) return NUBErreur(u"Impossible de charger la fonction GoCalcCasDeTest");
-        soeur.Garde();
+        soeur.Conserve();
         casDeTest(0, valeur, 0, 0, 0, 0, 1, 0, kv::session);
     });
 }
 
 void KV_InitDomTom(std::u16string* codes) {
     if (!codes) return;
-    kv::Garde(kv::sourceExports, [&] {
+    kv::Protege(kv::sourceExports, [&] {
         for (const std::u16string_view code : codesOutreMer) *codes++ = code;
     });
 }
 
 void KV_InitReport() {
-    kv::Garde(kv::sourceExports, [] {});
+    kv::Protege(kv::sourceExports, [] {});
 }

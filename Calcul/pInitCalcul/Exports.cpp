@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cassert>
 #include <new>
 
@@ -35,7 +36,7 @@ CDataCalcul* Recommence() {
 // A map number that a host hands over.
 bool MapExiste(std::int32_t map) {
     if (bIsEntre(map, 0, kv::nQuotients - 1)) return true;
-    kv::Garde(kv::sourceExports, [&] { NUBErreur(u"Map de quotients inconnue : " + IntToStr(map)); });
+    kv::Protege(kv::sourceExports, [&] { NUBErreur(u"Map de quotients inconnue : " + IntToStr(map)); });
     return false;
 }
 
@@ -88,11 +89,9 @@ void KV_CalculReports(CDataCalcul* data, const TPeriode* periode, double tauxInd
 }
 
 void KV_RempliBareme(TrancheBareme* bareme, std::int32_t annee) {
-    kv::Bareme tranches;
     if (!bareme) return;
     if (annee != 2017) return NUBErreur(u"Aucun barème pour cette année");
-    kv::RemplitBareme(tranches, annee);
-    std::copy(tranches.begin(), tranches.end(), bareme);
+    std::copy(kv::bareme2017.begin(), kv::bareme2017.end(), bareme);
 }
 
 void CalculBareme(const EntreeBareme* entree, SortieBareme* sortie, double tauxIndexation) {
@@ -109,7 +108,7 @@ CaseReportDef ReportInit(const void*, std::int32_t index) { return Fiche(TableRe
 void AddValQuotient(CDataCalcul* data, const std::int32_t* map, const std::int32_t* coefficient,
                     const std::int32_t* montant) {
     if (!data || !map || !coefficient || !montant || !MapExiste(*map)) return;
-    kv::Garde(kv::sourceExports, [&] { data->AjouteQuotient(*map, *coefficient, *montant); });
+    kv::Protege(kv::sourceExports, [&] { data->AjouteQuotient(*map, *coefficient, *montant); });
 }
 
 std::int32_t GetValQuotient(const CDataCalcul* data, const std::int32_t* map, const std::int32_t* coefficient) {

@@ -28,7 +28,7 @@ std::int32_t* Report(CDataCalcul& d, const CaseReportDef& c) { return &d.Report.
 
 template <class Table, class Valeur>
 MapList Exporte(const Table& table, Valeur valeur) {
-    return kv::Garde(
+    return kv::Protege(
         kv::sourceExports,
         [&] {
             MapList map;
@@ -61,7 +61,7 @@ MapList KV_Calcul_RemplirMapSortie() { return Exporte(TableSortie, Sortie); }
 MapList KV_Calcul_RemplirMapReport() { return Exporte(TableReport, Report); }
 
 MapQuotients KV_Calcul_RemplirMapQuotient() {
-    return kv::Garde(
+    return kv::Protege(
         kv::sourceExports,
         [] {
             MapQuotients quotients;
@@ -80,7 +80,7 @@ MapQuotients KV_Calcul_RemplirMapQuotient() {
 
 void KV_Calcul_RemplirStructureParMapEntree(MapList entrees, MapDouble, MapList ti, MapList tix, MapList tiy,
                                             MapList tk, MapList tkz) {
-    kv::Garde(kv::sourceExports, [&] {
+    kv::Protege(kv::sourceExports, [&] {
         if (!session) return;
         for (const CaseEntreeDef& fiche : TableEntree) {
             Charge(entrees, fiche, Entree);

@@ -25,8 +25,7 @@ TEST(Bareme, AQuotientOnABoundStaysInTheLowerBracket) {
     EXPECT_EQ(r["TOT_IMPOT"], 2419);              // 3792.04 - 1372.98
     EXPECT_EQ(r["TAUX_MARGINAL_3"], 1400);
 
-    kv::Bareme bareme{};
-    kv::RemplitBareme(bareme, 2017);
+    const kv::Bareme& bareme = kv::bareme2017;
     const struct {
         std::int32_t revenu, parts, impot, taux;
     } cas[] = {

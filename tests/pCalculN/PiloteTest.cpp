@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <cstdlib>
 #include <new>
-#include <optional>
 #include <thread>
 
-#include "Calcul/cCalcul/Transferts.h"
+#include "support/Trace.h"
 #include "tests/Foyer.h"
 #include "tests/Hasard.h"
 #include "tests/Messages.h"
@@ -106,6 +105,22 @@ TEST(Pilote, LaunchesAgree) {
     }
 }
 
+// The trace is written beside the computation, and changes nothing of it.
+TEST(Pilote, TracedAndUntracedLaunchesAgree) {
+    for (const bool options : {false, true}) {
+        auto sans = RetoursAuHasard(31, 12), avec = RetoursAuHasard(31, 12);
+        const test::RepertoireDeTrace repertoire;
+        for (Retour& retour : sans) ASSERT_TRUE(Lance(retour.Data(), options));
+        EXPECT_TRUE(repertoire.Lignes().empty());
+        repertoire.PoseMarqueur();
+        for (std::size_t i = 0; i < avec.size(); ++i) {
+            ASSERT_TRUE(Lance(avec[i].Data(), options));
+            EXPECT_TRUE(test::MemesSorties(sans[i].Data(), avec[i].Data())) << i;
+        }
+        EXPECT_FALSE(repertoire.Lignes().empty());
+    }
+}
+
 TEST(Pilote, TwoThreadsFindWhatOneFinds) {
     auto seuls = RetoursAuHasard(7, 16), ensemble = RetoursAuHasard(7, 16);
     for (Retour& retour : seuls) ASSERT_TRUE(Lance(retour.Data()));
@@ -163,22 +178,17 @@ TEST(Pilote, AStepThatThrowsLeavesTheReturnAsTheHostGaveIt) {
     }
 }
 
-// The end of a move writes a trace line; it must put the boxes back also when there is no memory for the line.
-TEST(PiloteDeathTest, AMoveEndsWithoutMemoryForItsTrace) {
-    const auto fin = [] {
-        Retour retour = RetourComplet();
-        const Donnees avant(retour.Data());
+// A line that can't be written for lack of memory is reported as coming from the steps, and the launch goes on.
+TEST(PiloteDeathTest, ATraceWithoutMemory) {
+    const auto ecrit = [] {
         kv::Trace trace;
         trace.m_bTrace = true;
         trace.m_sFichierTrace = u"/dev/null";
-        std::optional<kv::TransfertTI> ti(std::in_place, retour.Data(), trace);
-        {
-            const MemoireCourte memoire(1, true);
-            ti.reset();
-        }
-        std::_Exit(Donnees(retour.Data()) == avant ? 0 : 1);
+        const MemoireCourte memoire(1, true);
+        trace.Valeur(u"s(TAUX_PAS)", 12345678);
+        std::_Exit(0);
     };
-    EXPECT_EXIT(fin(), testing::ExitedWithCode(0), "\\(Calcul/pCalculN ligne : ");
+    EXPECT_EXIT(ecrit(), testing::ExitedWithCode(0), "\\(Calcul/pCalculN ligne : ");
 }
 
 TEST(Pilote, TheScaleShortcut) {

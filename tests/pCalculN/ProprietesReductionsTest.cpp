@@ -29,51 +29,59 @@ std::int32_t Somme(const Resultat& r, std::initializer_list<std::string_view> de
     return somme;
 }
 
+// The lines of one imputation, empty at first.
+struct Essai {
+    std::unique_ptr<kv::Lignes> lignes = std::make_unique<kv::Lignes>();
+    Imputation imputation;
+
+    explicit Essai(std::int32_t reste, bool sansAvantages = false) : imputation(*lignes, sansAvantages) {
+        imputation.FixeReste(reste);
+    }
+    std::int32_t operator[](CaseSortie ligne) const { return lignes->Lit(ligne).valeur; }
+    std::int32_t C(std::size_t colonne, CaseSortie ligne) const { return lignes->Lit(ligne).colonnes[colonne - 1]; }
+};
+constexpr CaseSortie report = "NP1_REPORT_7R7";
+
+// Whatever is imputed, what is due stands in the line and in next year's return.
 TEST(ProprietesImputation, TheRemainingTaxAndTheYearGroupsBalance) {
     HasardReductions hasard(20170401);
     for (int n = 0; n < 200; ++n) {
-        CDataCalcul data;
-        Imputation imputation(data);
         const std::int32_t depart = hasard.Montant(100000);
-        imputation.FixeReste(depart);
+        Essai essai(depart);
+        Imputation& imputation = essai.imputation;
         Imputation::Totaux attendus{};
         std::int32_t horsGroupes = 0;
         for (std::size_t i = 0; i < 30; ++i) {
             const auto niche = static_cast<Niche>(hasard.Entre(0, 7));
             const std::int32_t base = hasard.Montant(40000), avant = imputation.Reste();
             const CaseSortie ligne = Ligne(i);
-            switch (hasard.Entre(0, 3)) {
+            const std::int32_t dejaReporte = essai[report];
+            std::int32_t du;
+            switch (hasard.Entre(0, 2)) {
                 case 0:
-                    imputation.Impute(niche, ligne, base);
-                    EXPECT_EQ(data.Sortie[ligne], std::min(base, avant));
+                    du = std::min(nPourcent(std::min(base, 10000), 25), 2000);
+                    EXPECT_EQ(imputation.Impute({ligne, niche, 25, base, 10000, 2000, report}), base > 0);
+                    EXPECT_EQ(essai.C(2, ligne), std::min(base, 10000));
                     break;
                 case 1:
-                    EXPECT_EQ(imputation.Taux(niche, ligne, 25, base, 10000), base > 0);
-                    EXPECT_EQ(data.Colonne[1][ligne], std::min(base, 10000));
+                    du = base;
+                    imputation.ImputeOuMontre(
+                        {.ligne = ligne, .niche = niche, .taux = 100, .base = base, .report = report});
                     break;
-                case 2: {
-                    const CaseSortie report = "NP1_DT_HRA";
-                    data.Sortie[report] = 0;
-                    imputation.Entiere(niche, ligne, report, base);
-                    EXPECT_EQ(data.Sortie[ligne] + data.Sortie[report], base);
-                    break;
-                }
-                default: {
-                    const CaseSortie report = "NP1_REPORT_7R7";
-                    const std::int32_t dejaReporte = data.Sortie[report], dejaSuivante = data.Sortie["NP1_7S12"];
-                    imputation.Etalee(niche, ligne, 40, base, 30000, 5, "NP1_7S12", 4, report);
-                    const std::int32_t annuite = data.Sortie["NP1_7S12"] - dejaSuivante;
-                    EXPECT_EQ(annuite, nPourcent(nArrondi(std::min(base, 30000) / 5.0), 40));
-                    EXPECT_EQ(data.Sortie[ligne] + data.Sortie[report] - dejaReporte, annuite);
-                    EXPECT_EQ(data.Sortie["NP4_7S12"], data.Sortie["NP1_7S12"]);
-                }
+                default:
+                    du = nPourcent(nArrondi(std::min(base, 30000) / 5.0), 40);
+                    const auto annuite = imputation.ImputeAnnuite(
+                        {.ligne = ligne, .niche = niche, .taux = 40, .base = base, .plafond = 30000, .report = report},
+                        5);
+                    EXPECT_EQ(annuite.value_or(0), du);
             }
-            EXPECT_GE(imputation.Reste(), 0);
-            EXPECT_EQ(avant - imputation.Reste(), data.Sortie[ligne]);
+            EXPECT_EQ(essai[ligne], std::min(du, avant));
+            EXPECT_EQ(essai[ligne] + essai[report] - dejaReporte, du);
+            EXPECT_EQ(avant - imputation.Reste(), essai[ligne]);
             if (niche == Niche::HorsPlafond || niche == Niche::ToujoursActive)
-                horsGroupes += data.Sortie[ligne];
+                horsGroupes += essai[ligne];
             else
-                attendus[static_cast<std::size_t>(niche) - 1] += data.Sortie[ligne];
+                attendus[static_cast<std::size_t>(niche) - 1] += essai[ligne];
         }
         EXPECT_EQ(imputation.LisTotaux(), attendus);
         EXPECT_EQ(depart - imputation.Reste(), std::accumulate(attendus.begin(), attendus.end(), horsGroupes));
@@ -83,18 +91,17 @@ TEST(ProprietesImputation, TheRemainingTaxAndTheYearGroupsBalance) {
 TEST(ProprietesImputation, GivingBackUndoesAnImputation) {
     HasardReductions hasard(20170402);
     for (int n = 0; n < 100; ++n) {
-        CDataCalcul data;
-        Imputation imputation(data);
         const auto niche = static_cast<Niche>(hasard.Entre(0, 7));
         const std::int32_t depart = hasard.Montant(100000), credit = hasard.Montant(5000);
-        imputation.FixeReste(depart);
+        Essai essai(depart);
+        Imputation& imputation = essai.imputation;
         imputation.Note(niche, "D_ENFANTS_CESU", credit);
         const Imputation::Totaux totaux = imputation.LisTotaux();
         EXPECT_EQ(imputation.Reste(), depart);  // a credit takes nothing from the tax, but counts
         EXPECT_EQ(std::accumulate(totaux.begin(), totaux.end(), 0),
                   niche == Niche::HorsPlafond || niche == Niche::ToujoursActive ? 0 : credit);
-        imputation.Impute(niche, Ligne(0), hasard.Montant(200000));
-        imputation.Rend(niche, Ligne(1), data.Sortie[Ligne(0)]);
+        imputation.Impute({Ligne(0), niche, 100, hasard.Montant(200000)});
+        imputation.Rend(niche, Ligne(1), essai[Ligne(0)]);
         EXPECT_EQ(imputation.Reste(), depart);
         EXPECT_EQ(imputation.LisTotaux(), totaux);
     }
@@ -104,22 +111,17 @@ TEST(ProprietesImputation, WithoutAdvantagesOnlyWhatLiesOutsideTheCapIsImputed) 
     for (int n = 0; n < 8; ++n) {
         const auto niche = static_cast<Niche>(n);
         const bool hors = niche == Niche::HorsPlafond || niche == Niche::ToujoursActive;
-        CDataCalcul data;
-        Imputation imputation(data);
-        imputation.SansAvantages(true);
-        imputation.FixeReste(1000);
-        imputation.Impute(niche, Ligne(0), 100);
-        EXPECT_EQ(imputation.Taux(niche, Ligne(1), 50, 200), hors);
-        EXPECT_EQ(imputation.Fraction(niche, Ligne(2), "NP1_REPORT_7R5", 100), hors);
-        EXPECT_EQ(imputation.Etalee(niche, Ligne(3), 10, 9000, 9000, 9, "NP1_7S12", 4, {}), hors);
+        Essai essai(1000, true);
+        Imputation& imputation = essai.imputation;
+        EXPECT_EQ(imputation.Impute({Ligne(1), niche, 50, 200}), hors);
+        EXPECT_EQ(imputation.ImputeAnnuite({Ligne(3), niche, 10, 27000}, 9), hors ? std::optional(300) : std::nullopt);
         EXPECT_EQ(imputation.Reste(), hors ? 600 : 1000);
-        EXPECT_EQ(data.Colonne[0][Ligne(1)], hors ? 200 : 0);
-        EXPECT_EQ(data.Sortie["NP1_7S12"], hors ? 100 : 0);
+        EXPECT_EQ(essai.C(1, Ligne(1)), hors ? 200 : 0);
         // A full line still shows what could have been imputed, and carries nothing.
-        imputation.Entiere(niche, Ligne(4), "NP1_DT_HRA", 5000);
-        EXPECT_EQ(data.Sortie[Ligne(4)], hors ? 600 : 1000);
-        EXPECT_EQ(data.Colonne[1][Ligne(4)], 5000);
-        EXPECT_EQ(data.Sortie["NP1_DT_HRA"], hors ? 4400 : 0);
+        imputation.ImputeOuMontre({.ligne = Ligne(4), .niche = niche, .taux = 100, .base = 5000, .report = report});
+        EXPECT_EQ(essai[Ligne(4)], hors ? 600 : 1000);
+        EXPECT_EQ(essai.C(2, Ligne(4)), 5000);
+        EXPECT_EQ(essai[report], hors ? 4400 : 0);
         EXPECT_EQ(imputation.LisTotaux(), Imputation::Totaux{});
     }
 }

@@ -170,8 +170,8 @@ TEST(Quotient, EveryBox) {
                       {"5HC", 4000}, {"5II", 900},  {"5NK", 600},   {"5SC", 2500},  {"5SN", 300},  {"6DE", 800}};
     };
     const auto neutre = menage().Calcule();
-    for (std::size_t k = 0; k < kv::boites<kv::entree::Quotient>.size(); ++k) {
-        const CaseEntree box = kv::boites<kv::entree::Quotient>[k];
+    for (std::size_t k = 0; k < kv::casesMarquees<kv::entree::Quotient>.size(); ++k) {
+        const CaseEntree box = kv::casesMarquees<kv::entree::Quotient>[k];
         SCOPED_TRACE(kv::entree::lignes[box.numero].nom);
         const auto quotient = [&](std::int32_t coefficient, std::int32_t montant) {
             return menage().Quotient(CaseQuotient::Numero(static_cast<int>(k)), coefficient, montant).Calcule();

@@ -28,25 +28,23 @@ void Chaque(const auto& fait, const Tables&... tables) {
 // The table rows, whatever their kind, as what imputes on the tax.
 struct Rangee {
     CaseSortie sortie;
-    CaseEntree entree;
+    CaseEntree entree;  // none where the base is computed
     kv::Niche niche;
 };
 std::vector<Rangee> Rangees() {
     std::vector<Rangee> rangees;
-    const auto ligne = [&](const auto& l) { rangees.push_back({l.sortie, l.entree, l.niche}); };
-    const auto imbriquee = [&](const auto& l) { ligne(l.ligne); };
-    Chaque(ligne, r::premieresLignes, om::lignesSimples);
-    Chaque(imbriquee, r::lignesDons);
-    Chaque(ligne, r::fractionsDeLAnnee, r::investissementsDeLAnnee, r::souscriptions, r::souscriptionsPME,
-           r::reductionsExcedentaires, r::travauxForestiers, r::residencesDeTourisme, r::meubleReporte,
-           r::locatifAncien, r::locatifFractions, r::locatifRecent, r::meubleAncien, r::meuble2010, r::meubleFractions,
-           r::meubleRecent);
-    Chaque(imbriquee, r::patrimoine);
-    Chaque(ligne, r::immeublesRestaures, om::lignesReportees);
+    r::TousLesGroupes([&](const auto& groupe) {
+        for (const auto& ligne : groupe) {
+            if constexpr (requires { ligne.ligne; })
+                rangees.push_back({ligne.ligne.sortie, ligne.ligne.entree, ligne.ligne.niche});
+            else if constexpr (requires { ligne.college; })
+                rangees.push_back({ligne.sortie, ligne.college, ligne.niche});
+            else
+                rangees.push_back({ligne.sortie, ligne.entree, ligne.niche});
+        }
+    });
     return rangees;
 }
-// Reductions written by a step of their own, outside the tables.
-const std::set<std::string> horsTables = {"U_REDUC_7XX", "U_FOREST_ACQU"};
 
 std::set<std::string> SortiesDe(std::string_view debut) {
     std::set<std::string> noms;
@@ -62,8 +60,9 @@ std::set<std::string> Sauf(std::set<std::string> noms, const std::set<std::strin
 TEST(TablesReductions, EachOutputIsReachedByOneRowFromTheBoxOfItsName) {
     std::set<std::string> sorties, entrees;
     for (const Rangee& rangee : Rangees()) {
-        ASSERT_TRUE(rangee.sortie && rangee.entree);
         EXPECT_TRUE(sorties.insert(Nom(rangee.sortie)).second) << Nom(rangee.sortie);
+        if (Nom(rangee.sortie) == "U_ETR_REV_TK") continue;  // of computed figures
+        ASSERT_TRUE(rangee.entree) << Nom(rangee.sortie);
         EXPECT_TRUE(entrees.insert(Nom(rangee.entree)).second) << Nom(rangee.entree);
         for (const std::string debut : {"U_REDUC_", "U_DT_"})
             if (Nom(rangee.sortie).starts_with(debut)) {
@@ -74,7 +73,7 @@ TEST(TablesReductions, EachOutputIsReachedByOneRowFromTheBoxOfItsName) {
 }
 
 TEST(TablesReductions, EveryReductionOfTheCatalogueHasItsRow) {
-    std::set<std::string> ecrites = horsTables;
+    std::set<std::string> ecrites;
     for (const Rangee& rangee : Rangees()) ecrites.insert(Nom(rangee.sortie));
     for (const auto& l : om::lignesRetrocedees)
         for (const CaseSortie c : {l.nonRetrocede, l.retrocede, l.excedent})
@@ -162,7 +161,7 @@ TEST(TablesReductions, LaterFractionsRunToTheEndOfTheLine) {
         {"7YP 7YO 7YN 7YM 7OJ 7OI 7OH 7OG 7OF 7FK 7BI 7DI", 5},
         {"7YW 7YV 7YU 7YT 7OO 7ON 7OM 7OL 7OK 7FR 7CZ 7EZ", 6},
         {"7WW 7WV 7WU 7WT 7OT 7OS 7OR 7OQ 7OP 7FV 7RZ 7TZ", 7},
-        {"7YS 7YR 7YQ 7ZM 7ZN 7HU 7HT 7HZ 7HX 7HW 7HV 7IR 7IQ 7IP", 1},
+        {"7UY 7UZ 7YS 7YR 7YQ 7ZM 7ZN 7HU 7HT 7HZ 7HX 7HW 7HV 7IR 7IQ 7IP", 1},
         {"7YL 7YK 7YJ 7HS 7HR 7IK", 0},
     };
     std::map<std::string, int> attendues;
@@ -182,8 +181,10 @@ TEST(TablesReductions, LaterFractionsRunToTheEndOfTheLine) {
         EXPECT_EQ(nombre, attendue == attendues.end() ? 0 : attendue->second) << code;
         if (attendue != attendues.end()) attendues.erase(attendue);
     };
-    Chaque(verifie, r::fractionsDeLAnnee, r::investissementsDeLAnnee, r::meubleReporte, r::locatifAncien,
-           r::locatifFractions, r::locatifRecent, r::meubleAncien, r::meuble2010, r::meubleFractions, r::meubleRecent);
+    r::TousLesGroupes([&](const auto& groupe) {
+        for (const auto& ligne : groupe)
+            if constexpr (requires { ligne.suivantes; }) verifie(ligne);
+    });
     EXPECT_TRUE(attendues.empty()) << attendues.begin()->first;
 }
 
@@ -200,11 +201,15 @@ TEST(TablesReductions, YearlyAmountsStandInConsecutiveBoxes) {
                 EXPECT_EQ(Nom(l.premiere + i), "NP" + std::to_string(i + 1) + premiere.substr(3));
         },
         r::investissementsDeLAnnee, r::locatifAncien, r::locatifRecent, r::meuble2010, r::meubleRecent);
-    // The first row of a table has a ceiling of its own, but where the ceiling comes from the table before it.
-    EXPECT_TRUE(r::investissementsDeLAnnee[0].enveloppeNeuve && r::locatifAncien[0].enveloppeNeuve &&
-                r::locatifRecent[0].enveloppeNeuve && r::meubleRecent[0].enveloppeNeuve);
-    EXPECT_FALSE(r::meuble2010[0].enveloppeNeuve);
-    EXPECT_EQ(Nom(std::end(r::locatifAncien)[-1].entree), "7IR");
+    // The first row of a table has a ceiling of its own, but for the investments of 2010, which take what 7IR left of
+    // its.
+    for (const auto* premiere :
+         {&r::investissementsDeLAnnee[0], &r::locatifAncien[0], &r::locatifRecent[0], &r::meubleRecent[0]})
+        EXPECT_EQ(premiere->enveloppe, r::Enveloppe::Neuve) << Nom(premiere->entree);
+    EXPECT_EQ(r::meuble2010[0].enveloppe, r::Enveloppe::Ligne7IR);
+    const auto& ligne7IR = std::end(r::locatifAncien)[-1];
+    EXPECT_EQ(Nom(ligne7IR.entree), "7IR");
+    EXPECT_EQ(ligne7IR.enveloppe, r::Enveloppe::Neuve);
 }
 
 TEST(TablesReductions, TheListingShowsEveryRowOnce) {

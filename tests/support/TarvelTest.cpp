@@ -14,13 +14,13 @@ using test::Messages;
 
 TEST(Tarvel, TheGuardReportsToTheLogThenToTheUser) {
     const Messages messages;
-    EXPECT_EQ(kv::Garde(
+    EXPECT_EQ(kv::Protege(
                   "Calcul/essai", [] { return 7; }, -1),
               7);
     EXPECT_TRUE(messages.Recus().empty());
 
     const auto echoue = []() -> int { throw std::runtime_error("solde n\xC3\xA9gatif"); };
-    const int rendu = kv::Garde("Calcul/essai", echoue, -1);
+    const int rendu = kv::Protege("Calcul/essai", echoue, -1);
     const std::string debut = "(Calcul/essai ligne : " + std::to_string(__LINE__ - 1) + ") : ";
     EXPECT_EQ(rendu, -1);
     const std::vector<Messages::Message> attendus = {{Service::Error, debut + "solde n\xC3\xA9gatif"},
@@ -30,7 +30,7 @@ TEST(Tarvel, TheGuardReportsToTheLogThenToTheUser) {
 
 TEST(Tarvel, TheGuardHoldsWhateverIsThrown) {
     const Messages messages;
-    kv::Garde("Calcul/essai", [] { throw 42; });
+    kv::Protege("Calcul/essai", [] { throw 42; });
     ASSERT_EQ(messages.Recus().size(), 2u);
     const auto& [erreur, affichage] = std::pair(messages.Recus()[0], messages.Recus()[1]);
     EXPECT_EQ(erreur.service, Service::Error);

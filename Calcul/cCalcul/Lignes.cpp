@@ -1,0 +1,167 @@
+#include "Calcul/cCalcul/Lignes.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+#include <string_view>
+
+#include "support/KVTarvel.h"
+
+namespace kv {
+
+namespace {
+
+// The ceilings that contributions of later years may use.
+constexpr CaseSortie plafondsPERP[] = {
+    "NP1_PLAF_PERP_V",   "NP1_PLAF_PERP_C",   "NP1_PLAF_PERP_C_B", "NP1_PLAF_PERP_V_B", "NP1_PLAF_PERP_C_C",
+    "NP1_PLAF_PERP_V_C", "NP1_PLAF_PERP_C_A", "NP1_PLAF_PERP_V_A", "NP1_PLAF_PERP_C_0", "NP1_PLAF_PERP_V_0",
+};
+
+constexpr Sorties sortiesRazComplete = [] {
+    Sorties sorties;
+    for (int i = 0; i < nSorties; ++i) sorties.Ajoute(CaseSortie::Numero(i));
+    for (const CaseSortie plafond : plafondsPERP) sorties.Retire(plafond);
+    return sorties;
+}();
+
+template <class T>
+void Efface(T* valeurs, std::size_t nombre) {
+    std::memset(static_cast<void*>(valeurs), 0, nombre * sizeof(T));
+}
+
+// A text being written: no text is longer than the longest form with three numbers.
+class Ecriture {
+  public:
+    Ecriture& operator<<(std::u16string_view texte) {
+        m_taille += texte.copy(m_texte.data() + m_taille, m_texte.size() - m_taille);
+        return *this;
+    }
+    Ecriture& operator<<(std::int32_t n) { return Decimal(n, 0); }
+    // n divided by 10 to the power of decimales, without needless zeros.
+    Ecriture& Decimal(std::int64_t n, int decimales) {
+        if (n < 0) *this << u"-", n = -n;
+        std::int64_t unite = 1;
+        for (int i = 0; i < decimales; ++i) unite *= 10;
+        Entier(n / unite);
+        std::int64_t reste = n % unite;
+        if (reste == 0) return *this;
+        *this << u".";
+        while (reste != 0) {
+            unite /= 10;
+            Entier(reste / unite);
+            reste %= unite;
+        }
+        return *this;
+    }
+    std::u16string_view Texte() const { return {m_texte.data(), m_taille}; }
+
+  private:
+    void Entier(std::int64_t n) {
+        char chiffres[24];
+        const char* const fin = std::to_chars(chiffres, chiffres + sizeof chiffres, n).ptr;
+        for (const char* c = chiffres; c != fin; ++c) m_texte[m_taille++] = static_cast<char16_t>(*c);
+    }
+
+    std::array<char16_t, 96> m_texte;
+    std::size_t m_taille = 0;
+};
+
+}  // namespace
+
+void Texte::Ecrit(std::u16string& vers) const {
+    const auto [a, b, c] = m_nombres;
+    Ecriture texte;
+    switch (m_forme) {
+        case Forme::Nombre:
+            texte << a;
+            break;
+        case Forme::Taux:
+            texte.Decimal(a, 2) << u"%";
+            break;
+        case Forme::TauxEnDixiemes:
+            texte.Decimal(a, 1) << u"%";
+            break;
+        case Forme::TauxDeBase:
+            texte.Decimal(a, 2) << u"% x " << b;
+            break;
+        case Forme::BaseAuTaux:
+            texte << a << u" x " << b << u"%";
+            break;
+        case Forme::Fraction:
+            (texte.Decimal(a, 2) << u"/").Decimal(b, 2);
+            break;
+        case Forme::Personnes:
+            texte << a << u" personne(s)";
+            break;
+        case Forme::Enfants:
+            texte.Decimal(a, 1) << u" enfant(s)";
+            break;
+        case Forme::Proratise:
+            texte << a << u" sur " << b << u") proratisé (x " << c << u" / " << b;
+            break;
+    }
+    vers.assign(texte.Texte());
+}
+
+// Whole areas are cleared box by box word of the sets above, not in one go: a library may clear a large area byte by
+// byte.
+Lignes::Lignes() {
+    for (std::size_t mot = 0; mot < Sorties::nMots; ++mot) Efface(&m_lignes[64 * mot], 64);
+}
+
+void Lignes::RemetAZero(Raz raz) {
+    const Sorties& sorties = raz == Raz::Partielle ? sortiesRazPartielle : sortiesRazComplete;
+    m_touchees.Parcourt([&](std::size_t j) { m_lignes[j] = {}; }, sorties);
+    m_touchees.Retire(sorties);
+    m_notees.Retire(sorties);
+}
+
+void Lignes::ReprendPlafondsPERP(const CDataCalcul& data) {
+    for (const CaseSortie plafond : plafondsPERP)
+        Ecrit(plafond) = {data.Sortie[plafond],
+                          {data.Colonne[0][plafond], data.Colonne[1][plafond], data.Colonne[2][plafond]}};
+}
+
+void Lignes::EcritDans(CDataCalcul& data) const {
+    for (auto* zone : {&data.Colonne[0], &data.Colonne[1], &data.Colonne[2], &data.Sortie})
+        for (std::size_t j = 0; j < nSorties; j += 64)
+            Efface(&zone->valeurs[j], std::min<std::size_t>(64, nSorties - j));
+    m_touchees.Parcourt([&](std::size_t j) {
+        data.Sortie.valeurs[j] = m_lignes[j].valeur;
+        for (std::size_t k = 0; k < 3; ++k) data.Colonne[k].valeurs[j] = m_lignes[j].colonnes[k];
+    });
+    for (auto& texte : data.Detail.valeurs)
+        if (!texte.empty()) texte.clear();
+    m_notees.Parcourt([&](std::size_t j) { m_textes[j].Ecrit(data.Detail.valeurs[j]); });
+}
+
+void Lignes::Ajoute(CaseSortie vers, CaseSortie ligne) {
+    Ligne& somme = Ecrit(vers);
+    const Ligne& terme = Lit(ligne);
+    somme.valeur += terme.valeur;
+    for (std::size_t k = 0; k < 3; ++k) somme.colonnes[k] += terme.colonnes[k];
+}
+
+void Lignes::Soustrait(CaseSortie vers, CaseSortie ligne) {
+    Ligne& somme = Ecrit(vers);
+    const Ligne& terme = Lit(ligne);
+    somme.valeur -= terme.valeur;
+    for (std::size_t k = 0; k < 3; ++k) somme.colonnes[k] -= terme.colonnes[k];
+}
+
+void Lignes::AjouteTout(CaseSortie vers, std::initializer_list<CaseSortie> lignes) {
+    for (const CaseSortie ligne : lignes) Ajoute(vers, ligne);
+}
+
+void Lignes::Totalise(CaseSortie ligne) {
+    Ligne& l = Ecrit(ligne);
+    l.valeur = l.colonnes[0] + l.colonnes[1] + l.colonnes[2];
+}
+
+void Lignes::BaseEtTaux(CaseSortie ligne, std::int32_t base, std::int32_t taux) {
+    Ligne& l = Ecrit(ligne);
+    l.colonnes[1] = base;
+    l.colonnes[2] = taux;
+}
+
+}  // namespace kv

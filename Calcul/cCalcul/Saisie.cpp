@@ -1,0 +1,75 @@
+#include "Calcul/cCalcul/Saisie.h"
+
+#include "Calcul/cCalcul/Catalogues.h"
+#include "support/KVTarvel.h"
+
+namespace kv {
+
+std::int32_t Exceptionnels::De(CaseEntree box, std::int32_t coefficient) const {
+    for (const Montant& m : montants)
+        if (m.box == box && m.coefficient == coefficient) return m.montant;
+    return 0;
+}
+
+std::int32_t Exceptionnels::De(CaseEntree box) const {
+    std::int32_t total = 0;
+    for (const Montant& m : montants)
+        if (m.box == box) total += m.montant;
+    return total;
+}
+
+std::int32_t Exceptionnels::Excedent(CaseEntree box) const {
+    std::int32_t excedent = 0;
+    for (const Montant& m : montants)
+        if (m.box == box) excedent += m.montant - nArrondi(dDiv(m.montant, Diviseur(m.coefficient)));
+    return excedent;
+}
+
+Saisie LisSaisie(const CDataCalcul& data) {
+    Saisie saisie;
+    const auto lis = [](auto& vers, const auto& de) {
+        for (std::size_t i = 0; i < vers.valeurs.size(); ++i) vers.valeurs[i] = nValForc(de.valeurs[i], 0);
+    };
+    lis(saisie.entrees, data.Entree);
+    lis(saisie.TI, data.TI), lis(saisie.TIX, data.TIX), lis(saisie.TIY, data.TIY);
+    lis(saisie.TK, data.TK), lis(saisie.TKZ, data.TKZ);
+    for (const CaseEntree debut : {CaseEntree("5XC"), CaseEntree("5YC"), CaseEntree("5ZC")})
+        saisie[debut] = data.Entree[debut];
+    return saisie;
+}
+
+Exceptionnels LisExceptionnels(const CDataCalcul& data) {
+    Exceptionnels exceptionnels;
+    if (data.ListeQuotients.empty()) return exceptionnels;
+    for (const auto& quotient : data.ListeQuotients) exceptionnels.coefficients.push_back(quotient->nId);
+    for (std::size_t map = 0; map < data.MapsQuotients.size(); ++map)
+        for (const auto& [coefficient, montant] : data.MapsQuotients[map])
+            exceptionnels.montants.push_back({casesMarquees<entree::Quotient>[map], coefficient, nValForc(montant, 0)});
+    return exceptionnels;
+}
+
+void Replie(Saisie& saisie) {
+    struct Total {
+        CaseEntree total;
+        CaseEntree details[4];
+    };
+    static constexpr Total totaux[] = {
+        {"1AJ", {"1AG", "1NX", "1TP", "1PM"}},
+        {"1BJ", {"1BG", "1OX", "1UP", "1QM"}},
+        {"1CJ", {"1CG"}},
+        {"1DJ", {"1DG"}},
+        {"1EJ", {"1EG"}},
+        {"1FJ", {"1FG"}},
+        {"1AS", {"1AM"}},
+        {"1BS", {"1BM"}},
+        {"1CS", {"1CM"}},
+        {"1DS", {"1DM"}},
+        {"1ES", {"1EM"}},
+        {"1FS", {"1FM"}},
+    };
+    for (const auto& [total, details] : totaux)
+        for (const CaseEntree detail : details)
+            if (detail) saisie[total] += saisie[detail];
+}
+
+}  // namespace kv

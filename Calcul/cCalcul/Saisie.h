@@ -1,0 +1,51 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "Calcul/cCalcul/DataCalcul.h"
+
+// What a run of the computation starts from: a value of its own. A run over other inputs takes a changed copy.
+
+namespace kv {
+
+/// The entry boxes and the companion amounts of a return. Unset boxes count as 0, but for the start years of the farms.
+struct Saisie {
+    ZoneEntree entrees;
+    Zone<CaseTI, nTI> TI;
+    Zone<CaseTIX, nTIX> TIX, TIY;
+    Zone<CaseTK, nTK> TK, TKZ;
+
+    std::int32_t& operator[](CaseEntree c) { return entrees[c]; }
+    std::int32_t operator[](CaseEntree c) const { return entrees[c]; }
+};
+
+/// The exceptional income of a return, taxed by the quotient: amounts by box and coefficient.
+struct Exceptionnels {
+    struct Montant {
+        CaseEntree box;
+        std::int32_t coefficient;
+        std::int32_t montant;
+    };
+    std::vector<Montant> montants;           ///< by quotient map, then by coefficient
+    std::vector<std::int32_t> coefficients;  ///< in order of first appearance
+
+    /// The amount of a box for a coefficient, and over all coefficients; 0 for none.
+    std::int32_t De(CaseEntree box, std::int32_t coefficient) const;
+    std::int32_t De(CaseEntree box) const;
+    /// What the quotient leaves out of the taxable amounts of a box: sum of a - a / d.
+    std::int32_t Excedent(CaseEntree box) const;
+};
+
+/// What a coefficient divides and multiplies by.
+constexpr std::int32_t Diviseur(std::int32_t coefficient) { return coefficient == 0 ? 4 : coefficient; }
+
+/// The inputs of a return as the host filled them in.
+Saisie LisSaisie(const CDataCalcul& data);
+Exceptionnels LisExceptionnels(const CDataCalcul& data);
+/// Adds the boxes of the detailed salary and pension rows to their totals.
+void Replie(Saisie& saisie);
+
+}  // namespace kv
