@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <string_view>
 
@@ -101,6 +102,70 @@ struct Case {
 using CaseEntree = Case<CatalogueEntree>;
 using CaseSortie = Case<CatalogueSortie>;
 using CaseReport = Case<CatalogueReport>;
+
+/// A set of boxes of one catalogue.
+template <class Catalogue>
+struct Ensemble {
+    static constexpr std::size_t nMots = (Catalogue::nombre + 63) / 64;
+    std::array<std::uint64_t, nMots> mots{};
+
+    constexpr void Ajoute(Case<Catalogue> c) { mots[Mot(c)] |= Bit(c); }
+    constexpr void Retire(Case<Catalogue> c) { mots[Mot(c)] &= ~Bit(c); }
+    constexpr void Ajoute(const Ensemble& autres) {
+        for (std::size_t mot = 0; mot < nMots; ++mot) mots[mot] |= autres.mots[mot];
+    }
+    constexpr void Retire(const Ensemble& autres) {
+        for (std::size_t mot = 0; mot < nMots; ++mot) mots[mot] &= ~autres.mots[mot];
+    }
+
+    /// Calls f with the number of each box of the set, in their order; of those only that stand in parmi too.
+    template <class Fonction>
+    void Parcourt(Fonction f) const {
+        for (std::size_t mot = 0; mot < nMots; ++mot) Parcourt(mot, mots[mot], f);
+    }
+    template <class Fonction>
+    void Parcourt(Fonction f, const Ensemble& parmi) const {
+        for (std::size_t mot = 0; mot < nMots; ++mot) Parcourt(mot, mots[mot] & parmi.mots[mot], f);
+    }
+
+  private:
+    template <class Fonction>
+    static void Parcourt(std::size_t mot, std::uint64_t bits, Fonction f) {
+        for (; bits != 0; bits &= bits - 1) f(64 * mot + static_cast<std::size_t>(std::countr_zero(bits)));
+    }
+    static constexpr std::size_t Mot(Case<Catalogue> c) { return static_cast<std::size_t>(c.numero) / 64; }
+    static constexpr std::uint64_t Bit(Case<Catalogue> c) { return std::uint64_t{1} << (c.numero % 64); }
+};
+using CasesEntree = Ensemble<CatalogueEntree>;
+using CasesSortie = Ensemble<CatalogueSortie>;
+
+/// A set of entry boxes that is known when the code is compiled, to be looked for in the boxes of a return: only the
+/// words that hold one of it are compared.
+template <std::size_t N>
+class BoitesLues {
+  public:
+    consteval explicit BoitesLues(const CasesEntree& boxes) {
+        std::size_t n = 0;
+        for (std::size_t mot = 0; mot < CasesEntree::nMots; ++mot)
+            if (boxes.mots[mot] != 0) m_mots[n++] = {mot, boxes.mots[mot]};
+    }
+    constexpr bool UneParmi(const CasesEntree& saisies) const {
+        for (const auto& [mot, bits] : m_mots)
+            if (saisies.mots[mot] & bits) return true;
+        return false;
+    }
+
+  private:
+    struct Mot {
+        std::size_t rang;
+        std::uint64_t bits;
+    };
+    std::array<Mot, N> m_mots{};
+};
+/// The same, of a constant set.
+template <const CasesEntree& boxes>
+inline constexpr auto boitesLues = BoitesLues<static_cast<std::size_t>(
+    std::count_if(boxes.mots.begin(), boxes.mots.end(), [](std::uint64_t mot) { return mot != 0; }))>(boxes);
 
 /// How many boxes have a mark: the size of the area that holds their slots.
 consteval int NombreMarques(entree::Marque marque, int avant = nEntrees) {

@@ -67,8 +67,8 @@ consteval auto FichesSortie() {
     return fiches;
 }
 
-consteval Sorties SortiesRazPartielle() {
-    Sorties sorties;
+consteval CasesSortie SortiesRazPartielle() {
+    CasesSortie sorties;
     for (int i = 0; i < nSorties; ++i)
         if (EstRazPartielle(sortie::noms[i])) sorties.Ajoute(CaseSortie::Numero(i));
     return sorties;
@@ -91,7 +91,7 @@ int Cherche(std::string_view nom, const char* trouve(int)) {
 
 }  // namespace
 
-constinit const Sorties sortiesRazPartielle = SortiesRazPartielle();
+constinit const CasesSortie sortiesRazPartielle = SortiesRazPartielle();
 
 int NumeroEntree(std::string_view nom) {
     return Cherche<CatalogueEntree>(nom, [](int i) { return entree::lignes[i].nom; });

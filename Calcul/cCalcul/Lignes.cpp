@@ -17,8 +17,8 @@ constexpr CaseSortie plafondsPERP[] = {
     "NP1_PLAF_PERP_V_C", "NP1_PLAF_PERP_C_A", "NP1_PLAF_PERP_V_A", "NP1_PLAF_PERP_C_0", "NP1_PLAF_PERP_V_0",
 };
 
-constexpr Sorties sortiesRazComplete = [] {
-    Sorties sorties;
+constexpr CasesSortie sortiesRazComplete = [] {
+    CasesSortie sorties;
     for (int i = 0; i < nSorties; ++i) sorties.Ajoute(CaseSortie::Numero(i));
     for (const CaseSortie plafond : plafondsPERP) sorties.Retire(plafond);
     return sorties;
@@ -106,11 +106,11 @@ void Texte::Ecrit(std::u16string& vers) const {
 // Whole areas are cleared box by box word of the sets above, not in one go: a library may clear a large area byte by
 // byte.
 Lignes::Lignes() {
-    for (std::size_t mot = 0; mot < Sorties::nMots; ++mot) Efface(&m_lignes[64 * mot], 64);
+    for (std::size_t mot = 0; mot < CasesSortie::nMots; ++mot) Efface(&m_lignes[64 * mot], 64);
 }
 
 void Lignes::RemetAZero(Raz raz) {
-    const Sorties& sorties = raz == Raz::Partielle ? sortiesRazPartielle : sortiesRazComplete;
+    const CasesSortie& sorties = raz == Raz::Partielle ? sortiesRazPartielle : sortiesRazComplete;
     m_touchees.Parcourt([&](std::size_t j) { m_lignes[j] = {}; }, sorties);
     m_touchees.Retire(sorties);
     m_notees.Retire(sorties);
@@ -133,6 +133,25 @@ void Lignes::EcritDans(CDataCalcul& data) const {
     for (auto& texte : data.Detail.valeurs)
         if (!texte.empty()) texte.clear();
     m_notees.Parcourt([&](std::size_t j) { m_textes[j].Ecrit(data.Detail.valeurs[j]); });
+}
+
+void Lignes::Conserve(Conservees& vers) const {
+    m_touchees.Parcourt([&](std::size_t j) { vers.lignes[j] = m_lignes[j]; });
+    m_notees.Parcourt([&](std::size_t j) { vers.textes[j] = m_textes[j]; });
+    vers.touchees = m_touchees, vers.notees = m_notees;
+}
+
+void Lignes::Reprend(const Conservees& de) {
+    m_touchees.Parcourt([&](std::size_t j) { m_lignes[j] = {}; });
+    de.touchees.Parcourt([&](std::size_t j) { m_lignes[j] = de.lignes[j]; });
+    de.notees.Parcourt([&](std::size_t j) { m_textes[j] = de.textes[j]; });
+    m_touchees = de.touchees, m_notees = de.notees;
+}
+
+std::int32_t Lignes::Somme(const CasesSortie& lignes) const {
+    std::int32_t somme = 0;
+    m_touchees.Parcourt([&](std::size_t j) { somme += m_lignes[j].valeur; }, lignes);
+    return somme;
 }
 
 void Lignes::Ajoute(CaseSortie vers, CaseSortie ligne) {

@@ -94,6 +94,18 @@ class Lignes {
     /// Replaces every output of a return by these.
     void EcritDans(CDataCalcul& data) const;
 
+    /// Lines put aside, to stand again after other runs.
+    struct Conservees {
+        std::array<Ligne, nSorties> lignes;
+        std::array<Texte, nSorties> textes;
+        CasesSortie touchees, notees;
+    };
+    void Conserve(Conservees& vers) const;
+    void Reprend(const Conservees& de);
+
+    /// The sum of the values of a set of lines.
+    std::int32_t Somme(const CasesSortie& lignes) const;
+
     // ---- A line and its columns.
 
     /// Adds (or subtracts) a line to another one.
@@ -111,9 +123,9 @@ class Lignes {
     void BaseEtTaux(CaseSortie ligne, std::int32_t base, std::int32_t taux);
 
   private:
-    std::array<Ligne, 64 * Sorties::nMots> m_lignes;
+    std::array<Ligne, 64 * CasesSortie::nMots> m_lignes;
     std::array<Texte, nSorties> m_textes;  ///< of the lines that have one
-    Sorties m_touchees, m_notees;          ///< the lines that may have been written, that have a text
+    CasesSortie m_touchees, m_notees;      ///< the lines that may have been written, that have a text
 };
 
 // ---- One figure of every line, by the name of the output.

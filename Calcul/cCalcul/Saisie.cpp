@@ -48,6 +48,27 @@ Exceptionnels LisExceptionnels(const CDataCalcul& data) {
     return exceptionnels;
 }
 
+CasesEntree BoitesRemplies(const Saisie& saisie) {
+    // Half a word at a time, in a form that is compared several boxes at once.
+    static constexpr auto bits = [] {
+        std::array<std::uint32_t, 32> b{};
+        for (std::size_t i = 0; i < b.size(); ++i) b[i] = std::uint32_t{1} << i;
+        return b;
+    }();
+    const auto moitie = [&](std::size_t debut, std::size_t nombre) {
+        std::uint32_t remplies = 0;
+        for (std::size_t i = 0; i < nombre; ++i) remplies |= saisie.entrees.valeurs[debut + i] != 0 ? bits[i] : 0;
+        return std::uint64_t{remplies};
+    };
+    constexpr std::size_t nEntiers = nEntrees / 64, nReste = nEntrees % 64;
+    static_assert(nReste <= 32);
+    CasesEntree remplies;
+    for (std::size_t mot = 0; mot < nEntiers; ++mot)
+        remplies.mots[mot] = moitie(64 * mot, 32) | moitie(64 * mot + 32, 32) << 32;
+    remplies.mots[nEntiers] = moitie(64 * nEntiers, nReste);
+    return remplies;
+}
+
 void Replie(Saisie& saisie) {
     struct Total {
         CaseEntree total;

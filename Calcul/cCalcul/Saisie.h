@@ -45,6 +45,8 @@ constexpr std::int32_t Diviseur(std::int32_t coefficient) { return coefficient =
 /// The inputs of a return as the host filled them in.
 Saisie LisSaisie(const CDataCalcul& data);
 Exceptionnels LisExceptionnels(const CDataCalcul& data);
+/// The entry boxes that are not 0.
+CasesEntree BoitesRemplies(const Saisie& saisie);
 /// Adds the boxes of the detailed salary and pension rows to their totals.
 void Replie(Saisie& saisie);
 

@@ -25,9 +25,12 @@ class CCalcul_N final : public CCalcul, private kv::Chaine {
     bool Pipeline(bool drapeau);
     void TauxIndividuelsDuCouple(kv::Contexte& c);
     bool FlatTaxMoinsChere() const;
+    bool Compare(kv::Contexte& c, bool drapeau);
     bool SimulationSuivante(bool drapeau);
     void TraceEntrees() const;
-    kv::Contexte::Commun Commun() { return {m_lancement, m_lignes, m_memoire, m_comparaison, *this, m_trace}; }
+    kv::Contexte::Commun Commun() {
+        return {m_lancement, m_lignes, m_memoire, m_comparaison, *this, m_trace, m_conservees};
+    }
 
     kv::Lancement m_lancement;
     kv::Saisie m_saisie;
@@ -35,11 +38,14 @@ class CCalcul_N final : public CCalcul, private kv::Chaine {
     kv::Lignes m_lignes;
     kv::Memoire m_memoire;
     kv::Trace m_trace;
+    kv::Lignes::Conservees m_conservees;  ///< of a run within the pipeline
+    kv::Lignes::Conservees m_forfait;     ///< of the simulation of the flat tax
 
     // The comparison of the options: the net amounts of the two simulations, and which run is under way.
     kv::Comparaison m_comparaison;
     bool m_bSimulationBAR = false;
     bool m_bPassageFinal = false;
+    bool m_finalConnu = false;        ///< the final run gives what the simulation of its option gave
     bool m_bChoixPFU = false;         ///< the flat tax costs no more than the scale
     bool m_optionsComparees = false;  ///< the final run is over: the switches `PFU` and `BAR` end at 0
 };

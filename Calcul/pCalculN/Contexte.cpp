@@ -30,7 +30,26 @@ Contexte::Contexte(const Commun& commun_, const Saisie& saisie, const Exceptionn
       declaree(saisie),
       exceptionnels(exceptionnels_),
       faits(FaitsDe(commun.lancement, saisie, couple)),
-      m_vue(&saisie) {}
+      m_vue(&saisie),
+      m_remplies(&m_rempliesDeclarees),
+      m_rempliesDeclarees(BoitesRemplies(saisie)) {}
+
+bool Contexte::Repetable() const {
+    static constexpr CasesEntree etrangeres = [] {
+        CasesEntree boites;
+        for (const CaseEntree box : casesMarquees<entree::AutoEntr>) boites.Ajoute(box);
+        for (const CaseEntree box : casesMarquees<entree::Prospection>) boites.Ajoute(box);
+        for (const auto& rangee : {rangeeC, rangeeE, rangeeH})
+            for (const CaseEntree box : rangee) boites.Ajoute(box);
+        boites.Ajoute("6QW");
+        boites.Ajoute("4BY");
+        return boites;
+    }();
+    const auto vide = [](const auto& zone) {
+        return std::all_of(zone.valeurs.begin(), zone.valeurs.end(), [](std::int32_t v) { return v == 0; });
+    };
+    return !Remplies(boitesLues<etrangeres>) && vide(declaree.TI) && vide(declaree.TK);
+}
 
 void Contexte::AjouteExceptionnels() {
     commun.trace.Ligne(u"****> _Quotient_Dans_Fr(true)");
@@ -38,11 +57,14 @@ void Contexte::AjouteExceptionnels() {
     m_avecExceptionnels = declaree;
     DeplaceExceptionnels(*m_avecExceptionnels, exceptionnels);
     m_vue = &*m_avecExceptionnels;
+    m_rempliesAvecExceptionnels = BoitesRemplies(*m_vue);
+    m_remplies = &m_rempliesAvecExceptionnels;
 }
 
 void Contexte::RetireExceptionnels() {
     commun.trace.Ligne(u"****> _Quotient_Dans_Fr(false)");
     m_vue = &declaree;
+    m_remplies = &m_rempliesDeclarees;
 }
 
 void Travail::ImputeDeficit(CaseSortie resultat, CaseSortie impute, std::int32_t deficits) {

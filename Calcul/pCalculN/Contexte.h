@@ -131,6 +131,7 @@ class Contexte {
         Comparaison& comparaison;
         Chaine& chaine;
         Trace& trace;
+        Lignes::Conservees& conservees;  ///< room for the lines of a run that must stand again after others
     };
 
     Contexte(const Commun& commun, const Saisie& saisie, const Exceptionnels& exceptionnels, bool couple);
@@ -152,6 +153,17 @@ class Contexte {
     const Exceptionnels& exceptionnels;  ///< the exceptional amounts beside them
     Faits faits;
 
+    /// Whether one of these boxes is filled in. A family none of whose boxes is has nothing to do but what it writes
+    /// regardless; while a trace is written nothing is passed over.
+    template <std::size_t N>
+    bool Remplies(const BoitesLues<N>& boites) const {
+        return commun.trace.m_bTrace || boites.UneParmi(*m_remplies);
+    }
+    /// Whether every run over these inputs gives what the first one gave. Foreign income leaves memories for later
+    /// runs, `6QW` reads the ceilings that the run before left, `4BY` is measured by other inputs; while a trace is
+    /// written nothing is passed over.
+    bool Repetable() const;
+
     /// The inputs as the run sees them: with the exceptional amounts from the quotient step on.
     const Saisie& Vue() const { return *m_vue; }
     const Saisie* const& PointeurDeVue() const { return m_vue; }
@@ -167,7 +179,10 @@ class Contexte {
 
   private:
     const Saisie* m_vue;
+    const CasesEntree* m_remplies;  ///< the boxes of what the run sees that are not 0
+    CasesEntree m_rempliesDeclarees;
     std::optional<Saisie> m_avecExceptionnels;
+    CasesEntree m_rempliesAvecExceptionnels;
 };
 
 /// The entry boxes as the run sees them: E["1AJ"].

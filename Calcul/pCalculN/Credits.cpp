@@ -190,12 +190,10 @@ void Credits::TransitionEnergetique() {
 
 // Childcare outside the home (CGI art. 200 quater B): a ceiling per child, half for alternating residence.
 void Credits::FraisDeGarde() {
-    using Enfants = std::array<CaseEntree, 4>;
-    static constexpr Enfants aCharge = {"7GA", "7GB", "7GC", "7GD"}, alternes = {"7GE", "7GF", "7GG", "7GM"};
     const auto aucun = [&](const Enfants& enfants) {
         return std::all_of(enfants.begin(), enfants.end(), [&](CaseEntree enfant) { return E[enfant] == 0; });
     };
-    if (aucun(aCharge) && aucun(alternes)) return;
+    if (aucun(enfantsACharge) && aucun(enfantsAlternes)) return;
     const auto garde = [&](CaseSortie credit, const Enfants& enfants, std::int32_t plafond) {
         std::int32_t declare = 0, retenu = 0;
         for (const CaseEntree enfant : enfants) {
@@ -204,8 +202,8 @@ void Credits::FraisDeGarde() {
         }
         CreditCompte(credit, declare, retenu, 50);
     };
-    garde("D_FRAIS_GARDE_ACHARGE", aCharge, 2300);
-    garde("D_FRAIS_GARDE_ALTERNE", alternes, 1150);
+    garde("D_FRAIS_GARDE_ACHARGE", enfantsACharge, 2300);
+    garde("D_FRAIS_GARDE_ALTERNE", enfantsAlternes, 1150);
 }
 
 // Union dues (CGI art. 199 quater C): capped at 1 % of salaries and pensions, salaries counting only without actual

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "Calcul/cCalcul/Cases.h"
 
 // The tax credits that are lists of boxes.
@@ -63,6 +65,25 @@ inline constexpr TravauxForestiers travauxForestiers[] = {
     {"7UP", 18, "7UP4_7UP"},
     {"7UT", 18, "7UT8_7UT"},
 };
+
+/// Childcare outside the home, by child: dependent, and in alternating residence (CGI art. 200 quater B).
+using Enfants = std::array<CaseEntree, 4>;
+inline constexpr Enfants enfantsACharge = {"7GA", "7GB", "7GC", "7GD"};
+inline constexpr Enfants enfantsAlternes = {"7GE", "7GF", "7GG", "7GM"};
+
+/// The boxes of every credit that counts in the global cap.
+inline constexpr CasesEntree boitesComptees = [] {
+    CasesEntree comptees;
+    for (const auto& depense : transitionEnergetique) comptees.Ajoute(depense.depense);
+    for (const auto& travaux : travauxForestiers) comptees.Ajoute(travaux.depense);
+    for (const auto& enfants : {enfantsACharge, enfantsAlternes})
+        for (const CaseEntree enfant : enfants) comptees.Ajoute(enfant);
+    // Works against technological risks, forests bought and managed, interest on the loan for the main home.
+    for (const CaseEntree box : {CaseEntree("7WR"), CaseEntree("7UI"), CaseEntree("7UQ"), CaseEntree("7VX"),
+                                 CaseEntree("7VV"), CaseEntree("7VT")})
+        comptees.Ajoute(box);
+    return comptees;
+}();
 
 /// What the total of the credits adds up.
 inline constexpr CaseSortie creditsDuTotal[] = {

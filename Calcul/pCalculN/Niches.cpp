@@ -1,11 +1,12 @@
 #include <algorithm>
 #include <numeric>
-#include <optional>
 #include <string_view>
 
 #include "Calcul/pCalculN/Contexte.h"
+#include "Calcul/pCalculN/CreditsTable.h"
 #include "Calcul/pCalculN/Etapes.h"
 #include "Calcul/pCalculN/Imputation.h"
+#include "Calcul/pCalculN/ReductionsTable.h"
 
 // The global cap on tax advantages (CGI art. 200-0 A): what the counted reductions and credits are worth, measured by
 // computing the return with and without them, and what of it exceeds the ceilings.
@@ -61,10 +62,16 @@ class Niches : Travail {
 
   private:
     using ParGroupe = std::array<std::int32_t, nGroupes>;
+    /// What is paid less what is refunded, with the advantages and without; what the deduction 4BY saves.
+    struct Soldes {
+        std::int32_t avec, sans, par4BY;
+    };
 
+    bool SansRienDeCompte() const;
     std::int32_t AvecAvantages(Contexte& c);
     std::int32_t SansAvantages(Contexte& c);
     std::int32_t Avec4BYDeduite();
+    void Plafonne(Contexte& c, const Soldes& soldes);
     ParGroupe PartageAvantage(std::int32_t avantage, std::int32_t avantage4BY);
     ParGroupe ExcesParGroupe(const ParGroupe& avantages);
     void Trace(std::u16string_view nom, std::int32_t valeur) const;
@@ -86,6 +93,13 @@ std::int32_t Niches::SansAvantages(Contexte& c) {
     return S["TOT_PAYER"] - S["TOT_REST"];
 }
 
+// Nothing that the run without advantages would leave out: no box of an advantage that counts is filled in, and the
+// levy on life insurance, which the partial reset clears, gives no credit.
+bool Niches::SansRienDeCompte() const {
+    return !contexte.Remplies(boitesLues<reductions::boitesComptees>) &&
+           !contexte.Remplies(boitesLues<credits::boitesComptees>) && S["D_LIB"] == 0;
+}
+
 // Without advantages, the property deduction 4BY taxed again.
 std::int32_t Niches::Avec4BYDeduite() {
     trace.Relance(u"=> Calcul de 4BY : on relance tous les calculs après avoir ajouté 4BY à 4BA");
@@ -100,21 +114,24 @@ std::int32_t Niches::Avec4BYDeduite() {
 
 void Niches::NichesFiscales() {
     trace.Relance(u"=> Calcul de B : on relance tous les calculs normaux (avec les réductions)");
-    AvecAvantages(contexte);
+    const std::int32_t avec = AvecAvantages(contexte);
     trace.Relance(u"=> Calcul de B : on relance les réductions sans aucun avantage");
-    const std::int32_t sansAvantages = SansAvantages(contexte);
+    const bool repetable = contexte.Repetable(), rien = SansRienDeCompte();
+    if (repetable && !rien) lignes.Conserve(contexte.commun.conservees);
+    const std::int32_t sansAvantages = rien ? avec : SansAvantages(contexte);
     Trace(u"nB", sansAvantages);
+    if (repetable) {  // run A is what stood before the run without advantages
+        if (!rien) lignes.Reprend(contexte.commun.conservees);
+        return Plafonne(contexte, {.avec = avec, .sans = sansAvantages, .par4BY = 0});
+    }
 
     // The advantage that the property deduction 4BY gives counts in the oldest group; once measured, it is imputed.
     const bool deduction = E["4BY"] > 0;
     const std::int32_t sans4BY = deduction ? Avec4BYDeduite() : -1;
     Trace(u"nC", sans4BY);
-    std::optional<Saisie> imputee;
-    if (deduction) {
-        imputee = contexte.declaree;
-        (*imputee)["4BY"] -= E["4BY"];
-    }
-    Contexte c(contexte, imputee ? *imputee : contexte.declaree);
+    Saisie imputee = contexte.declaree;
+    if (deduction) imputee["4BY"] -= E["4BY"];
+    Contexte c(contexte, imputee);
 
     trace.Relance(u"=> Calcul de A : on relance tous les calculs normaux (avec les réductions)");
     memoire.passes = {};
@@ -123,12 +140,16 @@ void Niches::NichesFiscales() {
     Trace(u"nA", avecAvantages);
     const std::int32_t avantage4BY = sans4BY != -1 ? nPositif(sans4BY - sansAvantages) : 0;
     Trace(u"nA4BY", avantage4BY);
+    Plafonne(c, {.avec = avecAvantages, .sans = sansAvantages, .par4BY = avantage4BY});
+}
 
-    const ParGroupe avantages = PartageAvantage(sansAvantages - avecAvantages, avantage4BY);
+// Caps what each group takes of the total advantage, and computes the credits and the amount payable once more.
+void Niches::Plafonne(Contexte& c, const Soldes& soldes) {
+    const ParGroupe avantages = PartageAvantage(soldes.sans - soldes.avec, soldes.par4BY);
     const ParGroupe exces = ExcesParGroupe(avantages);
-    S["NICHE_A"] = avecAvantages;
-    S["NICHE_B"] = sansAvantages;
-    S["NICHE_A4BY"] = avantage4BY;
+    S["NICHE_A"] = soldes.avec;
+    S["NICHE_B"] = soldes.sans;
+    S["NICHE_A4BY"] = soldes.par4BY;
     TraceResultat(exces);
 
     trace.Relance(u"=> On relance les crédits d'impôts et l'impôt à payer avec les niches calculées");

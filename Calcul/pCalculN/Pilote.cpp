@@ -184,28 +184,45 @@ bool CCalcul_N::Pipeline(bool drapeau) {
     c.RetireExceptionnels();
     Totaux totaux(c);
     const bool comparaison = c.faits.options && m_saisie["AVA"] != 0;
-    if (!comparaison)
-        totaux.IndiqueOptions(c.faits.bareme, c.faits.forfait);
-    else if (m_bSimulationBAR)
-        m_bChoixPFU = FlatTaxMoinsChere();
+    if (!comparaison) totaux.IndiqueOptions(c.faits.bareme, c.faits.forfait);
     totaux.PlusValues();
     c.Lance(Etape::RevenusNetFrais);
-    if (comparaison) {
-        if (m_bPassageFinal) {
-            totaux.IndiqueOptions(c.faits.bareme, c.faits.forfait);
-            m_optionsComparees = true;
-        } else if (!SimulationSuivante(drapeau)) {
-            return false;
-        }
-    }
+    if (comparaison && !Compare(c, drapeau)) return false;
     totaux.AuForfait();
     return true;
 }
 
-// A couple's two individual rates; the runs they need leave the outputs to be computed again.
+// The flat-tax run is followed by the scale run, and that one by the run of the cheaper option, each inside the one
+// before it. False when one of them failed. The final run begins with nothing that its simulation did not begin with,
+// unless the return set the scale too, or reads the ceilings that the run before left: then its lines stand again.
+bool CCalcul_N::Compare(kv::Contexte& c, bool drapeau) {
+    if (m_bPassageFinal) {
+        Totaux(c).IndiqueOptions(c.faits.bareme, c.faits.forfait);
+        m_optionsComparees = true;
+        return true;
+    }
+    if (!m_bSimulationBAR) {
+        m_finalConnu = m_saisie["BAR"] == 0 && m_saisie["6QW"] == 0 && !m_trace.m_bTrace;
+        if (m_finalConnu) m_lignes.Conserve(m_forfait);
+        return SimulationSuivante(drapeau);
+    }
+    m_bChoixPFU = FlatTaxMoinsChere();
+    if (!m_finalConnu) return SimulationSuivante(drapeau);
+    if (m_bChoixPFU) m_lignes.Reprend(m_forfait);
+    Totaux(c).IndiqueOptions(!m_bChoixPFU, m_bChoixPFU);
+    m_optionsComparees = true;
+    return true;
+}
+
+// A couple's two individual rates; the runs they need leave the outputs to be found again.
 void CCalcul_N::TauxIndividuelsDuCouple(kv::Contexte& c) {
+    const bool connues = c.Repetable();
+    if (connues) m_lignes.Conserve(m_conservees);
     const kv::TauxIndividuels taux = kv::CalculeTauxIndividuels(c);
-    c.Lance(etapesPrincipales);
+    if (connues)
+        m_lignes.Reprend(m_conservees);
+    else
+        c.Lance(etapesPrincipales);
     static constexpr CaseSortie sorties[2] = {"TAUX_PAS_IND1", "TAUX_PAS_IND2"};
     static constexpr std::u16string_view noms[2] = {u"s(TAUX_PAS_IND1)", u"s(TAUX_PAS_IND2)"};
     for (std::size_t d = 0; d < 2; ++d) {
@@ -224,8 +241,7 @@ bool CCalcul_N::FlatTaxMoinsChere() const {
     return forfait.restitue >= bareme.restitue;
 }
 
-// The flat-tax run is followed by the scale run, and that one by the run of the cheaper option, each inside the one
-// before it. False when one of them failed.
+// The next of the three runs.
 bool CCalcul_N::SimulationSuivante(bool drapeau) {
     m_bPassageFinal = m_bSimulationBAR;
     m_bSimulationBAR = !m_bPassageFinal;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <span>
 #include <vector>
@@ -132,6 +133,7 @@ class Quotient : Travail {
     void RevenusBrutQuotient();
 
   private:
+    bool MemesRevenus() const;
     void Totalise();
     void PartageDeductions();
     void PartageMobiliers();
@@ -152,13 +154,22 @@ void Quotient::RevenusBrutQuotient() {
     trace.Relance(u"=> on relance les calculs en ayant ajouté les revenus au quotient");
     Totalise();
     contexte.AjouteExceptionnels();
-    contexte.RemetSortiesAZero();
-    contexte.Lance(revenusBruts);
+    if (!MemesRevenus()) {
+        contexte.RemetSortiesAZero();
+        contexte.Lance(revenusBruts);
+    }
 
     PartageDeductions();
     PartageMobiliers();
     for (Figures& q : m_quotients) RemplitMontants(q);
     Sorties();
+}
+
+// Without exceptional amounts the income is what it was, unless the withholding run has halved its deficits meanwhile.
+bool Quotient::MemesRevenus() const {
+    const auto& montants = contexte.exceptionnels.montants;
+    const bool aucun = std::all_of(montants.begin(), montants.end(), [](const auto& m) { return m.montant == 0; });
+    return aucun && !trace.m_bTrace && !(faits.retenueALaSource && S["RD_DEFICIT"] != 0);
 }
 
 void Quotient::Totalise() {

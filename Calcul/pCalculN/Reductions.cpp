@@ -29,19 +29,15 @@ constexpr bool EstReduction(std::string_view nom) {
 constexpr bool EstRetrocession(std::string_view nom) {
     return nom.starts_with("U_PR_") && !nom.ends_with("_R") && !nom.ends_with("_NR");
 }
-// The outputs whose name answers a question.
 template <class Choix>
-consteval std::size_t NombreDeSorties(Choix choix) {
-    return static_cast<std::size_t>(std::count_if(std::begin(sortie::noms), std::end(sortie::noms), choix));
-}
-template <auto choix>
-constexpr auto sortiesChoisies = [] {
-    std::array<CaseSortie, NombreDeSorties(choix)> choisies{};
-    std::size_t n = 0;
+consteval CasesSortie SortiesDontLeNom(Choix choix) {
+    CasesSortie sorties;
     for (int j = 0; j < nSorties; ++j)
-        if (choix(sortie::noms[j])) choisies[n++] = CaseSortie::Numero(j);
-    return choisies;
-}();
+        if (choix(sortie::noms[j])) sorties.Ajoute(CaseSortie::Numero(j));
+    return sorties;
+}
+constexpr CasesSortie sortiesReductions = SortiesDontLeNom(EstReduction);
+constexpr CasesSortie sortiesRetrocessions = SortiesDontLeNom(EstRetrocession);
 
 class Reductions : Travail {
   public:
@@ -55,6 +51,16 @@ class Reductions : Travail {
     void EmploiADomicile();
     void PrestationCompensatoireAVerser();
     void ImputeSecondsGroupes();
+    /// A group none of whose boxes is filled in writes nothing.
+    template <class Groupe>
+    bool Concerne(Groupe) const {
+        return Groupe::toujours || contexte.Remplies(boitesLues<Groupe::boites>);
+    }
+    template <class Groupe>
+    void ImputeGroupe(Groupe groupe) {
+        if (!Concerne(groupe)) return;
+        for (const auto& ligne : groupe) Impute(ligne);
+    }
     // The boxes of next year's return that several lines add into start again with each imputation.
     template <class Groupe>
     void RecommenceReports(const Groupe& groupe);
@@ -88,9 +94,7 @@ void Reductions::ImpotApresReductions() {
     m_imputation.FixeTotaux({});
     DecoteEtClassesMoyennes();
 
-    const auto impute = [&](const auto& groupe) {
-        for (const auto& ligne : groupe) Impute(ligne);
-    };
+    const auto impute = [&](auto groupe) { ImputeGroupe(groupe); };
     ResteDe(Commun::TravauxForestiers) = ParFoyer(6250);
     ResteDe(Commun::AidePersonnesEnDifficulte) = faits.nouveauxTaux ? 536 : 531;
     ResteDe(Commun::Presse) = ParFoyer(5000);
@@ -109,12 +113,12 @@ void Reductions::ImpotApresReductions() {
     const Imputation::Totaux totauxApres = m_imputation.LisTotaux();
     const std::int32_t resteApres = m_imputation.Reste();
     m_communs = communsAvant;
-    DerniersGroupes([&](const auto& groupe) {
-        RecommenceReports(groupe);
-        impute(groupe);
+    DerniersGroupes([&](auto groupe) {
+        if (Concerne(groupe)) RecommenceReports(groupe);
+        ImputeGroupe(groupe);
     });
 
-    if (PartageOutreMer(contexte, m_imputation)) {
+    if (contexte.Remplies(boitesLues<boitesOutreMer>) && PartageOutreMer(contexte, m_imputation)) {
         // Shares given back leave tax for the lines imputed before them: these are imputed once more.
         m_imputation.FixeReste(m_imputation.Reste() + resteAvant - resteApres + S["U_DT_HPM"] + S["U_DT_HRJ"]);
         Imputation::Totaux totaux = m_imputation.LisTotaux();
@@ -126,10 +130,7 @@ void Reductions::ImpotApresReductions() {
     }
     Lance(Etape::HautsSalaires);
 
-    std::int32_t total = 0;
-    for (const CaseSortie reduction : sortiesChoisies<EstReduction>) total += lignes.Lit(reduction).valeur;
-    for (const CaseSortie retrocession : sortiesChoisies<EstRetrocession>) total -= lignes.Lit(retrocession).valeur;
-    S["REDUCTIONS"] = total;
+    S["REDUCTIONS"] = lignes.Somme(sortiesReductions) - lignes.Somme(sortiesRetrocessions);
     S["SEPAR_REDUC"] = 1;
 }
 
@@ -200,7 +201,7 @@ void Reductions::PrestationCompensatoireAVerser() {
 
 // Home employment (CGI art. 199 sexdecies): a credit, counted in the cap but not imputed here.
 void Reductions::EmploiADomicile() {
-    const std::int32_t depenses = E["7DB"];
+    const std::int32_t depenses = E[emploiADomicile];
     if (faits.sansAvantages || depenses <= 0) return;
     std::int32_t plafond = 20000;
     if (E["7DG"] < 1) {
@@ -221,18 +222,20 @@ void Reductions::EmploiADomicile() {
 }
 
 void Reductions::ImputeSecondsGroupes() {
-    SecondsGroupes([&](const auto& groupe) { RecommenceReports(groupe); });
+    SecondsGroupes([&](auto groupe) {
+        if (Concerne(groupe)) RecommenceReports(groupe);
+    });
     // Donations share a ceiling of 20 % of the taxable income.
     ResteDe(Commun::Dons) =
         nPourcent(nPositif(S["TOT_R_BRUT"] - S["C_REDUC"] + S["QUOTIENT"] - S["QUOTIENT_A_DED"]), 20);
     ResteDe(Commun::Capital) = ParFoyer(20000);
     ResteDe(Commun::CapitalPME) = ParFoyer(50000);
-    SecondsGroupes([&](const auto& groupe) {
-        for (const auto& ligne : groupe) Impute(ligne);
-    });
-    ReportsDuCapital();
-    SouscriptionsReportees();
-    if (!faits.sansAvantages) ReportsForestiers();
+    SecondsGroupes([&](auto groupe) { ImputeGroupe(groupe); });
+    if (contexte.Remplies(boitesLues<boitesCapital>)) {
+        ReportsDuCapital();
+        SouscriptionsReportees();
+    }
+    if (!faits.sansAvantages && Concerne(Groupe<travauxForestiers>{})) ReportsForestiers();
 }
 
 template <class Groupe>

@@ -493,58 +493,124 @@ inline constexpr LigneTaux immeublesRestaures[] = {
 
 // ---- The order of imputation, group by group.
 
+/// Calls f with each entry box that a row reads, and the group of the global cap that it counts in.
+template <class Ligne, class Fonction>
+constexpr void PourChaqueBoite(const Ligne& ligne, Fonction f) {
+    if constexpr (requires { ligne.ligne; }) {
+        PourChaqueBoite(ligne.ligne, f);
+    } else {
+        if constexpr (requires { ligne.entree; })
+            if (ligne.entree) f(ligne.entree, ligne.niche);
+        if constexpr (requires { ligne.college; })
+            for (const CaseEntree box : {ligne.college, ligne.lycee, ligne.superieur}) f(box, ligne.niche);
+        if constexpr (requires { ligne.suivantes; })
+            for (const auto& copie : ligne.suivantes.copies)
+                if (copie.vers) f(copie.de, HorsPlafond);
+    }
+}
+
+/// A group of rows, with the boxes that they read.
+template <const auto& table>
+struct Groupe {
+    static constexpr CasesEntree boites = [] {
+        CasesEntree toutes;
+        for (const auto& ligne : table) PourChaqueBoite(ligne, [&](CaseEntree box, Niche) { toutes.Ajoute(box); });
+        return toutes;
+    }();
+    /// A row whose base comes from outputs alone is computed whatever the boxes.
+    static constexpr bool toujours = [] {
+        for (const auto& ligne : table)
+            if constexpr (requires { ligne.entree; })
+                if (!ligne.entree) return true;
+        return false;
+    }();
+
+    constexpr auto begin() const { return std::begin(table); }
+    constexpr auto end() const { return std::end(table); }
+};
+
 /// The lines that are imputed first.
 template <class Visiteur>
-void PremiersGroupes(Visiteur visite) {
-    visite(premieresLignes);
-    visite(outremer::lignesSimples);
+constexpr void PremiersGroupes(Visiteur visite) {
+    visite(Groupe<premieresLignes>{});
+    visite(Groupe<outremer::lignesSimples>{});
 }
 /// The lines after them; they are imputed once more when overseas shares are given back to the tax.
 template <class Visiteur>
-void SecondsGroupes(Visiteur visite) {
-    visite(fraisDeComptabilite);
-    visite(enfantsScolarises);
-    visite(lignesDons);
-    visite(creditEtranger);
-    visite(fractionsDeLAnnee);
-    visite(investissementsDeLAnnee);
-    visite(souscriptions);
-    visite(souscriptionsPME);
-    visite(reductionsExcedentaires);
-    visite(acquisitionsForestieres);
-    visite(travauxForestiers);
-    visite(residencesDeTourisme);
-    visite(travauxDeResidences);
-    visite(meubleReporte);
-    visite(locatifAncien);
-    visite(locatifFractions);
-    visite(locatifRecent);
-    visite(meubleAncien);
-    visite(meuble2010);
-    visite(meubleFractions);
-    visite(meubleRecent);
-    visite(patrimoine);
+constexpr void SecondsGroupes(Visiteur visite) {
+    visite(Groupe<fraisDeComptabilite>{});
+    visite(Groupe<enfantsScolarises>{});
+    visite(Groupe<lignesDons>{});
+    visite(Groupe<creditEtranger>{});
+    visite(Groupe<fractionsDeLAnnee>{});
+    visite(Groupe<investissementsDeLAnnee>{});
+    visite(Groupe<souscriptions>{});
+    visite(Groupe<souscriptionsPME>{});
+    visite(Groupe<reductionsExcedentaires>{});
+    visite(Groupe<acquisitionsForestieres>{});
+    visite(Groupe<travauxForestiers>{});
+    visite(Groupe<residencesDeTourisme>{});
+    visite(Groupe<travauxDeResidences>{});
+    visite(Groupe<meubleReporte>{});
+    visite(Groupe<locatifAncien>{});
+    visite(Groupe<locatifFractions>{});
+    visite(Groupe<locatifRecent>{});
+    visite(Groupe<meubleAncien>{});
+    visite(Groupe<meuble2010>{});
+    visite(Groupe<meubleFractions>{});
+    visite(Groupe<meubleRecent>{});
+    visite(Groupe<patrimoine>{});
 }
 /// The last lines.
 template <class Visiteur>
-void DerniersGroupes(Visiteur visite) {
-    visite(immeublesRestaures);
-    visite(outremer::lignesReportees);
+constexpr void DerniersGroupes(Visiteur visite) {
+    visite(Groupe<immeublesRestaures>{});
+    visite(Groupe<outremer::lignesReportees>{});
 }
 /// Every line that is imputed.
 template <class Visiteur>
-void TousLesGroupes(Visiteur visite) {
+constexpr void TousLesGroupes(Visiteur visite) {
     PremiersGroupes(visite);
     SecondsGroupes(visite);
     DerniersGroupes(visite);
 }
 /// What is refunded or given back of the overseas lines once they are imputed.
 template <class Visiteur>
-void GroupesPartages(Visiteur visite) {
-    visite(outremer::lignesRetrocedees);
-    visite(outremer::lignesLimitees);
-    visite(outremer::lignesLimiteesAuForfait);
-    visite(outremer::lignesRemboursables);
+constexpr void GroupesPartages(Visiteur visite) {
+    visite(Groupe<outremer::lignesRetrocedees>{});
+    visite(Groupe<outremer::lignesLimitees>{});
+    visite(Groupe<outremer::lignesLimiteesAuForfait>{});
+    visite(Groupe<outremer::lignesRemboursables>{});
 }
+
+/// Home employment: a credit that the reductions record in the global cap.
+inline constexpr CaseEntree emploiADomicile = "7DB";
+
+/// The boxes of every reduction that counts in the global cap.
+inline constexpr CasesEntree boitesComptees = [] {
+    CasesEntree comptees;
+    TousLesGroupes([&](auto groupe) {
+        for (const auto& ligne : groupe)
+            PourChaqueBoite(ligne, [&](CaseEntree box, Niche niche) {
+                if (niche != HorsPlafond && niche != ToujoursActive) comptees.Ajoute(box);
+            });
+    });
+    comptees.Ajoute(emploiADomicile);
+    return comptees;
+}();
+
+/// The boxes of the overseas investments.
+inline constexpr CasesEntree boitesOutreMer = [] {
+    CasesEntree boites = Groupe<outremer::lignesSimples>::boites;
+    boites.Ajoute(Groupe<outremer::lignesReportees>::boites);
+    return boites;
+}();
+/// Those of the subscriptions to capital, and of what is carried of them.
+inline constexpr CasesEntree boitesCapital = [] {
+    CasesEntree boites = Groupe<souscriptions>::boites;
+    boites.Ajoute(Groupe<souscriptionsPME>::boites);
+    boites.Ajoute(Groupe<reductionsExcedentaires>::boites);
+    return boites;
+}();
 
 }  // namespace kv::reductions
