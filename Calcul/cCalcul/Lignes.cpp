@@ -1,9 +1,9 @@
 #include "Calcul/cCalcul/Lignes.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 #include "support/KVTarvel.h"
 
@@ -24,9 +24,26 @@ constexpr CasesSortie sortiesRazComplete = [] {
     return sorties;
 }();
 
-template <class T>
-void Efface(T* valeurs, std::size_t nombre) {
-    std::memset(static_cast<void*>(valeurs), 0, nombre * sizeof(T));
+// Clears a whole area. In blocks: a large area cleared in one go may be cleared byte by byte.
+template <class Zone>
+void Efface(Zone& zone) {
+    constexpr std::size_t bloc = 1536 / sizeof(zone[0]);
+    for (std::size_t i = 0; i < zone.size(); i += bloc)
+        std::memset(static_cast<void*>(&zone[i]), 0, std::min(bloc, zone.size() - i) * sizeof(zone[0]));
+}
+
+// Texts are rare: several are looked at together.
+void EffaceTextes(std::array<std::u16string, nSorties>& textes) {
+    constexpr std::size_t groupe = 16;
+    static_assert(nSorties % groupe == 0);
+    for (std::size_t i = 0; i < nSorties; i += groupe) {
+        const std::u16string* const t = &textes[i];
+        const std::size_t tailles = [&]<std::size_t... k>(std::index_sequence<k...>) {
+            return (t[k].size() | ...);
+        }(std::make_index_sequence<groupe>());
+        if (tailles == 0) continue;
+        for (std::size_t k = 0; k < groupe; ++k) textes[i + k].clear();
+    }
 }
 
 // A text being written: no text is longer than the longest form with three numbers.
@@ -37,29 +54,28 @@ class Ecriture {
         return *this;
     }
     Ecriture& operator<<(std::int32_t n) { return Decimal(n, 0); }
-    // n divided by 10 to the power of decimales, without needless zeros.
-    Ecriture& Decimal(std::int64_t n, int decimales) {
-        if (n < 0) *this << u"-", n = -n;
-        std::int64_t unite = 1;
-        for (int i = 0; i < decimales; ++i) unite *= 10;
-        Entier(n / unite);
-        std::int64_t reste = n % unite;
+    // n divided by 10 to the power of decimales (0 to 2), without needless zeros.
+    Ecriture& Decimal(std::int32_t n, int decimales) {
+        const std::uint32_t absolu = n < 0 ? 0 - static_cast<std::uint32_t>(n) : static_cast<std::uint32_t>(n);
+        const std::uint32_t unite = decimales == 0 ? 1 : decimales == 1 ? 10 : 100;
+        if (n < 0) Car(u'-');
+        Entier(absolu / unite);
+        std::uint32_t reste = absolu % unite;
+        if (decimales == 1) reste *= 10;  // in hundredths
         if (reste == 0) return *this;
-        *this << u".";
-        while (reste != 0) {
-            unite /= 10;
-            Entier(reste / unite);
-            reste %= unite;
-        }
+        Car(u'.');
+        Chiffre(reste / 10);
+        if (reste % 10 != 0) Chiffre(reste % 10);
         return *this;
     }
     std::u16string_view Texte() const { return {m_texte.data(), m_taille}; }
 
   private:
-    void Entier(std::int64_t n) {
-        char chiffres[24];
-        const char* const fin = std::to_chars(chiffres, chiffres + sizeof chiffres, n).ptr;
-        for (const char* c = chiffres; c != fin; ++c) m_texte[m_taille++] = static_cast<char16_t>(*c);
+    void Car(char16_t c) { m_texte[m_taille++] = c; }
+    void Chiffre(std::uint32_t chiffre) { Car(static_cast<char16_t>(u'0' + chiffre)); }
+    void Entier(std::uint32_t n) {
+        if (n >= 10) Entier(n / 10);
+        Chiffre(n % 10);
     }
 
     std::array<char16_t, 96> m_texte;
@@ -103,11 +119,7 @@ void Texte::Ecrit(std::u16string& vers) const {
     vers.assign(texte.Texte());
 }
 
-// Whole areas are cleared box by box word of the sets above, not in one go: a library may clear a large area byte by
-// byte.
-Lignes::Lignes() {
-    for (std::size_t mot = 0; mot < CasesSortie::nMots; ++mot) Efface(&m_lignes[64 * mot], 64);
-}
+Lignes::Lignes() { Efface(m_lignes); }
 
 void Lignes::RemetAZero(Raz raz) {
     const CasesSortie& sorties = raz == Raz::Partielle ? sortiesRazPartielle : sortiesRazComplete;
@@ -123,15 +135,12 @@ void Lignes::ReprendPlafondsPERP(const CDataCalcul& data) {
 }
 
 void Lignes::EcritDans(CDataCalcul& data) const {
-    for (auto* zone : {&data.Colonne[0], &data.Colonne[1], &data.Colonne[2], &data.Sortie})
-        for (std::size_t j = 0; j < nSorties; j += 64)
-            Efface(&zone->valeurs[j], std::min<std::size_t>(64, nSorties - j));
+    for (auto* zone : {&data.Colonne[0], &data.Colonne[1], &data.Colonne[2], &data.Sortie}) Efface(zone->valeurs);
     m_touchees.Parcourt([&](std::size_t j) {
         data.Sortie.valeurs[j] = m_lignes[j].valeur;
         for (std::size_t k = 0; k < 3; ++k) data.Colonne[k].valeurs[j] = m_lignes[j].colonnes[k];
     });
-    for (auto& texte : data.Detail.valeurs)
-        if (!texte.empty()) texte.clear();
+    EffaceTextes(data.Detail.valeurs);
     m_notees.Parcourt([&](std::size_t j) { m_textes[j].Ecrit(data.Detail.valeurs[j]); });
 }
 

@@ -123,7 +123,7 @@ class Lignes {
     void BaseEtTaux(CaseSortie ligne, std::int32_t base, std::int32_t taux);
 
   private:
-    std::array<Ligne, 64 * CasesSortie::nMots> m_lignes;
+    std::array<Ligne, nSorties> m_lignes;
     std::array<Texte, nSorties> m_textes;  ///< of the lines that have one
     CasesSortie m_touchees, m_notees;      ///< the lines that may have been written, that have a text
 };

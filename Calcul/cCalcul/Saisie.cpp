@@ -1,5 +1,7 @@
 #include "Calcul/cCalcul/Saisie.h"
 
+#include <tuple>
+
 #include "Calcul/cCalcul/Catalogues.h"
 #include "support/KVTarvel.h"
 
@@ -25,10 +27,30 @@ std::int32_t Exceptionnels::Excedent(CaseEntree box) const {
     return excedent;
 }
 
+namespace {
+
+// Whole areas in blocks: several values at once, and none of it byte by byte.
+template <class Zone, class Fonction>
+void EnBlocs(Zone& vers, const Zone& de, Fonction f) {
+    constexpr std::size_t bloc = 16, n = std::tuple_size_v<decltype(vers.valeurs)>;
+    for (std::size_t i = 0; i + bloc <= n; i += bloc)
+        for (std::size_t k = 0; k < bloc; ++k) vers.valeurs[i + k] = f(de.valeurs[i + k]);
+    for (std::size_t i = n / bloc * bloc; i < n; ++i) vers.valeurs[i] = f(de.valeurs[i]);
+}
+
+}  // namespace
+
+Saisie& Saisie::operator=(const Saisie& autre) {
+    const auto copie = [](auto& vers, const auto& de) { EnBlocs(vers, de, [](std::int32_t v) { return v; }); };
+    copie(entrees, autre.entrees);
+    copie(TI, autre.TI), copie(TIX, autre.TIX), copie(TIY, autre.TIY), copie(TK, autre.TK), copie(TKZ, autre.TKZ);
+    return *this;
+}
+
 Saisie LisSaisie(const CDataCalcul& data) {
     Saisie saisie;
     const auto lis = [](auto& vers, const auto& de) {
-        for (std::size_t i = 0; i < vers.valeurs.size(); ++i) vers.valeurs[i] = nValForc(de.valeurs[i], 0);
+        EnBlocs(vers, de, [](std::int32_t v) { return v & -(v != nNonSaisi); });
     };
     lis(saisie.entrees, data.Entree);
     lis(saisie.TI, data.TI), lis(saisie.TIX, data.TIX), lis(saisie.TIY, data.TIY);
@@ -49,23 +71,29 @@ Exceptionnels LisExceptionnels(const CDataCalcul& data) {
 }
 
 CasesEntree BoitesRemplies(const Saisie& saisie) {
-    // Half a word at a time, in a form that is compared several boxes at once.
+    // Half a word at a time, in a form that compares several boxes at once.
     static constexpr auto bits = [] {
-        std::array<std::uint32_t, 32> b{};
-        for (std::size_t i = 0; i < b.size(); ++i) b[i] = std::uint32_t{1} << i;
+        std::array<std::int32_t, 32> b{};
+        for (std::size_t i = 0; i < b.size(); ++i) b[i] = static_cast<std::int32_t>(std::uint32_t{1} << i);
         return b;
     }();
-    const auto moitie = [&](std::size_t debut, std::size_t nombre) {
-        std::uint32_t remplies = 0;
-        for (std::size_t i = 0; i < nombre; ++i) remplies |= saisie.entrees.valeurs[debut + i] != 0 ? bits[i] : 0;
-        return std::uint64_t{remplies};
+    const auto moitie = [](const std::int32_t* valeurs) {
+        std::int32_t une = 0;
+        for (std::size_t i = 0; i < bits.size(); ++i) une |= valeurs[i];
+        if (une == 0) return std::uint64_t{0};  // most are
+        std::int32_t remplies = 0;
+        for (std::size_t i = 0; i < bits.size(); ++i) remplies |= -(valeurs[i] != 0) & bits[i];
+        return std::uint64_t{static_cast<std::uint32_t>(remplies)};
     };
     constexpr std::size_t nEntiers = nEntrees / 64, nReste = nEntrees % 64;
-    static_assert(nReste <= 32);
     CasesEntree remplies;
-    for (std::size_t mot = 0; mot < nEntiers; ++mot)
-        remplies.mots[mot] = moitie(64 * mot, 32) | moitie(64 * mot + 32, 32) << 32;
-    remplies.mots[nEntiers] = moitie(64 * nEntiers, nReste);
+    for (std::size_t mot = 0; mot < nEntiers; ++mot) {
+        const std::int32_t* valeurs = &saisie.entrees.valeurs[64 * mot];
+        remplies.mots[mot] = moitie(valeurs) | moitie(valeurs + 32) << 32;
+    }
+    for (std::size_t i = 0; i < nReste; ++i)
+        if (const int numero = static_cast<int>(64 * nEntiers + i); saisie[CaseEntree::Numero(numero)] != 0)
+            remplies.Ajoute(CaseEntree::Numero(numero));
     return remplies;
 }
 

@@ -18,6 +18,10 @@ struct Saisie {
     Zone<CaseTIX, nTIX> TIX, TIY;
     Zone<CaseTK, nTK> TK, TKZ;
 
+    Saisie() = default;
+    Saisie(const Saisie& autre) { *this = autre; }
+    Saisie& operator=(const Saisie& autre);
+
     std::int32_t& operator[](CaseEntree c) { return entrees[c]; }
     std::int32_t operator[](CaseEntree c) const { return entrees[c]; }
 };

@@ -37,7 +37,11 @@ constexpr const CaseEntreeDef& FicheDe(CaseEntree box) { return TableEntree[stat
 
 template <class Zone>
 std::int32_t Somme(const Zone& zone) {
-    return std::accumulate(zone.valeurs.begin(), zone.valeurs.end(), std::int32_t{0});
+    std::array<std::int32_t, 4> sommes{};
+    std::size_t i = 0;
+    for (; i + 4 <= zone.valeurs.size(); i += 4)
+        for (std::size_t k = 0; k < 4; ++k) sommes[k] += zone.valeurs[i + k];
+    return std::accumulate(zone.valeurs.begin() + i, zone.valeurs.end(), sommes[0] + sommes[1] + sommes[2] + sommes[3]);
 }
 
 // Only positive amounts move.
@@ -113,34 +117,50 @@ void DeplaceExceptionnels(Saisie& saisie, const Exceptionnels& exceptionnels) {
     }
 }
 
-void RetourDUnDeclarant(entree::Personne declarant, Saisie& saisie, Exceptionnels& exceptionnels) {
-    static constexpr CaseEntree foyer[] = {"Fm", "Jm", "Rm", "Hm", "Nm", "Gm",   "Im", "P", "Gp", "W", "L",
-                                           "N",  "Fp", "Vp", "Z1", "Z2", "VEvt", "T",  "V", "S",  "M", "O"};
-    // What becomes of an amount: it stays, goes, or is halved. A year that is not set stays so.
-    enum class Sort { Reste, Part, Moitie };
-    const auto sortDe = [&](CaseEntree box) {
-        const entree::Personne personne = LigneDe(box).personne;
-        if (personne == declarant || std::find(std::begin(foyer), std::end(foyer), box) != std::end(foyer))
-            return Sort::Reste;
-        return personne == entree::D1 || personne == entree::D2 ? Sort::Part : Sort::Moitie;
-    };
-    const auto applique = [](Sort sort, std::int32_t& v) {
-        if (sort == Sort::Part) v = 0;
-        if (sort == Sort::Moitie && v != nNonSaisi) v = nArrondi(v / 2.0);
-    };
-    for (int i = 0; i < nEntrees; ++i) {
-        const CaseEntree box = CaseEntree::Numero(i);
-        const Sort sort = sortDe(box);
-        if (sort == Sort::Reste) continue;
-        applique(sort, saisie[box]);
-        const CaseEntreeDef& fiche = FicheDe(box);
-        const auto slot = [&](auto& zone, std::int32_t n) {
-            if (n >= 0) applique(sort, zone.valeurs[static_cast<std::size_t>(n)]);
-        };
-        slot(saisie.TI, fiche.nTI), slot(saisie.TIX, fiche.nTIX), slot(saisie.TIY, fiche.nTIY);
-        slot(saisie.TK, fiche.nTK), slot(saisie.TKZ, fiche.nTKZ);
+namespace {
+
+// What becomes of an amount in the return of one declarant: it stays, or goes to the declarant whose it is, or is halved.
+enum class Partage : std::uint8_t { Foyer, D1, D2, Moitie };
+constexpr auto partages = [] {
+    constexpr CaseEntree foyer[] = {"Fm", "Jm", "Rm", "Hm", "Nm", "Gm",   "Im", "P", "Gp", "W", "L",
+                                    "N",  "Fp", "Vp", "Z1", "Z2", "VEvt", "T",  "V", "S",  "M", "O"};
+    std::array<Partage, nEntrees> p{};
+    for (std::size_t i = 0; i < p.size(); ++i) {
+        const entree::Personne personne = entree::lignes[i].personne;
+        p[i] = personne == entree::D1 ? Partage::D1 : personne == entree::D2 ? Partage::D2 : Partage::Moitie;
     }
-    for (Exceptionnels::Montant& m : exceptionnels.montants) applique(sortDe(m.box), m.montant);
+    for (const CaseEntree box : foyer) p[static_cast<std::size_t>(box.numero)] = Partage::Foyer;
+    return p;
+}();
+
+}  // namespace
+
+void RetourDUnDeclarant(entree::Personne declarant, Saisie& saisie, CasesEntree& remplies,
+                        Exceptionnels& exceptionnels) {
+    const Partage sien = declarant == entree::D1 ? Partage::D1 : Partage::D2;
+    // A half is rounded away from 0: what was not 0 does not become so. A year that is not set stays so.
+    const auto partage = [&](CaseEntree box, std::int32_t& v) {
+        const Partage p = partages[static_cast<std::size_t>(box.numero)];
+        if (p == Partage::Foyer || p == sien) return;
+        if (p != Partage::Moitie)
+            v = 0;
+        else if (v != nNonSaisi)
+            v = nArrondi(v / 2.0);
+    };
+    const CasesEntree avant = remplies;
+    avant.Parcourt([&](std::size_t i) {
+        const CaseEntree box = CaseEntree::Numero(static_cast<int>(i));
+        partage(box, saisie[box]);
+        if (saisie[box] == 0) remplies.Retire(box);
+    });
+    const auto compagnons = [&](auto& zone, const auto& cases) {
+        for (std::size_t k = 0; k < zone.valeurs.size(); ++k)
+            if (zone.valeurs[k] != 0) partage(cases[k], zone.valeurs[k]);
+    };
+    compagnons(saisie.TI, casesMarquees<entree::TI>);
+    compagnons(saisie.TIX, casesMarquees<entree::TIX>), compagnons(saisie.TIY, casesMarquees<entree::TIX>);
+    compagnons(saisie.TK, casesMarquees<entree::TK>), compagnons(saisie.TKZ, casesMarquees<entree::TK>);
+    for (Exceptionnels::Montant& m : exceptionnels.montants) partage(m.box, m.montant);
 }
 
 ParPersonne TotalProspection(const Saisie& saisie) {

@@ -44,8 +44,8 @@ std::int32_t DeplaceProspection(Saisie& saisie);
 void DeplaceExceptionnels(Saisie& saisie, const Exceptionnels& exceptionnels);
 
 /// The return of one declarant of a couple, as half of the household: the declarant's boxes stay, the other one's are
-/// emptied, the rest is halved; what describes the household stays.
-void RetourDUnDeclarant(entree::Personne declarant, Saisie& saisie, Exceptionnels& exceptionnels);
+/// emptied, the rest is halved; what describes the household stays. remplies: the boxes of saisie that are not 0.
+void RetourDUnDeclarant(entree::Personne declarant, Saisie& saisie, CasesEntree& remplies, Exceptionnels& exceptionnels);
 
 /// The prospection income declared, by person.
 ParPersonne TotalProspection(const Saisie& saisie);

@@ -113,4 +113,21 @@ inline constexpr Activite activites[nActivites] = {
      .auQuotient = "RQ_REV_QN_BNC_NP"},
 };
 
+/// Every box of the activities, exceptional and foreign parts included.
+inline constexpr CasesEntree boitesActivites = [] {
+    CasesEntree toutes;
+    const auto ajoute = [&](CaseEntree box) {
+        if (box) toutes.Ajoute(box);
+    };
+    for (const Activite& a : activites) {
+        for (std::size_t k = 0; k < nPersonnes; ++k) {
+            for (const auto* benefices : {&a.avecCentre[k], &a.sansCentre[k]})
+                for (const Benefice& b : *benefices) ajoute(b.box), ajoute(b.exceptionnel);
+            ajoute(a.deficitAvec[k]), ajoute(a.deficitSans[k]);
+            ajoute(a.etrangerAvec[k]), ajoute(a.etrangerSans[k]);
+        }
+    }
+    return toutes;
+}();
+
 }  // namespace kv

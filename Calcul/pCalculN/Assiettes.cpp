@@ -1,6 +1,7 @@
 #include "Calcul/pCalculN/Assiettes.h"
 
 #include "Calcul/pCalculN/Activites.h"
+#include "Calcul/pCalculN/NonSalariesTable.h"
 #include "support/KVTarvel.h"
 
 namespace kv {
@@ -63,6 +64,11 @@ ParPersonne PourChacun(Fonction fonction) {
 }
 
 }  // namespace
+
+Assiettes::Assiettes(const Contexte& c)
+    : m_contexte(c),
+      m_avecActivites(!c.exceptionnels.montants.empty() || c.Remplies(boitesLues<boitesActivites>) ||
+                      c.Remplies(boitesLues<nonsalaries::boites>)) {}
 
 std::int32_t Assiettes::Somme(std::span<const CaseEntree> boxes) const {
     std::int32_t somme = 0;
@@ -169,6 +175,8 @@ std::int32_t Assiettes::FoncierAcompte() const {
 
 // ---- Activities.
 
+std::size_t Assiettes::Activites() const { return m_avecActivites ? std::size_t{nActivites} : 0; }
+
 // An amount declared without an approved centre, with its share of the category's surcharge.
 std::int32_t Assiettes::Majore(const Activite& a, std::size_t k, std::int32_t montant) const {
     return montant + nProrata(montant, C[k][a.majoration], C[k][a.resultatSansCentre]);
@@ -200,7 +208,7 @@ template <class Fonction>
 void Assiettes::ParCategorie(Fonction fonction) const {
     fonction(Salaires());
     fonction(Pensions());
-    for (std::size_t i = 0; i < nActivites; ++i) fonction(Professionnel(i));
+    for (std::size_t i = 0; i < Activites(); ++i) fonction(Professionnel(i));
 }
 
 std::int32_t Assiettes::RevenuPreleve() const {
@@ -211,7 +219,7 @@ std::int32_t Assiettes::RevenuPreleve() const {
 
 std::int32_t Assiettes::RevenuNetPreleve() const {
     std::int32_t total = SalairesNets().Total() + PensionsNettes().Total() + Rentes() + Foncier();
-    for (std::size_t i = 0; i < nActivites; ++i) total += Professionnel(i).Total();
+    for (std::size_t i = 0; i < Activites(); ++i) total += Professionnel(i).Total();
     return Trace(u"REV_PAS_NET", total);
 }
 
@@ -242,7 +250,7 @@ std::int32_t Assiettes::PartDesCharges() const {
 std::int32_t Assiettes::Acompte() const {
     std::int32_t total = nPositif(SalairesAcompte().Total()) + nPositif(PensionsAcompte().Total()) +
                          nPositif(Rentes()) + nPositif(FoncierAcompte());
-    for (std::size_t i = 0; i < nActivites; ++i) {
+    for (std::size_t i = 0; i < Activites(); ++i) {
         const ParPersonne acompte = ProfessionnelAcompte(i);
         for (std::size_t k = 0; k < nPersonnes; ++k) {
             if (E[activites[i].cesse[k]] != 0) continue;  // an activity that has ceased pays no instalment
@@ -257,6 +265,7 @@ std::int32_t Assiettes::AcompteMeubles() const {
     static constexpr CaseEntree ventesDejaSoumises[nPersonnes] = {"5NJ", "5OJ", "5PJ"};
     static constexpr CaseEntree servicesDejaSoumis[nPersonnes] = {"5NW", "5OW", "5PW"};
     const Activite& a = activites[Meuble];
+    if (!m_avecActivites) return 0;
     std::int32_t total = 0;
     for (std::size_t k = 0; k < nPersonnes; ++k) {
         // Letting that already bore the levies, exceptional and foreign letting stay out.
@@ -287,7 +296,7 @@ std::int32_t Assiettes::RevenuNonExceptionnel() const {
         const std::int32_t retenues = C[k]["RN_PEN_DECL"] - Somme(b.etrangeres) - Quotients(b.quotients);
         return nProrata(retenues, C[k]["RN_PEN"], C[k]["RN_PEN_DECL"]);
     }));
-    for (std::size_t i = 0; i < nActivites; ++i) {
+    for (std::size_t i = 0; i < Activites(); ++i) {
         const Activite& a = activites[i];
         const auto exceptionnel = [&](const Benefice(&boxes)[2]) {
             std::int32_t montant = 0;

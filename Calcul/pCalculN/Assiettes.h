@@ -18,7 +18,7 @@ struct Activite;
 /// Euros; the parts of a person may be negative. A figure that is not 0 is traced under its name.
 class Assiettes {
   public:
-    explicit Assiettes(const Contexte& c) : m_contexte(c) {}
+    explicit Assiettes(const Contexte& c);
 
     /// Tax of the scale after the low-tax relief and the reduction for modest incomes.
     std::int32_t Impot() const;
@@ -52,6 +52,8 @@ class Assiettes {
     ParPersonne Professionnel(std::size_t activite) const;
     ParPersonne ProfessionnelAcompte(std::size_t activite) const;
 
+    /// How many activities have figures to show.
+    std::size_t Activites() const;
     std::int32_t Majore(const Activite& activite, std::size_t personne, std::int32_t montant) const;
     std::int32_t Somme(std::span<const CaseEntree> boxes) const;
     std::int32_t Quotients(std::span<const CaseEntree> boxes) const;
@@ -63,6 +65,7 @@ class Assiettes {
     void ParCategorie(Fonction fonction) const;
 
     const Contexte& m_contexte;
+    const bool m_avecActivites;  ///< otherwise every figure of the activities is 0
     const Entrees E{m_contexte};
     const Valeurs S{m_contexte.commun.lignes};
     const std::array<Colonne, 3> C{Colonne(m_contexte.commun.lignes, 0), Colonne(m_contexte.commun.lignes, 1),

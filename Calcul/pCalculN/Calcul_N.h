@@ -34,6 +34,7 @@ class CCalcul_N final : public CCalcul, private kv::Chaine {
 
     kv::Lancement m_lancement;
     kv::Saisie m_saisie;
+    kv::CasesEntree m_remplies;  ///< the boxes that a family may look for; the driver's own switches are not among them
     kv::Exceptionnels m_exceptionnels;
     kv::Lignes m_lignes;
     kv::Memoire m_memoire;

@@ -25,14 +25,23 @@ Faits FaitsDe(const Lancement& lancement, const Saisie& saisie, bool couple) {
 
 }  // namespace
 
-Contexte::Contexte(const Commun& commun_, const Saisie& saisie, const Exceptionnels& exceptionnels_, bool couple)
+Contexte::Contexte(const Commun& commun_, const Saisie& saisie, const CasesEntree& remplies_,
+                   const Exceptionnels& exceptionnels_, bool couple)
     : commun(commun_),
       declaree(saisie),
+      remplies(remplies_),
       exceptionnels(exceptionnels_),
       faits(FaitsDe(commun.lancement, saisie, couple)),
       m_vue(&saisie),
-      m_remplies(&m_rempliesDeclarees),
-      m_rempliesDeclarees(BoitesRemplies(saisie)) {}
+      m_remplies(&remplies) {}
+
+Contexte::Contexte(const Contexte& autre, const Saisie& saisie)
+    : Contexte(autre.commun, saisie, &saisie == &autre.declaree ? autre.remplies : BoitesRemplies(saisie),
+               autre.exceptionnels, autre.faits.couple) {
+    faits.passe = autre.faits.passe;
+    faits.sansAvantages = autre.faits.sansAvantages;
+    faits.retenueALaSource = autre.faits.retenueALaSource;
+}
 
 bool Contexte::Repetable() const {
     static constexpr CasesEntree etrangeres = [] {
@@ -64,7 +73,7 @@ void Contexte::AjouteExceptionnels() {
 void Contexte::RetireExceptionnels() {
     commun.trace.Ligne(u"****> _Quotient_Dans_Fr(false)");
     m_vue = &declaree;
-    m_remplies = &m_rempliesDeclarees;
+    m_remplies = &remplies;
 }
 
 void Travail::ImputeDeficit(CaseSortie resultat, CaseSortie impute, std::int32_t deficits) {

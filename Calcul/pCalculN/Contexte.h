@@ -134,22 +134,20 @@ class Contexte {
         Lignes::Conservees& conservees;  ///< room for the lines of a run that must stand again after others
     };
 
-    Contexte(const Commun& commun, const Saisie& saisie, const Exceptionnels& exceptionnels, bool couple);
+    Contexte(const Commun& commun, const Saisie& saisie, const CasesEntree& remplies, const Exceptionnels& exceptionnels,
+             bool couple);
     /// A run over other inputs; what it is for stays.
-    Contexte(const Contexte& autre, const Saisie& saisie)
-        : Contexte(autre, saisie, autre.exceptionnels, autre.faits.couple) {
-        faits.passe = autre.faits.passe;
-        faits.sansAvantages = autre.faits.sansAvantages;
-        faits.retenueALaSource = autre.faits.retenueALaSource;
-    }
+    Contexte(const Contexte& autre, const Saisie& saisie);
     /// The same with other exceptional income and for another kind of household; a normal pass.
-    Contexte(const Contexte& autre, const Saisie& saisie, const Exceptionnels& exceptionnels, bool couple)
-        : Contexte(autre.commun, saisie, exceptionnels, couple) {}
+    Contexte(const Contexte& autre, const Saisie& saisie, const CasesEntree& remplies,
+             const Exceptionnels& exceptionnels, bool couple)
+        : Contexte(autre.commun, saisie, remplies, exceptionnels, couple) {}
     Contexte(const Contexte&) = delete;
     Contexte& operator=(const Contexte&) = delete;
 
     const Commun commun;
     const Saisie& declaree;              ///< the inputs without the exceptional amounts
+    const CasesEntree remplies;          ///< the boxes of them that are not 0
     const Exceptionnels& exceptionnels;  ///< the exceptional amounts beside them
     Faits faits;
 
@@ -180,7 +178,6 @@ class Contexte {
   private:
     const Saisie* m_vue;
     const CasesEntree* m_remplies;  ///< the boxes of what the run sees that are not 0
-    CasesEntree m_rempliesDeclarees;
     std::optional<Saisie> m_avecExceptionnels;
     CasesEntree m_rempliesAvecExceptionnels;
 };

@@ -15,7 +15,7 @@ using namespace credits;
 
 namespace {
 
-constexpr std::int32_t nTauxTransition = 30;
+constexpr std::int32_t nTauxTransition = 3000;  // hundredths of a percent, as every rate here
 
 class Credits : Travail {
   public:
@@ -23,8 +23,8 @@ class Credits : Travail {
     void CreditDImpot();
 
   private:
-    void LigneCredit(CaseSortie credit, std::int32_t declare, std::int32_t retenu, double taux);
-    void CreditCompte(CaseSortie credit, std::int32_t declare, std::int32_t retenu, double taux);
+    void LigneCredit(CaseSortie credit, std::int32_t declare, std::int32_t retenu, std::int32_t taux);
+    void CreditCompte(CaseSortie credit, std::int32_t declare, std::int32_t retenu, std::int32_t taux);
     void Impute(CaseSortie credit, std::int32_t declare, std::int32_t limite);
     void ImputeAuTaux(CaseSortie credit, CaseEntree box, std::int32_t taux, std::int32_t limite);
     std::int32_t PlafondParFoyer(std::int32_t montant, std::int32_t parCharge) const;
@@ -53,8 +53,8 @@ void Credits::CreditDImpot() {
 
     for (const Copie& copie : copies) S[copie.credit] = E[copie.box];
     const bool option = faits.bareme || faits.forfait;
-    LigneCredit("D_PV_NON_RESIDENT", E["3VE"], E["3VE"], option ? 12.8 : 45);
-    LigneCredit("D_SCR_NON_RESIDENT", E["3UV"], E["3UV"], option ? 12.8 : 30);
+    LigneCredit("D_PV_NON_RESIDENT", E["3VE"], E["3VE"], option ? 1280 : 4500);
+    LigneCredit("D_SCR_NON_RESIDENT", E["3UV"], E["3UV"], option ? 1280 : 3000);
 
     EquipementDuLogement();
     const bool avantages = !faits.sansAvantages;
@@ -85,14 +85,17 @@ void Credits::Total() {
     if (S["CORRECTIONS"] + S["D_CREDIT"] != 0) S["SEPAR_MONT"] = 1;
 }
 
-// A credit that is a rate (percent) of an entry box: amount declared, amount retained, rate in hundredths of a percent.
-void Credits::LigneCredit(CaseSortie credit, std::int32_t declare, std::int32_t retenu, double taux) {
-    BaseRetenue(credit, declare, retenu, nArrondi(dMul(taux, 100)));
-    S[credit] = nPourcent(retenu, taux);
+// A credit that is a rate of an entry box: amount declared, amount retained, rate in hundredths of a percent. A line
+// without an amount shows its rate.
+void Credits::LigneCredit(CaseSortie credit, std::int32_t declare, std::int32_t retenu, std::int32_t taux) {
+    if (declare == 0 && retenu == 0)
+        C3[credit] = taux;
+    else
+        lignes.Ecrit(credit) = {nAuTaux(retenu, taux), {declare, retenu, taux}};
 }
 
 // The same for a credit that counts in the global cap.
-void Credits::CreditCompte(CaseSortie credit, std::int32_t declare, std::int32_t retenu, double taux) {
+void Credits::CreditCompte(CaseSortie credit, std::int32_t declare, std::int32_t retenu, std::int32_t taux) {
     LigneCredit(credit, declare, retenu, taux);
     m_imputation.Note(Niche::N2013, credit, S[credit]);
 }
@@ -130,9 +133,9 @@ void Credits::CreditsImputes() {
 
     CreditsDImpotEtranger();
     const std::int32_t horsReprises = impot - S["CO_REPRISE"] - S["CO_INVEST_CORSE"];
-    ImputeAuTaux("D_ACQ_BIENS_CULTURELS", "7UO", 40, horsReprises);
+    ImputeAuTaux("D_ACQ_BIENS_CULTURELS", "7UO", 4000, horsReprises);
     Impute("D_PREVENTION", nonNegatif("8TE"), m_reste);
-    ImputeAuTaux("D_MECENAT", "7US", 100, horsReprises);
+    ImputeAuTaux("D_MECENAT", "7US", 10000, horsReprises);
     Impute("D_INVEST_CORSE", nPositif(E["8TG"] + E["8TO"]), std::min(m_reste, impot - S["CO_INVEST_CORSE"]));
     Impute("D_CREDIT_8TC", nonNegatif("8TC"), m_reste);
     Impute("D_CREDIT_COMP_EMPLOI", nonNegatif("8UW"), m_reste);
@@ -170,11 +173,11 @@ std::int32_t Credits::PlafondParFoyer(std::int32_t montant, std::int32_t parChar
 void Credits::EquipementDuLogement() {
     if (E["7WJ"] > 0) {
         const std::int32_t plafond = nPositif(PlafondParFoyer(5000, 400) - SommeE({"7WJA", "7WJB", "7WJC", "7WJD"}));
-        LigneCredit("D_AIDE_PERS_AGEES", E["7WJ"], std::min(E["7WJ"], plafond), 25);
+        LigneCredit("D_AIDE_PERS_AGEES", E["7WJ"], std::min(E["7WJ"], plafond), 2500);
     }
     if (E["7WL"] > 0) {
         const std::int32_t plafond = (E["7WLPS"] >= 1 ? E["7WLPS"] : E["7WLPC"]) - E["7WLA"] - E["7WLB"];
-        if (plafond > 0) LigneCredit("D_AIDE_RISQUE_TECHNO", E["7WL"], std::min(E["7WL"], plafond), 40);
+        if (plafond > 0) LigneCredit("D_AIDE_RISQUE_TECHNO", E["7WL"], std::min(E["7WL"], plafond), 4000);
     }
 }
 
@@ -185,7 +188,7 @@ void Credits::TransitionEnergetique() {
         CreditCompte(t.credit, E[t.depense], retenu, nTauxTransition);
         plafond = nPositif(plafond - retenu);
     }
-    CreditCompte("D_PREV_RISQUE_TECH", E["7WR"], E["7WR"], 40);
+    CreditCompte("D_PREV_RISQUE_TECH", E["7WR"], E["7WR"], 4000);
 }
 
 // Childcare outside the home (CGI art. 200 quater B): a ceiling per child, half for alternating residence.
@@ -200,7 +203,7 @@ void Credits::FraisDeGarde() {
             declare += E[enfant];
             retenu += std::min(E[enfant], plafond);
         }
-        CreditCompte(credit, declare, retenu, 50);
+        CreditCompte(credit, declare, retenu, 5000);
     };
     garde("D_FRAIS_GARDE_ACHARGE", enfantsACharge, 2300);
     garde("D_FRAIS_GARDE_ALTERNE", enfantsAlternes, 1150);
@@ -233,8 +236,8 @@ void Credits::CotisationsSyndicales() {
 // Interest on student loans (CGI art. 200 terdecies): this year's payments, then those of earlier years.
 void Credits::PretsEtudiants() {
     const std::int32_t annees = E["7VO"];
-    LigneCredit("D_PRET_ETUDIANTS_1", E["7UK"], std::min(E["7UK"], annees < 6 ? 1000 : 0), 25);
-    LigneCredit("D_PRET_ETUDIANTS_2", E["7TD"], std::min(E["7TD"], std::min(annees * 1000, 6000)), 25);
+    LigneCredit("D_PRET_ETUDIANTS_1", E["7UK"], std::min(E["7UK"], annees < 6 ? 1000 : 0), 2500);
+    LigneCredit("D_PRET_ETUDIANTS_2", E["7TD"], std::min(E["7TD"], std::min(annees * 1000, 6000)), 2500);
 }
 
 void Credits::CreditsForestiers() {
@@ -242,9 +245,9 @@ void Credits::CreditsForestiers() {
         CreditCompte(ligne, declare, std::min(declare, plafond), taux);
     };
     std::int32_t plafond = ParFoyer(2000);
-    credit("D_CREDIT_7UI", E["7UI"], plafond, 25);
+    credit("D_CREDIT_7UI", E["7UI"], plafond, 2500);
     plafond -= E["7UI"];
-    if (plafond > 0) credit("D_CREDIT_7UQ", E["7UQ"], plafond, 18);
+    if (plafond > 0) credit("D_CREDIT_7UQ", E["7UQ"], plafond, 1800);
 
     std::int32_t reste = ParFoyer(6250);
     for (const auto& t : travauxForestiers) {
@@ -272,9 +275,9 @@ void Credits::InteretsHabitationPrincipale() {
         CreditCompte(credit, E[box], retenu, taux);
         plafond = nPositif(plafond - retenu);
     };
-    interets("D_CREDIT_HAB_PRIN_BBC", "7VX", 40);
-    interets("D_CREDIT_HAB_PRIN_2010N", "7VV", 15);
-    interets("D_CREDIT_HAB_PRIN_2011N", "7VT", 10);
+    interets("D_CREDIT_HAB_PRIN_BBC", "7VX", 4000);
+    interets("D_CREDIT_HAB_PRIN_2010N", "7VV", 1500);
+    interets("D_CREDIT_HAB_PRIN_2011N", "7VT", 1000);
 }
 
 }  // namespace

@@ -39,7 +39,7 @@ inline constexpr TransitionEnergetique transitionEnergetique[] = {
 struct TravauxForestiers {
     CaseSortie credit;
     CaseEntree depense;
-    std::int32_t taux;
+    std::int32_t taux;  ///< hundredths of a percent
     CaseSortie report;
     consteval TravauxForestiers(const char* code, std::int32_t t, const char* suite = nullptr)
         : credit(CaseSortie::Requise("D_CREDIT_", code)),
@@ -48,22 +48,22 @@ struct TravauxForestiers {
           report(CaseSortie::Requise("NP1_FOREST_TRAV_", suite ? suite : code)) {}
 };
 inline constexpr TravauxForestiers travauxForestiers[] = {
-    {"7VP", 25},
-    {"7TK", 25},
-    {"7UX", 18},
-    {"7TJ", 18},
-    {"7VN", 25},
-    {"7TO", 25},
-    {"7VM", 18},
-    {"7TM", 18},
-    {"7VR", 25},
-    {"7TQ", 25},
-    {"7VQ", 18},
-    {"7TP", 18},
-    {"7UA", 25, "7UA4_7UA"},
-    {"7UB", 25, "7UB8_7UB"},
-    {"7UP", 18, "7UP4_7UP"},
-    {"7UT", 18, "7UT8_7UT"},
+    {"7VP", 2500},
+    {"7TK", 2500},
+    {"7UX", 1800},
+    {"7TJ", 1800},
+    {"7VN", 2500},
+    {"7TO", 2500},
+    {"7VM", 1800},
+    {"7TM", 1800},
+    {"7VR", 2500},
+    {"7TQ", 2500},
+    {"7VQ", 1800},
+    {"7TP", 1800},
+    {"7UA", 2500, "7UA4_7UA"},
+    {"7UB", 2500, "7UB8_7UB"},
+    {"7UP", 1800, "7UP4_7UP"},
+    {"7UT", 1800, "7UT8_7UT"},
 };
 
 /// Childcare outside the home, by child: dependent, and in alternating residence (CGI art. 200 quater B).

@@ -25,7 +25,7 @@ void Imputation::FixeTotaux(const Totaux& valeurs) {
 }
 
 void Imputation::Compte(Niche niche, std::int32_t montant) {
-    if (niche == Niche::HorsPlafond || niche == Niche::ToujoursActive) return;
+    if (montant == 0 || niche == Niche::HorsPlafond || niche == Niche::ToujoursActive) return;
     m_lignes.Ecrit(totaux[static_cast<std::size_t>(niche) - 1]).valeur += montant;
 }
 
@@ -38,7 +38,7 @@ void Imputation::Rend(Niche niche, CaseSortie ligne, std::int32_t montant) {
 
 void Imputation::Note(Niche niche, CaseSortie ligne, std::int32_t montant) {
     if (!Active(niche)) return;
-    m_lignes.Ecrit(ligne).valeur = montant;
+    if (m_lignes.Lit(ligne).valeur != montant) m_lignes.Ecrit(ligne).valeur = montant;
     Compte(niche, montant);
 }
 

@@ -194,7 +194,7 @@ void NonSalaries::RevenusNonSalaries() {
     lignes.Ajoute("RR_BIC_P", "RR_BIC_P_MAJO");
     lignes.Ajoute("RR_BNC_P", "RR_BNC_P_MAJO");
 
-    Lit({"RF_INVENTEURS", {"5TC", "5UC", "5VC"}});
+    Lit(inventeurs);
     S["RR_BAM_AFF"] = 0;
     lignes.Ajoute("TM_BA", "RR_BAM");
 }
@@ -302,8 +302,6 @@ void NonSalaries::RevenusExoneres() {
     for (std::size_t k = 0; k < nPersonnes; ++k) {
         for (const LigneReelle& ligne : lignesExonerees)
             C[k][ligne.sortie] = E[ligne.box[k]] + (ligne.plus[k] ? E[ligne.plus[k]] : 0);
-        static constexpr BoxParPersonne bncNonProExoneres[] = {
-            {"5TH", "5UH", "5VH"}, {"5HK", "5JK", "5LK"}, {"5IK", "5KK", "5MK"}};
         C[k]["RE_BNCNP"] = 0;
         for (const BoxParPersonne& box : bncNonProExoneres) C[k]["RE_BNCNP"] += E[box[k]];
     }
@@ -327,7 +325,12 @@ void NonSalaries::RevenusExoneres() {
 
 }  // namespace
 
-void RevenusNonSalaries(Contexte& c) { NonSalaries(c).RevenusNonSalaries(); }
-void RevenusExoneres(Contexte& c) { NonSalaries(c).RevenusExoneres(); }
+// Without a box the result of every category is 0; the worldwide pass keeps that in the memory too.
+void RevenusNonSalaries(Contexte& c) {
+    if (c.faits.passe == Passe::Mondiale || c.Remplies(boitesLues<boites>)) NonSalaries(c).RevenusNonSalaries();
+}
+void RevenusExoneres(Contexte& c) {
+    if (c.Remplies(boitesLues<boitesExonerees>)) NonSalaries(c).RevenusExoneres();
+}
 
 }  // namespace kv

@@ -154,4 +154,44 @@ inline constexpr CategorieDeficit locationsMeublees = {
     .effaceSiNul = false,
 };
 
+inline constexpr LigneReelle inventeurs = {"RF_INVENTEURS", {"5TC", "5UC", "5VC"}};
+
+/// Exempt non-professional non-commercial results, which share one line.
+inline constexpr BoxParPersonne bncNonProExoneres[] = {
+    {"5TH", "5UH", "5VH"}, {"5HK", "5JK", "5LK"}, {"5IK", "5KK", "5MK"}};
+
+// ---- Every box of the step, and of the exempt results.
+
+constexpr void AjouteBoites(CasesEntree& boites, const BoxParPersonne& personnes) {
+    for (const CaseEntree box : personnes)
+        if (box) boites.Ajoute(box);
+}
+template <std::size_t N>
+constexpr void AjouteBoites(CasesEntree& boites, const LigneReelle (&lignes)[N]) {
+    for (const LigneReelle& ligne : lignes)
+        for (const auto* personnes : {&ligne.box, &ligne.moins, &ligne.plus}) AjouteBoites(boites, *personnes);
+}
+inline constexpr CasesEntree boites = [] {
+    CasesEntree toutes;
+    AjouteBoites(toutes, lignesMicro);
+    AjouteBoites(toutes, lignesReelles);
+    AjouteBoites(toutes, plusValuesReelles);
+    AjouteBoites(toutes, plusValuesMicro);
+    AjouteBoites(toutes, inventeurs.box);
+    for (const auto* recettes :
+         {&ventesPro, &servicesPro, &ventesNonPro, &servicesNonPro, &meubleVentes, &meubleVentesDejaSoumises,
+          &meubleServices, &meubleServicesDejaSoumis, &bncPro, &bncNonPro})
+        AjouteBoites(toutes, *recettes);
+    for (const auto* categorie : {&bncNonProfessionnels, &bicNonProfessionnels, &locationsMeublees})
+        for (const CaseEntree box : categorie->boxes)
+            if (box) toutes.Ajoute(box);
+    return toutes;
+}();
+inline constexpr CasesEntree boitesExonerees = [] {
+    CasesEntree toutes;
+    AjouteBoites(toutes, lignesExonerees);
+    for (const auto& personnes : bncNonProExoneres) AjouteBoites(toutes, personnes);
+    return toutes;
+}();
+
 }  // namespace kv::nonsalaries

@@ -106,6 +106,7 @@ CCalcul_N::CCalcul_N(CDataCalcul& data, bool optionsForcees, bool optionsSiSaisi
       m_saisie(kv::LisSaisie(data)),
       m_exceptionnels(kv::LisExceptionnels(data)) {
     kv::Replie(m_saisie);
+    m_remplies = kv::BoitesRemplies(m_saisie);
     m_lignes.ReprendPlafondsPERP(data);
     m_trace.Ouvre();
     // The modernisation credit alone: the more favourable option is chosen.
@@ -129,7 +130,7 @@ bool CCalcul_N::Calcul_ISF() {
     return kv::Protege(
         source,
         [&] {
-            kv::Contexte c(Commun(), m_saisie, m_exceptionnels, false);
+            kv::Contexte c(Commun(), m_saisie, m_remplies, m_exceptionnels, false);
             c.Lance(Etape::Calcul_ISF);
             return true;
         },
@@ -176,7 +177,7 @@ bool CCalcul_N::Pipeline(bool drapeau) {
     TraceEntrees();
     m_saisie["8TI"] = kv::TotalTI(m_saisie);
     m_saisie["8TK"] = kv::TotalTK(m_saisie);
-    kv::Contexte c(Commun(), m_saisie, m_exceptionnels, m_saisie["M"] == 1 || m_saisie["O"] == 1);
+    kv::Contexte c(Commun(), m_saisie, m_remplies, m_exceptionnels, m_saisie["M"] == 1 || m_saisie["O"] == 1);
     c.RemetSortiesAZero();
 
     c.Lance(etapesPrincipales);

@@ -118,9 +118,10 @@ Prelevement::Declarant Prelevement::DeclarantSeul(std::size_t declarant) {
                                                       u"============ PAS IND D2 ================"};
     trace.Ligne(titres[declarant]);
     Saisie saisie = contexte.declaree;
+    CasesEntree remplies = contexte.remplies;
     Exceptionnels exceptionnels = contexte.exceptionnels;
-    RetourDUnDeclarant(declarant == 0 ? entree::D1 : entree::D2, saisie, exceptionnels);
-    Contexte seul(contexte, saisie, exceptionnels, false);
+    RetourDUnDeclarant(declarant == 0 ? entree::D1 : entree::D2, saisie, remplies, exceptionnels);
+    Contexte seul(contexte, saisie, remplies, exceptionnels, false);
     ChaineDUnDeclarant(seul);
 
     const Assiettes a(seul);

@@ -116,7 +116,9 @@ TEST(Transferts, OneDeclarantAlone) {
         .Quotient("2DC", 3, 5);
     kv::Saisie saisie = kv::LisSaisie(retour.Data());
     kv::Exceptionnels exceptionnels = kv::LisExceptionnels(retour.Data());
-    kv::RetourDUnDeclarant(kv::entree::D2, saisie, exceptionnels);
+    kv::CasesEntree remplies = kv::BoitesRemplies(saisie);
+    kv::RetourDUnDeclarant(kv::entree::D2, saisie, remplies, exceptionnels);
+    EXPECT_EQ(remplies.mots, kv::BoitesRemplies(saisie).mots);
     Attend(saisie.entrees, {{"M", 1}, {"Fm", 3}, {"1AJ", 0}, {"1BJ", 2001}, {"1CJ", 151}, {"2DC", -4}});
     Attend(saisie.entrees, {{"5XC", 0}, {"5ZC", nNonSaisi}});
     EXPECT_EQ(saisie.TI["5HC"], 0);
