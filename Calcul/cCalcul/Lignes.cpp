@@ -27,9 +27,9 @@ constexpr CasesSortie sortiesRazComplete = [] {
 // Clears a whole area. In blocks: a large area cleared in one go may be cleared byte by byte.
 template <class Zone>
 void Efface(Zone& zone) {
-    constexpr std::size_t bloc = 1536 / sizeof(zone[0]);
-    for (std::size_t i = 0; i < zone.size(); i += bloc)
-        std::memset(static_cast<void*>(&zone[i]), 0, std::min(bloc, zone.size() - i) * sizeof(zone[0]));
+    constexpr std::size_t bloc = 64 / sizeof(zone[0]), n = std::tuple_size_v<Zone>;
+    static_assert(n % bloc == 0);
+    for (std::size_t i = 0; i < n; i += bloc) std::memset(static_cast<void*>(&zone[i]), 0, bloc * sizeof(zone[0]));
 }
 
 // Texts are rare: several are looked at together.

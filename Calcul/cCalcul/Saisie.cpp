@@ -29,13 +29,17 @@ std::int32_t Exceptionnels::Excedent(CaseEntree box) const {
 
 namespace {
 
-// Whole areas in blocks: several values at once, and none of it byte by byte.
+// Copies an area in blocks of a fixed size, each changed on the way: several values at once.
 template <class Zone, class Fonction>
-void EnBlocs(Zone& vers, const Zone& de, Fonction f) {
-    constexpr std::size_t bloc = 16, n = std::tuple_size_v<decltype(vers.valeurs)>;
-    for (std::size_t i = 0; i + bloc <= n; i += bloc)
-        for (std::size_t k = 0; k < bloc; ++k) vers.valeurs[i + k] = f(de.valeurs[i + k]);
-    for (std::size_t i = n / bloc * bloc; i < n; ++i) vers.valeurs[i] = f(de.valeurs[i]);
+void EnBlocs(Zone& vers, const Zone& de, Fonction change) {
+    constexpr std::size_t taille = 16, n = std::tuple_size_v<decltype(vers.valeurs)>;
+    std::array<std::int32_t, taille> bloc;
+    for (std::size_t i = 0; i + taille <= n; i += taille) {
+        std::copy_n(&de.valeurs[i], taille, bloc.data());
+        for (std::int32_t& v : bloc) v = change(v);
+        std::copy_n(bloc.data(), taille, &vers.valeurs[i]);
+    }
+    for (std::size_t i = n / taille * taille; i < n; ++i) vers.valeurs[i] = change(de.valeurs[i]);
 }
 
 }  // namespace
