@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <initializer_list>
+#include <utility>
 
 #include "Calcul/cCalcul/Catalogues.h"
 #include "Calcul/cCalcul/DataCalcul.h"
@@ -77,7 +78,7 @@ class Lignes {
     /// A line to write into.
     Ligne& Ecrit(CaseSortie c) {
         m_touchees.Ajoute(c);
-        return m_lignes[static_cast<std::size_t>(c.numero)];
+        return Acces(c);
     }
     const Ligne& Lit(CaseSortie c) const { return m_lignes[static_cast<std::size_t>(c.numero)]; }
     Texte& EcritTexte(CaseSortie c) {
@@ -123,6 +124,11 @@ class Lignes {
     void BaseEtTaux(CaseSortie ligne, std::int32_t base, std::int32_t taux);
 
   private:
+    friend class Chiffre;
+    friend class Valeurs;
+    friend class Colonne;
+    Ligne& Acces(CaseSortie c) { return m_lignes[static_cast<std::size_t>(c.numero)]; }
+
     std::array<Ligne, nSorties> m_lignes;
     std::array<Texte, nSorties> m_textes;  ///< of the lines that have one
     CasesSortie m_touchees, m_notees;      ///< the lines that may have been written, that have a text
@@ -130,11 +136,39 @@ class Lignes {
 
 // ---- One figure of every line, by the name of the output.
 
+/// A figure to read or to write, for one expression only. A line counts as written once a figure of it changes: neither
+/// a figure read nor the 0 of a rule that does not apply is reset or handed over afterwards.
+class Chiffre {
+  public:
+    operator std::int32_t() const&& { return m_chiffre; }
+
+    std::int32_t operator=(std::int32_t valeur) && {
+        if (m_chiffre != valeur) {
+            m_lignes.m_touchees.Ajoute(m_ligne);
+            m_chiffre = valeur;
+        }
+        return valeur;
+    }
+    std::int32_t operator=(Chiffre&& autre) && { return std::move(*this) = std::int32_t{autre.m_chiffre}; }
+    std::int32_t operator+=(std::int32_t montant) && { return std::move(*this) = m_chiffre + montant; }
+    std::int32_t operator-=(std::int32_t montant) && { return std::move(*this) = m_chiffre - montant; }
+
+  private:
+    friend class Valeurs;
+    friend class Colonne;
+    Chiffre(Lignes& lignes, CaseSortie ligne, std::int32_t& chiffre)
+        : m_lignes(lignes), m_ligne(ligne), m_chiffre(chiffre) {}
+
+    Lignes& m_lignes;
+    CaseSortie m_ligne;
+    std::int32_t& m_chiffre;
+};
+
 /// The values: S["RN_SAL"].
 class Valeurs {
   public:
     explicit Valeurs(Lignes& lignes) : m_lignes(&lignes) {}
-    std::int32_t& operator[](CaseSortie c) { return m_lignes->Ecrit(c).valeur; }
+    Chiffre operator[](CaseSortie c) { return {*m_lignes, c, m_lignes->Acces(c).valeur}; }
     std::int32_t operator[](CaseSortie c) const { return m_lignes->Lit(c).valeur; }
 
   private:
@@ -145,7 +179,7 @@ class Valeurs {
 class Colonne {
   public:
     Colonne(Lignes& lignes, std::size_t rang) : m_lignes(&lignes), m_rang(rang) {}
-    std::int32_t& operator[](CaseSortie c) { return m_lignes->Ecrit(c).colonnes[m_rang]; }
+    Chiffre operator[](CaseSortie c) { return {*m_lignes, c, m_lignes->Acces(c).colonnes[m_rang]}; }
     std::int32_t operator[](CaseSortie c) const { return m_lignes->Lit(c).colonnes[m_rang]; }
 
   private:

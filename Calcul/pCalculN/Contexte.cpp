@@ -77,7 +77,7 @@ void Contexte::RetireExceptionnels() {
 }
 
 void Travail::ImputeDeficit(CaseSortie resultat, CaseSortie impute, std::int32_t deficits) {
-    S[impute] = std::min(S[resultat], deficits);
+    S[impute] = std::min<std::int32_t>(S[resultat], deficits);
     double benefices = 0;
     for (Colonne& colonne : C) benefices += dPositif(colonne[resultat]);
     for (Colonne& colonne : C)

@@ -155,7 +155,7 @@ void Credits::CreditsDImpotEtranger() {
     Impute("D_ETR_PV_TK", S["IMPOT_ETR_PV_TK"], std::min(m_reste, corrections));
     if (faits.selonLaDeclaration) {
         const std::int32_t interets = nPositif(TK["2FA"] - TKZ["2FA"]);
-        Impute("D_CREDIT_2FA", nPourcent(interets, 24), std::min(m_reste, S["CO_INTERET"]));
+        Impute("D_CREDIT_2FA", nPourcent(interets, 24), std::min<std::int32_t>(m_reste, S["CO_INTERET"]));
     } else if (E["PFU"] != 0) {
         const std::int32_t capitaux = (TK["2FA"] - TKZ["2FA"]) + (TK["2DC"] - TKZ["2DC"]) + (TK["2TR"] - TKZ["2TR"]);
         const std::int32_t credit = nPourcent(capitaux, 12.8) + nPourcent(TK["3VG"] - TKZ["3VG"], 12.8);

@@ -143,9 +143,9 @@ void PrelevementsSociaux::BasesResident() {
         gains += g.perte ? nPositif(E[g.gain] - E[g.perte]) : E[g.gain];
     BaseSociale("S_B_PLUS_VALUES", nPositif(gains));
     BaseSociale("S_B_PV_RETRAITE", nPositif(E["5HG"] + E["5IG"]));
-    for (const PartEtrangere& p : partsEtrangeres) BaseSociale(p.part, std::min(E[p.box], S[p.base]));
+    for (const PartEtrangere& p : partsEtrangeres) BaseSociale(p.part, std::min<std::int32_t>(E[p.box], S[p.base]));
     BaseSociale("S_B_CSG_CRDS", faits.forfait ? memoire.revenusDejaSoumis + memoire.revenusDejaSoumisReste
-                                              : std::min(E["2CG"] + E["2BH"], S["S_B_REV_MOB"]));
+                                              : std::min<std::int32_t>(E["2CG"] + E["2BH"], S["S_B_REV_MOB"]));
 }
 
 // One base, three rates; deferred gains bear the lower CSG of their year.

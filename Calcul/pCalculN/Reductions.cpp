@@ -177,7 +177,7 @@ void Reductions::DecoteEtClassesMoyennes() {
     S["U_DECOTE"] = decote ? std::min(impot, nArrondi(plafond - troisQuarts)) : 0;
     const std::int32_t apresDecote = impot - S["U_DECOTE"];
     S["U_CLASSES_MOYENNES"] = faits.resident ? ClassesMoyennes(apresDecote) : 0;
-    m_imputation.FixeReste(nPositif(std::min(S["TOT_IMPOT_DOM"], apresDecote - S["U_CLASSES_MOYENNES"])));
+    m_imputation.FixeReste(nPositif(std::min<std::int32_t>(S["TOT_IMPOT_DOM"], apresDecote - S["U_CLASSES_MOYENNES"])));
 }
 
 // The reduction for modest incomes: 20 % up to a first income, less and less up to a second one.
