@@ -6,6 +6,7 @@
 #include "Calcul/pCalculN/CreditsTable.h"
 #include "Calcul/pCalculN/Etapes.h"
 #include "Calcul/pCalculN/Imputation.h"
+#include "Calcul/pCalculN/Prelevement.h"
 #include "Calcul/pCalculN/ReductionsTable.h"
 
 // The global cap on tax advantages (CGI art. 200-0 A): what the counted reductions and credits are worth, measured by
@@ -65,6 +66,7 @@ class Niches : Travail {
     /// What is paid less what is refunded, with the advantages and without; what the deduction 4BY saves.
     struct Soldes {
         std::int32_t avec, sans, par4BY;
+        bool memeCalcul = false;  // nothing counts, and what stands is the run with the advantages
     };
 
     bool SansRienDeCompte() const;
@@ -122,7 +124,7 @@ void Niches::NichesFiscales() {
     Trace(u"nB", sansAvantages);
     if (repetable) {  // run A is what stood before the run without advantages
         if (!rien) lignes.Reprend(contexte.commun.conservees);
-        return Plafonne(contexte, {.avec = avec, .sans = sansAvantages, .par4BY = 0});
+        return Plafonne(contexte, {.avec = avec, .sans = sansAvantages, .par4BY = 0, .memeCalcul = rien});
     }
 
     // The advantage that the property deduction 4BY gives counts in the oldest group; once measured, it is imputed.
@@ -153,8 +155,12 @@ void Niches::Plafonne(Contexte& c, const Soldes& soldes) {
     TraceResultat(exces);
 
     trace.Relance(u"=> On relance les crédits d'impôts et l'impôt à payer avec les niches calculées");
-    c.Lance(Etape::CreditDImpot);
-    c.Lance(Etape::ImpotAPaye);
+    if (soldes.memeCalcul) {  // both would find again what they found, but for what the first reads of the second
+        SignaleTauxSansImpot(c);
+    } else {
+        c.Lance(Etape::CreditDImpot);
+        c.Lance(Etape::ImpotAPaye);
+    }
     if (std::accumulate(avantages.begin(), avantages.end(), 0) == 0) {
         S["NICHE_FISCALE"] = 0;
         for (const Groupe& groupe : groupes) S[groupe.plafond] = S[groupe.affiche] = 0;

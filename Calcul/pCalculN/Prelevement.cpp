@@ -19,6 +19,7 @@ class Prelevement : Travail {
   public:
     explicit Prelevement(Contexte& c) : Travail(c) {}
     void TauxPAS();
+    void SignaleTauxSansImpot();
     void KV_CIMR();
     TauxIndividuels CalculeTauxIndividuels();
 
@@ -58,19 +59,22 @@ void Prelevement::TauxPAS() {
         S["NON_TAUX_PAS"] = S["NON_TAUX_PAS1"] = 1;
         return;
     }
-    S["NON_TAUX_PAS"] = S["NON_TAUX_PAS1"] = S["INFO_TAUX_PAS"] = 0;
+    S["NON_TAUX_PAS"] = S["NON_TAUX_PAS1"] = 0;
     const Assiettes a(contexte);
     // In tenths of a percent, through a rounding to hundredths.
     S["TAUX_PAS"] = nArrondi(dDiv(dArrond(dMul(dDiv(ImpotAPrelever(a), a.RevenuPreleve()), 10000)), 10));
     TraceTaux(a);
     trace.Valeur(u"s(TAUX_PAS)", S["TAUX_PAS"]);
-    if (S["TOT_PAYER"] == 0 && dDiv(S["REVENU_REF"], dDiv(S["F_NB_PARTS_ALL"], 100.0)) < IDX(25000) &&
-        S["TAUX_PAS"] > 0)
-        S["INFO_TAUX_PAS"] = 1;
+    SignaleTauxSansImpot();
 
     S["ASSIETTE_A_IR"] = a.Acompte();
     const std::int32_t base = nPositif(a.FoncierAcompte()) + nPositif(a.Rentes()) + S["S_B_BENEF"] + a.AcompteMeubles();
     S["ACOMPTE_CS"] = nPourcent(base, 6.80) + nPourcent(base, 9.90) + nPourcent(base, 0.50);
+}
+
+void Prelevement::SignaleTauxSansImpot() {
+    const bool modeste = dDiv(S["REVENU_REF"], dDiv(S["F_NB_PARTS_ALL"], 100.0)) < IDX(25000);
+    S["INFO_TAUX_PAS"] = S["TOT_PAYER"] == 0 && S["TAUX_PAS"] > 0 && modeste ? 1 : 0;
 }
 
 void Prelevement::TraceTaux(const Assiettes& a) const {
@@ -165,6 +169,7 @@ void Prelevement::KV_CIMR() {
 
 void TauxPAS(Contexte& c) { Prelevement(c).TauxPAS(); }
 void KV_CIMR(Contexte& c) { Prelevement(c).KV_CIMR(); }
+void SignaleTauxSansImpot(Contexte& c) { Prelevement(c).SignaleTauxSansImpot(); }
 TauxIndividuels CalculeTauxIndividuels(Contexte& c) { return Prelevement(c).CalculeTauxIndividuels(); }
 
 }  // namespace kv
