@@ -38,9 +38,8 @@ void EffaceTextes(std::array<std::u16string, nSorties>& textes) {
     static_assert(nSorties % groupe == 0);
     for (std::size_t i = 0; i < nSorties; i += groupe) {
         const std::u16string* const t = &textes[i];
-        const std::size_t tailles = [&]<std::size_t... k>(std::index_sequence<k...>) {
-            return (t[k].size() | ...);
-        }(std::make_index_sequence<groupe>());
+        const std::size_t tailles = [&]<std::size_t... k>(std::index_sequence<k...>) { return (t[k].size() | ...); }
+        (std::make_index_sequence<groupe>());
         if (tailles == 0) continue;
         for (std::size_t k = 0; k < groupe; ++k) textes[i + k].clear();
     }

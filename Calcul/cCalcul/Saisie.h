@@ -51,6 +51,20 @@ Saisie LisSaisie(const CDataCalcul& data);
 Exceptionnels LisExceptionnels(const CDataCalcul& data);
 /// The entry boxes that are not 0.
 CasesEntree BoitesRemplies(const Saisie& saisie);
+/// Whether an area holds nothing but 0; several values at once.
+template <class Zone>
+bool Vide(const Zone& zone) {
+    constexpr std::size_t bloc = 16;
+    const auto& v = zone.valeurs;
+    std::array<std::int32_t, bloc> bits{};
+    std::size_t i = 0;
+    for (; i + bloc <= v.size(); i += bloc)
+        for (std::size_t k = 0; k < bloc; ++k) bits[k] |= v[i + k];
+    for (; i < v.size(); ++i) bits[0] |= v[i];
+    std::int32_t ensemble = 0;
+    for (const std::int32_t b : bits) ensemble |= b;
+    return ensemble == 0;
+}
 /// Adds the boxes of the detailed salary and pension rows to their totals.
 void Replie(Saisie& saisie);
 

@@ -119,7 +119,8 @@ void DeplaceExceptionnels(Saisie& saisie, const Exceptionnels& exceptionnels) {
 
 namespace {
 
-// What becomes of an amount in the return of one declarant: it stays, or goes to the declarant whose it is, or is halved.
+// What becomes of an amount in the return of one declarant: it stays, or goes to the declarant whose it is, or is
+// halved.
 enum class Partage : std::uint8_t { Foyer, D1, D2, Moitie };
 constexpr auto partages = [] {
     constexpr CaseEntree foyer[] = {"Fm", "Jm", "Rm", "Hm", "Nm", "Gm",   "Im", "P", "Gp", "W", "L",
@@ -154,6 +155,7 @@ void RetourDUnDeclarant(entree::Personne declarant, Saisie& saisie, CasesEntree&
         if (saisie[box] == 0) remplies.Retire(box);
     });
     const auto compagnons = [&](auto& zone, const auto& cases) {
+        if (Vide(zone)) return;
         for (std::size_t k = 0; k < zone.valeurs.size(); ++k)
             if (zone.valeurs[k] != 0) partage(cases[k], zone.valeurs[k]);
     };

@@ -45,6 +45,19 @@ constexpr BoxesPensions pensions[nPersonnes] = {
      {"1CS", "1DS", "1ES", "1FS", "1CO", "1DO", "1EO", "1FO", "1CZ", "1DZ", "1EZ", "1FZ"}},
 };
 
+// The boxes of both that are looked up one by one: most returns have none of them.
+constexpr CasesEntree boxesAPart = [] {
+    CasesEntree toutes;
+    const auto ajoute = [&](const auto& boxes) {
+        for (const CaseEntree box : boxes)
+            if (box) toutes.Ajoute(box);
+    };
+    for (const BoxesSalaires& b : salaires)
+        ajoute(b.horsPrelevement), ajoute(b.etrangers), ajoute(b.gerants), ajoute(b.deductions);
+    for (const BoxesPensions& b : pensions) ajoute(b.etrangeres), ajoute(b.alimentaires), ajoute(b.sourceEtrangere);
+    return toutes;
+}();
+
 constexpr std::u16string_view nomsProfessionnels[nActivites] = {u"RR_BA_PAS",        u"RR_BIC_P_PAS", u"RR_BIC_NP_PAS",
                                                                 u"RR_BIC_NP_LM_PAS", u"RR_BNC_P_PAS", u"RR_BNC_NP_PAS"};
 constexpr std::u16string_view nomsAcompte[nActivites] = {u"RR_BA_PASA",        u"RR_BIC_P_PASA", u"RR_BIC_NP_PASA",
@@ -67,11 +80,13 @@ ParPersonne PourChacun(Fonction fonction) {
 
 Assiettes::Assiettes(const Contexte& c)
     : m_contexte(c),
+      m_avecBoxesAPart(c.Remplies(boitesLues<boxesAPart>)),
       m_avecActivites(!c.exceptionnels.montants.empty() || c.Remplies(boitesLues<boitesActivites>) ||
                       c.Remplies(boitesLues<nonsalaries::boites>)) {}
 
 std::int32_t Assiettes::Somme(std::span<const CaseEntree> boxes) const {
     std::int32_t somme = 0;
+    if (!m_avecBoxesAPart) return somme;
     for (const CaseEntree box : boxes)
         if (box) somme += E[box];
     return somme;
@@ -79,6 +94,7 @@ std::int32_t Assiettes::Somme(std::span<const CaseEntree> boxes) const {
 
 std::int32_t Assiettes::Quotients(std::span<const CaseEntree> boxes) const {
     std::int32_t somme = 0;
+    if (m_contexte.exceptionnels.montants.empty()) return somme;
     for (const CaseEntree box : boxes)
         if (box) somme += m_contexte.exceptionnels.De(box);
     return somme;

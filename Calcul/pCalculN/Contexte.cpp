@@ -54,10 +54,7 @@ bool Contexte::Repetable() const {
         boites.Ajoute("4BY");
         return boites;
     }();
-    const auto vide = [](const auto& zone) {
-        return std::all_of(zone.valeurs.begin(), zone.valeurs.end(), [](std::int32_t v) { return v == 0; });
-    };
-    return !Remplies(boitesLues<etrangeres>) && vide(declaree.TI) && vide(declaree.TK);
+    return !Remplies(boitesLues<etrangeres>) && Vide(declaree.TI) && Vide(declaree.TK);
 }
 
 void Contexte::AjouteExceptionnels() {
