@@ -82,9 +82,6 @@ CasesEntree BoitesRemplies(const Saisie& saisie) {
         return b;
     }();
     const auto moitie = [](const std::int32_t* valeurs) {
-        std::int32_t une = 0;
-        for (std::size_t i = 0; i < bits.size(); ++i) une |= valeurs[i];
-        if (une == 0) return std::uint64_t{0};  // most are
         std::int32_t remplies = 0;
         for (std::size_t i = 0; i < bits.size(); ++i) remplies |= -(valeurs[i] != 0) & bits[i];
         return std::uint64_t{static_cast<std::uint32_t>(remplies)};
@@ -93,6 +90,7 @@ CasesEntree BoitesRemplies(const Saisie& saisie) {
     CasesEntree remplies;
     for (std::size_t mot = 0; mot < nEntiers; ++mot) {
         const std::int32_t* valeurs = &saisie.entrees.valeurs[64 * mot];
+        if (Vide<64>(valeurs)) continue;  // most are
         remplies.mots[mot] = moitie(valeurs) | moitie(valeurs + 32) << 32;
     }
     for (std::size_t i = 0; i < nReste; ++i)

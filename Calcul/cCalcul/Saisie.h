@@ -51,19 +51,17 @@ Saisie LisSaisie(const CDataCalcul& data);
 Exceptionnels LisExceptionnels(const CDataCalcul& data);
 /// The entry boxes that are not 0.
 CasesEntree BoitesRemplies(const Saisie& saisie);
-/// Whether an area holds nothing but 0; several values at once.
-template <class Zone>
-bool Vide(const Zone& zone) {
-    constexpr std::size_t bloc = 16;
-    const auto& v = zone.valeurs;
-    std::array<std::int32_t, bloc> bits{};
-    std::size_t i = 0;
-    for (; i + bloc <= v.size(); i += bloc)
-        for (std::size_t k = 0; k < bloc; ++k) bits[k] |= v[i + k];
-    for (; i < v.size(); ++i) bits[0] |= v[i];
+/// Whether n values are all 0; several are looked at together.
+template <std::size_t n>
+bool Vide(const std::int32_t* valeurs) {
     std::int32_t ensemble = 0;
-    for (const std::int32_t b : bits) ensemble |= b;
+    for (std::size_t i = 0; i < n / 4 * 4; ++i) ensemble |= valeurs[i];
+    for (std::size_t i = n / 4 * 4; i < n; ++i) ensemble |= valeurs[i];
     return ensemble == 0;
+}
+template <std::size_t n>
+bool Vide(const std::array<std::int32_t, n>& valeurs) {
+    return Vide<n>(valeurs.data());
 }
 /// Adds the boxes of the detailed salary and pension rows to their totals.
 void Replie(Saisie& saisie);

@@ -155,7 +155,7 @@ void RetourDUnDeclarant(entree::Personne declarant, Saisie& saisie, CasesEntree&
         if (saisie[box] == 0) remplies.Retire(box);
     });
     const auto compagnons = [&](auto& zone, const auto& cases) {
-        if (Vide(zone)) return;
+        if (Vide(zone.valeurs)) return;
         for (std::size_t k = 0; k < zone.valeurs.size(); ++k)
             if (zone.valeurs[k] != 0) partage(cases[k], zone.valeurs[k]);
     };

@@ -1,6 +1,5 @@
 #include "Calcul/pCalculN/Assiettes.h"
 
-#include "Calcul/pCalculN/Activites.h"
 #include "Calcul/pCalculN/NonSalariesTable.h"
 #include "support/KVTarvel.h"
 
@@ -82,7 +81,14 @@ Assiettes::Assiettes(const Contexte& c)
     : m_contexte(c),
       m_avecBoxesAPart(c.Remplies(boitesLues<boxesAPart>)),
       m_avecActivites(!c.exceptionnels.montants.empty() || c.Remplies(boitesLues<boitesActivites>) ||
-                      c.Remplies(boitesLues<nonsalaries::boites>)) {}
+                      c.Remplies(boitesLues<nonsalaries::boites>)) {
+    for (std::size_t i = 0; i < Activites(); ++i) {
+        const Activite& a = activites[i];
+        m_professionnels[i] = PourChacun([&](std::size_t k) {
+            return C[k][a.resultat] - E[a.etrangerAvec[k]] - Majore(a, k, E[a.etrangerSans[k]]);
+        });
+    }
+}
 
 std::int32_t Assiettes::Somme(std::span<const CaseEntree> boxes) const {
     std::int32_t somme = 0;
@@ -199,10 +205,7 @@ std::int32_t Assiettes::Majore(const Activite& a, std::size_t k, std::int32_t mo
 }
 
 ParPersonne Assiettes::Professionnel(std::size_t activite) const {
-    const Activite& a = activites[activite];
-    return Trace(nomsProfessionnels[activite], PourChacun([&](std::size_t k) {
-                     return C[k][a.resultat] - E[a.etrangerAvec[k]] - Majore(a, k, E[a.etrangerSans[k]]);
-                 }));
+    return Trace(nomsProfessionnels[activite], m_professionnels[activite]);
 }
 
 ParPersonne Assiettes::ProfessionnelAcompte(std::size_t activite) const {

@@ -6,11 +6,10 @@
 #include <string_view>
 
 #include "Calcul/cCalcul/Transferts.h"
+#include "Calcul/pCalculN/Activites.h"
 #include "Calcul/pCalculN/Contexte.h"
 
 namespace kv {
-
-struct Activite;
 
 /// The income bases of the withholding, read off a computed return: each category subject to it, gross, net, and the
 /// part paid by instalments (CGI art. 204 F and 204 G).
@@ -71,6 +70,7 @@ class Assiettes {
     const Valeurs S{m_contexte.commun.lignes};
     const std::array<Colonne, 3> C{Colonne(m_contexte.commun.lignes, 0), Colonne(m_contexte.commun.lignes, 1),
                                    Colonne(m_contexte.commun.lignes, 2)};
+    std::array<ParPersonne, nActivites> m_professionnels;  ///< each total reads them
 };
 
 }  // namespace kv

@@ -54,7 +54,7 @@ bool Contexte::Repetable() const {
         boites.Ajoute("4BY");
         return boites;
     }();
-    return !Remplies(boitesLues<etrangeres>) && Vide(declaree.TI) && Vide(declaree.TK);
+    return !Remplies(boitesLues<etrangeres>) && Vide(declaree.TI.valeurs) && Vide(declaree.TK.valeurs);
 }
 
 void Contexte::AjouteExceptionnels() {
