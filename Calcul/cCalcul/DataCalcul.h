@@ -24,6 +24,7 @@ struct Zone {
 
     std::int32_t& operator[](Case c) { return valeurs[static_cast<std::size_t>(c.numero)]; }
     std::int32_t operator[](Case c) const { return valeurs[static_cast<std::size_t>(c.numero)]; }
+    bool operator==(const Zone&) const = default;
 };
 
 /// Texts, one per output box.
@@ -64,15 +65,15 @@ class CDataCalcul {
     Quotients ListeQuotients;            ///< one record per coefficient ever stored, in order of first appearance
     CCalcQuotient QuotientTotal{0};      ///< totals over all records
     CCalcQuotient QuotientOrdinaire{1};  ///< the ordinary income
-    kv::ZoneEntree Entree{};               ///< what the host fills in
-    kv::Zone<kv::CaseTI, kv::nTI> TI{};    ///< companion amounts of entry boxes
+    kv::ZoneEntree Entree{};             ///< what the host fills in
+    kv::Zone<kv::CaseTI, kv::nTI> TI{};  ///< companion amounts of entry boxes
     kv::Zone<kv::CaseTIX, kv::nTIX> TIX{};
     kv::Zone<kv::CaseTIX, kv::nTIX> TIY{};
     kv::Zone<kv::CaseTK, kv::nTK> TK{};
     kv::Zone<kv::CaseTK, kv::nTK> TKZ{};
     std::array<kv::ZoneSortie, 3> Colonne{};      ///< the three auxiliary figures of an output box
     kv::ZoneSortie Sortie{};                      ///< what the computation finds
-    kv::ZoneTextes Detail;                      ///< how an output was found, for the reader
+    kv::ZoneTextes Detail;                        ///< how an output was found, for the reader
     kv::Zone<CaseReport, kv::nReports> Report{};  ///< next year's return
 
     CDataCalcul() = default;

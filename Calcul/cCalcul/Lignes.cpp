@@ -12,7 +12,7 @@ namespace kv {
 namespace {
 
 // The ceilings that contributions of later years may use.
-constexpr CaseSortie plafondsPERP[] = {
+constexpr CaseSortie plafondsPERP[std::tuple_size_v<PlafondsPERP>] = {
     "NP1_PLAF_PERP_V",   "NP1_PLAF_PERP_C",   "NP1_PLAF_PERP_C_B", "NP1_PLAF_PERP_V_B", "NP1_PLAF_PERP_C_C",
     "NP1_PLAF_PERP_V_C", "NP1_PLAF_PERP_C_A", "NP1_PLAF_PERP_V_A", "NP1_PLAF_PERP_C_0", "NP1_PLAF_PERP_V_0",
 };
@@ -131,6 +131,12 @@ void Lignes::ReprendPlafondsPERP(const CDataCalcul& data) {
     for (const CaseSortie plafond : plafondsPERP)
         Ecrit(plafond) = {data.Sortie[plafond],
                           {data.Colonne[0][plafond], data.Colonne[1][plafond], data.Colonne[2][plafond]}};
+}
+
+PlafondsPERP Lignes::Plafonds() const {
+    PlafondsPERP plafonds;
+    for (std::size_t i = 0; i < plafonds.size(); ++i) plafonds[i] = Lit(plafondsPERP[i]);
+    return plafonds;
 }
 
 void Lignes::EcritDans(CDataCalcul& data) const {

@@ -16,7 +16,10 @@ namespace kv {
 struct Ligne {
     std::int32_t valeur;
     std::array<std::int32_t, 3> colonnes;
+    bool operator==(const Ligne&) const = default;
 };
+/// The ten ceilings of retirement savings, which outlive every reset.
+using PlafondsPERP = std::array<Ligne, 10>;
 
 /// How a figure was found, noted as numbers; the words are written once, at the end of a launch.
 class Texte {
@@ -92,6 +95,7 @@ class Lignes {
 
     /// Takes the ten retirement-savings ceilings that an earlier launch left: they outlive every reset.
     void ReprendPlafondsPERP(const CDataCalcul& data);
+    PlafondsPERP Plafonds() const;
     /// Replaces every output of a return by these.
     void EcritDans(CDataCalcul& data) const;
 

@@ -24,6 +24,7 @@ struct Saisie {
 
     std::int32_t& operator[](CaseEntree c) { return entrees[c]; }
     std::int32_t operator[](CaseEntree c) const { return entrees[c]; }
+    bool operator==(const Saisie&) const = default;
 };
 
 /// The exceptional income of a return, taxed by the quotient: amounts by box and coefficient.
@@ -32,6 +33,7 @@ struct Exceptionnels {
         CaseEntree box;
         std::int32_t coefficient;
         std::int32_t montant;
+        bool operator==(const Montant&) const = default;
     };
     std::vector<Montant> montants;           ///< by quotient map, then by coefficient
     std::vector<std::int32_t> coefficients;  ///< in order of first appearance
@@ -41,6 +43,7 @@ struct Exceptionnels {
     std::int32_t De(CaseEntree box) const;
     /// What the quotient leaves out of the taxable amounts of a box: sum of a - a / d.
     std::int32_t Excedent(CaseEntree box) const;
+    bool operator==(const Exceptionnels&) const = default;
 };
 
 /// What a coefficient divides and multiplies by.

@@ -45,7 +45,8 @@ void DeplaceExceptionnels(Saisie& saisie, const Exceptionnels& exceptionnels);
 
 /// The return of one declarant of a couple, as half of the household: the declarant's boxes stay, the other one's are
 /// emptied, the rest is halved; what describes the household stays. remplies: the boxes of saisie that are not 0.
-void RetourDUnDeclarant(entree::Personne declarant, Saisie& saisie, CasesEntree& remplies, Exceptionnels& exceptionnels);
+void RetourDUnDeclarant(entree::Personne declarant, Saisie& saisie, CasesEntree& remplies,
+                        Exceptionnels& exceptionnels);
 
 /// The prospection income declared, by person.
 ParPersonne TotalProspection(const Saisie& saisie);

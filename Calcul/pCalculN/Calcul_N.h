@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Calcul/pCalculN/Calcul.h"
+#include "Calcul/pCalculN/ChainesConnues.h"
 #include "Calcul/pCalculN/Contexte.h"
 
 /// The income tax of 2017: the numbered steps, run over one return.
@@ -29,7 +30,7 @@ class CCalcul_N final : public CCalcul, private kv::Chaine {
     bool SimulationSuivante(bool drapeau);
     void TraceEntrees() const;
     kv::Contexte::Commun Commun() {
-        return {m_lancement, m_lignes, m_memoire, m_comparaison, *this, m_trace, m_conservees};
+        return {m_lancement, m_lignes, m_memoire, m_comparaison, *this, m_trace, m_chainesConnues, m_conservees};
     }
 
     kv::Lancement m_lancement;
@@ -39,6 +40,7 @@ class CCalcul_N final : public CCalcul, private kv::Chaine {
     kv::Lignes m_lignes;
     kv::Memoire m_memoire;
     kv::Trace m_trace;
+    kv::ChainesConnues m_chainesConnues;
     kv::Lignes::Conservees m_conservees;  ///< of a run within the pipeline
     kv::Lignes::Conservees m_forfait;     ///< of the simulation of the flat tax
 

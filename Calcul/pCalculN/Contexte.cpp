@@ -1,5 +1,7 @@
 #include "Calcul/pCalculN/Contexte.h"
 
+#include "Calcul/pCalculN/ChainesConnues.h"
+
 #include <algorithm>
 
 #include "Calcul/cCalcul/Transferts.h"
@@ -56,6 +58,8 @@ bool Contexte::Repetable() const {
     }();
     return !Remplies(boitesLues<etrangeres>) && Vide(declaree.TI.valeurs) && Vide(declaree.TK.valeurs);
 }
+
+void Contexte::RelanceChaineNormale() { commun.chainesConnues.Relance(*this); }
 
 void Contexte::AjouteExceptionnels() {
     commun.trace.Ligne(u"****> _Quotient_Dans_Fr(true)");

@@ -119,7 +119,10 @@ struct Faits {
     bool sansAvantages = false;       ///< the advantages that count in the global cap are left out
     bool retenueALaSource = false;    ///< the withholding run: the declarant is half of a household
     bool avec8TM = false;             ///< the scale is applied to the worldwide income of box 8TM
+    bool operator==(const Faits&) const = default;
 };
+
+class ChainesConnues;
 
 class Contexte {
   public:
@@ -131,11 +134,12 @@ class Contexte {
         Comparaison& comparaison;
         Chaine& chaine;
         Trace& trace;
+        ChainesConnues& chainesConnues;
         Lignes::Conservees& conservees;  ///< room for the lines of a run that must stand again after others
     };
 
-    Contexte(const Commun& commun, const Saisie& saisie, const CasesEntree& remplies, const Exceptionnels& exceptionnels,
-             bool couple);
+    Contexte(const Commun& commun, const Saisie& saisie, const CasesEntree& remplies,
+             const Exceptionnels& exceptionnels, bool couple);
     /// A run over other inputs; what it is for stays.
     Contexte(const Contexte& autre, const Saisie& saisie);
     /// The same with other exceptional income and for another kind of household; a normal pass.
@@ -164,6 +168,7 @@ class Contexte {
 
     /// The inputs as the run sees them: with the exceptional amounts from the quotient step on.
     const Saisie& Vue() const { return *m_vue; }
+    bool AvecExceptionnels() const { return m_vue != &declaree; }
     const Saisie* const& PointeurDeVue() const { return m_vue; }
     void AjouteExceptionnels();
     void RetireExceptionnels();
@@ -172,6 +177,8 @@ class Contexte {
     void Lance(std::span<const Etape> etapes) {
         for (const Etape etape : etapes) Lance(etape);
     }
+    /// The normal chain from an empty slate.
+    void RelanceChaineNormale();
     /// Clears every output but the ten retirement-savings ceilings: each run of the income steps begins so.
     void RemetSortiesAZero() { commun.lignes.RemetAZero(Lignes::Raz::ToutSaufPlafondsPERP); }
 

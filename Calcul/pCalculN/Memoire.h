@@ -16,11 +16,13 @@ inline constexpr int nMembres = 11;
 /// What a normal pass found for one member of the household; the TK pass takes its share of it.
 struct MemoireSalaires {
     std::int32_t salaires = 0, deduction = 0, fraisRetenus = 0, pensions = 0, abattement = 0;
+    bool operator==(const MemoireSalaires&) const = default;
 };
 
 /// Receipts of one kind under a micro regime, and the allowance on them.
 struct RecettesMicro {
     std::int32_t recettes = 0, abattement = 0;
+    bool operator==(const RecettesMicro&) const = default;
 };
 
 /// What the passes over the income leave for later ones.
@@ -35,6 +37,7 @@ struct MemoirePasses {
     std::int32_t deficitAgricolePerdu = 0;
     std::int32_t baseOutreMer = 0;   ///< long-term gains of overseas residents
     std::int32_t impotOutreMer = 0;  ///< the tax on them
+    bool operator==(const MemoirePasses&) const = default;
 };
 
 /// An item of exceptional income taxed by the quotient, CGI art. 163-0 A.
@@ -42,6 +45,7 @@ struct ItemQuotient {
     std::int32_t coefficient = 0;  ///< 0 stands for 4
     std::int32_t montant = 0;
     std::int32_t base = 0;  ///< amount / coefficient
+    bool operator==(const ItemQuotient&) const = default;
 };
 
 struct Memoire {
@@ -52,6 +56,7 @@ struct Memoire {
     MemoirePasses passes;
     std::array<MemoireSalaires, nMembres> salaires{};
     std::vector<ItemQuotient> quotients;  ///< what the last quotient step found, by coefficient
+    bool operator==(const Memoire&) const = default;
 };
 
 }  // namespace kv

@@ -174,6 +174,7 @@ bool CCalcul_N::Pipeline(bool drapeau) {
     const bool premierPassage = !m_bSimulationBAR && !m_bPassageFinal;
     if (m_saisie["AVA"] != 0 && premierPassage) m_saisie["PFU"] = 1;
     m_memoire = {};
+    m_chainesConnues.Oublie();
     TraceEntrees();
     m_saisie["8TI"] = kv::TotalTI(m_saisie);
     m_saisie["8TK"] = kv::TotalTK(m_saisie);

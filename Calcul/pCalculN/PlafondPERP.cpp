@@ -90,8 +90,7 @@ class EpargneRetraite : Travail {
 };
 
 void EpargneRetraite::PlafondPERP() {
-    contexte.RemetSortiesAZero();
-    contexte.Lance(chaineNormale);
+    contexte.RelanceChaineNormale();
     const std::array<std::int32_t, 2> salaires = Salaires();
     std::array<Plafonds, 2> plafonds;
     for (std::size_t d = 0; d < (faits.couple ? 2 : 1); ++d) plafonds[d] = PlafondsDe(declarants[d], d, salaires[d]);
@@ -127,8 +126,7 @@ std::array<std::int32_t, 2> EpargneRetraite::Salaires() {
     if (variante && E["1AC"] + E["1BC"] > 0) {
         trace.Relance(u"=> on relance les salaires après avoir retirée les revenus des cases 1AQ");
         contexte.RetireExceptionnels();
-        contexte.RemetSortiesAZero();
-        contexte.Lance(chaineNormale);
+        contexte.RelanceChaineNormale();
     }
     return salaires;
 }

@@ -70,8 +70,7 @@ PartsExonerees RevenuReference::PartsDesSalairesExoneres() {
         parts[i] = {C1[salairesExoneres[i].part], C2[salairesExoneres[i].part]};
     contexte.RetireExceptionnels();
     trace.Relance(u"=> on relance les calculs en prenant en compte la demi-base");
-    contexte.RemetSortiesAZero();
-    contexte.Lance(chaineNormale);
+    contexte.RelanceChaineNormale();
     return parts;
 }
 

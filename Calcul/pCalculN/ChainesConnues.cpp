@@ -1,0 +1,37 @@
+#include "Calcul/pCalculN/ChainesConnues.h"
+
+#include <algorithm>
+
+namespace kv {
+
+bool ChainesConnues::PartDe(const Depart& depart, const Contexte& c) {
+    return depart.memoire == c.commun.memoire && depart.faits == c.faits &&
+           depart.avecExceptionnels == c.AvecExceptionnels() && depart.plafonds == c.commun.lignes.Plafonds() &&
+           depart.exceptionnels == c.exceptionnels && depart.declaree == c.declaree;
+}
+
+void ChainesConnues::Relance(Contexte& c) {
+    const Contexte::Commun& commun = c.commun;
+    c.RemetSortiesAZero();
+    if (commun.trace.m_bTrace || c.Repetable()) return c.Lance(chaineNormale);
+
+    const auto connue =
+        std::find_if(m_chaines.begin(), m_chaines.end(), [&](const auto& chaine) { return PartDe(chaine->depart, c); });
+    if (connue != m_chaines.end()) {
+        const Chaine& chaine = **connue;
+        commun.lignes.Reprend(chaine.lignes);
+        commun.memoire = chaine.memoire;
+        chaine.avecExceptionnels ? c.AjouteExceptionnels() : c.RetireExceptionnels();
+        return;
+    }
+    auto chaine = std::make_unique_for_overwrite<Chaine>();
+    chaine->depart = {c.declaree,     c.exceptionnels,         c.faits, c.AvecExceptionnels(),
+                      commun.memoire, commun.lignes.Plafonds()};
+    c.Lance(chaineNormale);
+    commun.lignes.Conserve(chaine->lignes);
+    chaine->memoire = commun.memoire;
+    chaine->avecExceptionnels = c.AvecExceptionnels();
+    m_chaines.push_back(std::move(chaine));
+}
+
+}  // namespace kv

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "Calcul/cCalcul/Lignes.h"
+#include "Calcul/cCalcul/Saisie.h"
+#include "Calcul/pCalculN/Contexte.h"
+#include "Calcul/pCalculN/Memoire.h"
+
+namespace kv {
+
+/// The runs of the normal chain that a computation has made over a return whose runs may differ: with foreign income
+/// each of them is four runs or more. What a run finds follows from what it starts from; one that starts where an
+/// earlier one did is put back instead of made again, with what it leaves in memory.
+class ChainesConnues {
+  public:
+    void Oublie() { m_chaines.clear(); }
+    /// Clears the outputs and runs the normal chain.
+    void Relance(Contexte& c);
+
+  private:
+    /// What a run starts from.
+    struct Depart {
+        Saisie declaree;
+        Exceptionnels exceptionnels;
+        Faits faits;
+        bool avecExceptionnels;  ///< the run sees the exceptional amounts from its first step on
+        Memoire memoire;
+        PlafondsPERP plafonds;  ///< the lines that no reset clears
+    };
+    struct Chaine {
+        Depart depart;
+        Lignes::Conservees lignes;
+        Memoire memoire;
+        bool avecExceptionnels;
+    };
+    static bool PartDe(const Depart& depart, const Contexte& c);
+
+    std::vector<std::unique_ptr<Chaine>> m_chaines;
+};
+
+}  // namespace kv
