@@ -128,9 +128,16 @@ void Lignes::RemetAZero(Raz raz) {
 }
 
 void Lignes::ReprendPlafondsPERP(const CDataCalcul& data) {
-    for (const CaseSortie plafond : plafondsPERP)
-        Ecrit(plafond) = {data.Sortie[plafond],
-                          {data.Colonne[0][plafond], data.Colonne[1][plafond], data.Colonne[2][plafond]}};
+    PlafondsPERP plafonds;
+    for (std::size_t i = 0; i < plafonds.size(); ++i) {
+        const CaseSortie c = plafondsPERP[i];
+        plafonds[i] = {data.Sortie[c], {data.Colonne[0][c], data.Colonne[1][c], data.Colonne[2][c]}};
+    }
+    PosePlafonds(plafonds);
+}
+
+void Lignes::PosePlafonds(const PlafondsPERP& plafonds) {
+    for (std::size_t i = 0; i < plafonds.size(); ++i) Ecrit(plafondsPERP[i]) = plafonds[i];
 }
 
 PlafondsPERP Lignes::Plafonds() const {

@@ -96,6 +96,7 @@ class Lignes {
     /// Takes the ten retirement-savings ceilings that an earlier launch left: they outlive every reset.
     void ReprendPlafondsPERP(const CDataCalcul& data);
     PlafondsPERP Plafonds() const;
+    void PosePlafonds(const PlafondsPERP& plafonds);
     /// Replaces every output of a return by these.
     void EcritDans(CDataCalcul& data) const;
 

@@ -6,7 +6,8 @@ namespace kv {
 
 bool ChainesConnues::PartDe(const Depart& depart, const Contexte& c) {
     return depart.memoire == c.commun.memoire && depart.faits == c.faits &&
-           depart.avecExceptionnels == c.AvecExceptionnels() && depart.plafonds == c.commun.lignes.Plafonds() &&
+           depart.avecExceptionnels == c.AvecExceptionnels() &&
+           (c.declaree["6QW"] == 0 || depart.plafonds == c.commun.lignes.Plafonds()) &&
            depart.exceptionnels == c.exceptionnels && depart.declaree == c.declaree;
 }
 
@@ -19,7 +20,9 @@ void ChainesConnues::Relance(Contexte& c) {
         std::find_if(m_chaines.begin(), m_chaines.end(), [&](const auto& chaine) { return PartDe(chaine->depart, c); });
     if (connue != m_chaines.end()) {
         const Chaine& chaine = **connue;
+        const PlafondsPERP plafonds = commun.lignes.Plafonds();
         commun.lignes.Reprend(chaine.lignes);
+        commun.lignes.PosePlafonds(plafonds);
         commun.memoire = chaine.memoire;
         chaine.avecExceptionnels ? c.AjouteExceptionnels() : c.RetireExceptionnels();
         return;

@@ -27,7 +27,7 @@ class ChainesConnues {
         Faits faits;
         bool avecExceptionnels;  ///< the run sees the exceptional amounts from its first step on
         Memoire memoire;
-        PlafondsPERP plafonds;  ///< the lines that no reset clears
+        PlafondsPERP plafonds;  ///< what a new resident (`6QW`) may deduct; no chain changes them
     };
     struct Chaine {
         Depart depart;
