@@ -1,4 +1,5 @@
 #include "tests/Cas.h"
+#include "tests/Foyer.h"
 
 namespace {
 
@@ -34,6 +35,13 @@ TEST(Etranger, NonResidents) {
     };
     // clang-format on
     VerifieCas(cas);
+}
+
+// The marginal rate is that of the last worldwide pass: for a couple, the first declarant's alone. 16207 bears nothing
+// for two parts, and 14 % for one.
+TEST(Etranger, TheMarginalRateOfACouple) {
+    Attend(Foyer("M 1AJ=18000").TI("1AW", 10).Calcule(), {{"TAUX_MARGINAL_2", 1400}, {"TOT_PAYER", 0}});
+    Attend(Foyer("M 1AJ=18000").Calcule(), {{"TAUX_MARGINAL_2", 0}});
 }
 
 // CGI art. 197 C: French income taxed at the rate of the worldwide income. 40000 of salary: 36000, tax 5093.

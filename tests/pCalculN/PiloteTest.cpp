@@ -7,7 +7,7 @@
 
 #include "support/Trace.h"
 #include "tests/Foyer.h"
-#include "tests/Hasard.h"
+#include "tests/HasardReductions.h"
 #include "tests/Messages.h"
 #include "tests/RepertoireDeTrace.h"
 
@@ -105,10 +105,30 @@ TEST(Pilote, LaunchesAgree) {
     }
 }
 
-// The trace is written beside the computation, and changes nothing of it.
+// A few boxes of any section, or twenty of income and charges; advantages, a new resident, each kind of re-run alone.
+std::vector<Retour> RetoursVaries(unsigned graine, int nombre) {
+    test::HasardReductions hasard(graine);
+    std::vector<Retour> retours = RetoursAuHasard(graine, nombre / 4);
+    while (std::ssize(retours) < nombre) {
+        const bool simple = hasard.UneFoisSur(2);
+        Retour& retour = retours.emplace_back(simple ? hasard.Foyer() : hasard.Declaration(hasard.Entre(1, 20)));
+        hasard.Depenses(retour, hasard.Entre(0, 4));
+        if (hasard.UneFoisSur(4)) hasard.OutreMer(retour, 3);
+        for (const CaseEntree box : {CaseEntree("1AQ"), CaseEntree("1BC"), CaseEntree("4BY"), CaseEntree("5TA"),
+                                     CaseEntree("5TF"), CaseEntree("2DH"), CaseEntree("6RS"), CaseEntree("8TC")})
+            if (hasard.UneFoisSur(8)) retour.Avec({{box, hasard.Entre(1, 30000)}});
+        for (const CaseEntree option : {CaseEntree("6QW"), CaseEntree("AVA"), CaseEntree("PFU"), CaseEntree("BAR")})
+            if (hasard.UneFoisSur(4)) retour.Avec({{option, 1}});
+        if (hasard.UneFoisSur(8)) retour.TI("4BE", hasard.Entre(1, 9000)).TK("2DC", hasard.Entre(0, 900));
+        if (hasard.UneFoisSur(8)) retour.Quotient("1AJ", 4, hasard.Entre(0, 9000));
+    }
+    return retours;
+}
+
+// A traced launch passes over no step and no run: what the others pass over would have changed nothing.
 TEST(Pilote, TracedAndUntracedLaunchesAgree) {
     for (const bool options : {false, true}) {
-        auto sans = RetoursAuHasard(31, 12), avec = RetoursAuHasard(31, 12);
+        auto sans = RetoursVaries(31, 96), avec = RetoursVaries(31, 96);
         const test::RepertoireDeTrace repertoire;
         for (Retour& retour : sans) ASSERT_TRUE(Lance(retour.Data(), options));
         EXPECT_TRUE(repertoire.Lignes().empty());

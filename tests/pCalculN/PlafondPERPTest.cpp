@@ -121,6 +121,9 @@ TEST(PlafondPERP, Pooling) {
 // A new resident deducts within four times the ceiling that the outputs hold. They survive the resets: the first
 // computation of a launch, the one without advantages, still reads the ceiling of the launch before.
 TEST(PlafondPERP, ANewResidentReadsTheCeilingOfTheLaunchBefore) {
+    // Of 90000 + 50000: 57400 - 13694.61, then 104000.
+    Attend(Foyer("C 1AJ=100000 6GH=50000 6RS=60000 6QW").Calcule(),
+           {{"C_COT_PERP_V", 36000}, {"NICHE_B", 43705}, {"NICHE_A", 28945}});
     auto r = Foyer("1AJ=100000 6RS=50000 6QW").Calcule();
     // First nothing to deduct from 90000 (36900 - 13694.61); then 36000 (54000 x 30 % - 5706.74).
     Attend(r, {{"NP1_PLAF_PERP_V_C", 9000}, {"C_COT_PERP_V", 36000}, {"NICHE_B", 23205}, {"NICHE_A", 10493}});

@@ -87,6 +87,12 @@ TEST(Prelevement, IndividualRates) {
     Attend(Foyer("M Hm=2 Im=2 1AJ=50000 1BJ=30000").Calcule(),
            {{"TOT_IMPOT", 5961}, {"TAUX_PAS", 75}, {"TAUX_PAS_IND1", 85}, {"TAUX_PAS_IND2", 57}});
 
+    // The second declarant's 22500 less 3000: 1357.02, 1198 after the low-tax relief. A salary that is exempt runs the
+    // chain of the declarant again, where the deduction counts whole: the reference income, 19500 and not 21000, gives
+    // 240 x 1205 / 2020 for modest incomes. 1198 of 25000, or 1055.
+    Attend(Foyer("M 1AJ=60000 1BJ=25000 6DD=6000").Calcule(), {{"TAUX_PAS_IND2", 48}});
+    Attend(Foyer("M 1AJ=60000 1BJ=25000 6DD=6000 1BQ=1").Calcule(), {{"TAUX_PAS_IND2", 42}});
+
     for (const char* egaux : {"M 1AJ=30000 1BJ=30000", "M 1AJ=30000 1BJ=30000 4BA=9000 Fm=2", "M 1AS=25000 1BS=25000",
                               "1AJ=50000 1BJ=20000"})
         Attend(Foyer(egaux).Calcule(), {{"TAUX_PAS_IND1", 0}, {"TAUX_PAS_IND2", 0}}, egaux);
