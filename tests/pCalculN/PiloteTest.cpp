@@ -116,10 +116,10 @@ std::vector<Retour> RetoursVaries(unsigned graine, int nombre) {
         if (hasard.UneFoisSur(4)) hasard.OutreMer(retour, 3);
         for (const CaseEntree box : {CaseEntree("1AQ"), CaseEntree("1BC"), CaseEntree("4BY"), CaseEntree("5TA"),
                                      CaseEntree("5TF"), CaseEntree("2DH"), CaseEntree("6RS"), CaseEntree("8TC")})
-            if (hasard.UneFoisSur(8)) retour.Avec({{box, hasard.Entre(1, 30000)}});
+            if (hasard.UneFoisSur(4)) retour.Avec({{box, hasard.Entre(1, 30000)}});
         for (const CaseEntree option : {CaseEntree("6QW"), CaseEntree("AVA"), CaseEntree("PFU"), CaseEntree("BAR")})
             if (hasard.UneFoisSur(4)) retour.Avec({{option, 1}});
-        if (hasard.UneFoisSur(8)) retour.TI("4BE", hasard.Entre(1, 9000)).TK("2DC", hasard.Entre(0, 900));
+        if (hasard.UneFoisSur(3)) retour.TI("4BE", hasard.Entre(1, 9000)).TK("2DC", hasard.Entre(0, 900));
         if (hasard.UneFoisSur(8)) retour.Quotient("1AJ", 4, hasard.Entre(0, 9000));
     }
     return retours;
