@@ -2,6 +2,9 @@
 
 #include <memory>
 #include <random>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "Calcul/cCalcul/DataCalcul.h"
 #include "Calcul/pCalculN/Pilote.h"
@@ -28,11 +31,47 @@ void Lance(benchmark::State& etat, CDataCalcul& data, bool options = false) {
 void Celibataire(benchmark::State& etat) { Lance(etat, *Retour({{"1AJ", 30000}})); }
 BENCHMARK(Celibataire);
 
+// The same with one more box, each amount box of the form in its turn: what a box costs is the difference.
+void CelibataireEtUneCase(benchmark::State& etat) {
+    std::vector<CaseEntree> boxes;
+    for (int i = 0; i < kv::nEntrees; ++i)
+        if (const std::string_view nom = kv::entree::lignes[i].nom; nom.size() == 3 && '1' <= nom[0] && nom[0] <= '8')
+            boxes.push_back(CaseEntree::Numero(i));
+    const auto data = Retour({{"1AJ", 30000}});
+    std::size_t i = 0;
+    for (auto _ : etat) {
+        const std::int32_t avant = std::exchange(data->Entree[boxes[i]], 31000);
+        benchmark::DoNotOptimize(kv::Lance(*data, nullptr, true, -1.0, false, false));
+        data->Entree[boxes[i]] = avant;
+        i = (i + 1) % boxes.size();
+    }
+    etat.counters["boxes"] = static_cast<double>(boxes.size());
+}
+BENCHMARK(CelibataireEtUneCase);
+
+void CoupleSalarie(benchmark::State& etat) {
+    Lance(etat, *Retour({{"M", 1}, {"Fm", 2}, {"1AJ", 42000}, {"1BJ", 31000}}));
+}
+BENCHMARK(CoupleSalarie);
+
+void Pensionnes(benchmark::State& etat) {
+    Lance(etat, *Retour({{"M", 1},
+                         {"AAF1", 19480615},
+                         {"AAF2", 19500101},
+                         {"1AS", 28000},
+                         {"1BS", 14000},
+                         {"2DC", 5000},
+                         {"2BH", 5000},
+                         {"2CK", 1050},
+                         {"7UF", 600}}));
+}
+BENCHMARK(Pensionnes);
+
 const std::initializer_list<Valeur> couple = {
     {"M", 1},     {"Fm", 2},     {"1AJ", 42000}, {"1BJ", 31000}, {"1AK", 5200}, {"1BS", 4000}, {"2DC", 1500},
     {"2TR", 800}, {"4BE", 6000}, {"5KO", 9000},  {"6EL", 3000},  {"7UF", 400},  {"7DB", 2500}};
-void CoupleAvecEnfants(benchmark::State& etat) { Lance(etat, *Retour(couple)); }
-BENCHMARK(CoupleAvecEnfants);
+void CoupleRevenusVaries(benchmark::State& etat) { Lance(etat, *Retour(couple)); }
+BENCHMARK(CoupleRevenusVaries);
 
 // The flat tax, the scale, then the cheaper of the two.
 void ComparaisonDesOptions(benchmark::State& etat) {

@@ -109,6 +109,7 @@ struct Ensemble {
     static constexpr std::size_t nMots = (Catalogue::nombre + 63) / 64;
     std::array<std::uint64_t, nMots> mots{};
 
+    constexpr bool operator==(const Ensemble&) const = default;
     constexpr void Ajoute(Case<Catalogue> c) { mots[Mot(c)] |= Bit(c); }
     constexpr void Retire(Case<Catalogue> c) { mots[Mot(c)] &= ~Bit(c); }
     constexpr void Ajoute(const Ensemble& autres) {

@@ -169,6 +169,10 @@ void Lignes::Reprend(const Conservees& de) {
     m_touchees = de.touchees, m_notees = de.notees;
 }
 
+void Lignes::RemetValeurs(const CasesSortie& lignes) {
+    m_touchees.Parcourt([&](std::size_t j) { m_lignes[j].valeur = 0; }, lignes);
+}
+
 std::int32_t Lignes::Somme(const CasesSortie& lignes) const {
     std::int32_t somme = 0;
     m_touchees.Parcourt([&](std::size_t j) { somme += m_lignes[j].valeur; }, lignes);

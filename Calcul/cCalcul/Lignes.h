@@ -109,6 +109,8 @@ class Lignes {
     void Conserve(Conservees& vers) const;
     void Reprend(const Conservees& de);
 
+    /// The values of a set of lines to 0; columns and texts stay.
+    void RemetValeurs(const CasesSortie& lignes);
     /// The sum of the values of a set of lines.
     std::int32_t Somme(const CasesSortie& lignes) const;
 

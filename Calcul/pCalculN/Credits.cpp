@@ -75,7 +75,7 @@ void Credits::CreditDImpot() {
 
 void Credits::Total() {
     std::int32_t total = 0;
-    const auto ajoute = [&](CaseSortie credit) { total += lignes.Lit(credit).valeur; };
+    const auto ajoute = [&](CaseSortie credit) { total += S[credit]; };
     for (const CaseSortie credit : creditsDuTotal) ajoute(credit);
     for (const auto& travaux : travauxForestiers) ajoute(travaux.credit);
     for (const auto& depense : transitionEnergetique) ajoute(depense.credit);

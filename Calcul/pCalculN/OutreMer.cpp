@@ -64,7 +64,7 @@ class Partage : Travail {
     void ConservePart(const LigneRetrocedee& ligne) {
         if (!m_imputation.Active(ligne.niche)) return;
         const CaseSortie part = ligne.nonRetrocede;
-        const std::int32_t base = lignes.Lit(ligne.reduction).valeur;
+        const std::int32_t base = S[ligne.reduction];
         C[0][part] = nPourcent(base, ligne.taux);
         C[1][part] = Tient(C[0][part], Place(ligne.enveloppe));
         m_utilise += C[1][part];
@@ -77,7 +77,7 @@ class Partage : Travail {
     void RetrocedePart(const LigneRetrocedee& ligne) {
         const bool active = m_imputation.Active(ligne.niche);
         const CaseSortie part = ligne.retrocede;
-        const std::int32_t base = lignes.Lit(ligne.reduction).valeur, conservee = C[1][ligne.nonRetrocede];
+        const std::int32_t base = S[ligne.reduction], conservee = C[1][ligne.nonRetrocede];
         C[0][part] = active ? nArrondi(dMul(dDiv(conservee, ligne.a), ligne.b)) : base;
         if (m_proportionnel) {
             C[1][part] = Tient(C[0][part], Place(ligne.enveloppe));
@@ -99,7 +99,7 @@ class Partage : Travail {
     }
 
     void LimitePart(const LigneLimitee& ligne, std::int32_t place) {
-        const std::int32_t base = lignes.Lit(ligne.reduction).valeur, conservee = std::min(base, nPositif(place));
+        const std::int32_t base = S[ligne.reduction], conservee = std::min(base, nPositif(place));
         m_imputation.Rend(ligne.niche, ligne.excedent, nPositif(base - conservee));
         m_utilise += conservee;
         if (base > 0) Detail[ligne.excedent] = Texte::TauxDeBase(10000, base);

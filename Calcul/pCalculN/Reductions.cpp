@@ -1,7 +1,6 @@
 #include "Calcul/pCalculN/ReductionsTable.h"
 
 #include <algorithm>
-#include <string_view>
 
 #include "Calcul/pCalculN/Etapes.h"
 #include "Calcul/pCalculN/OutreMer.h"
@@ -14,30 +13,6 @@ namespace kv {
 using namespace reductions;
 
 namespace {
-
-// Every reduction that the tax is reduced by, and every share of them that is given back.
-constexpr bool EstReduction(std::string_view nom) {
-    constexpr std::string_view familles[] = {"U_REDUC_",   "U_DONS_", "U_CAPITAL_", "U_FOREST_",
-                                             "U_INV_ZRR_", "U_DT_",   "U_PRESERV_"};
-    constexpr std::string_view autres[] = {"U_CLASSES_MOYENNES", "U_HEBERGEMENT_V", "U_HEBERGEMENT_C",
-                                           "U_RENTE_SURVIE",     "U_FRAIS_COMPTA",  "U_ENFANTS_ACHARGE",
-                                           "U_ENFANTS_ALTERNE",  "U_ETR_REV_TK"};
-    return std::any_of(std::begin(familles), std::end(familles),
-                       [&](std::string_view f) { return nom.starts_with(f); }) ||
-           std::find(std::begin(autres), std::end(autres), nom) != std::end(autres);
-}
-constexpr bool EstRetrocession(std::string_view nom) {
-    return nom.starts_with("U_PR_") && !nom.ends_with("_R") && !nom.ends_with("_NR");
-}
-template <class Choix>
-consteval CasesSortie SortiesDontLeNom(Choix choix) {
-    CasesSortie sorties;
-    for (int j = 0; j < nSorties; ++j)
-        if (choix(sortie::noms[j])) sorties.Ajoute(CaseSortie::Numero(j));
-    return sorties;
-}
-constexpr CasesSortie sortiesReductions = SortiesDontLeNom(EstReduction);
-constexpr CasesSortie sortiesRetrocessions = SortiesDontLeNom(EstRetrocession);
 
 class Reductions : Travail {
   public:
@@ -63,7 +38,10 @@ class Reductions : Travail {
     }
     // The boxes of next year's return that several lines add into start again with each imputation.
     template <class Groupe>
-    void RecommenceReports(const Groupe& groupe);
+    void RecommenceReports(Groupe groupe) {
+        if constexpr (Groupe::reports != CasesSortie{})
+            if (Concerne(groupe)) lignes.RemetValeurs(Groupe::reports);
+    }
     void ReportsDuCapital();
     void SouscriptionsReportees();
     void ReportsForestiers();
@@ -114,7 +92,7 @@ void Reductions::ImpotApresReductions() {
     const std::int32_t resteApres = m_imputation.Reste();
     m_communs = communsAvant;
     DerniersGroupes([&](auto groupe) {
-        if (Concerne(groupe)) RecommenceReports(groupe);
+        RecommenceReports(groupe);
         ImputeGroupe(groupe);
     });
 
@@ -222,9 +200,7 @@ void Reductions::EmploiADomicile() {
 }
 
 void Reductions::ImputeSecondsGroupes() {
-    SecondsGroupes([&](auto groupe) {
-        if (Concerne(groupe)) RecommenceReports(groupe);
-    });
+    SecondsGroupes([&](auto groupe) { RecommenceReports(groupe); });
     // Donations share a ceiling of 20 % of the taxable income.
     ResteDe(Commun::Dons) =
         nPourcent(nPositif(S["TOT_R_BRUT"] - S["C_REDUC"] + S["QUOTIENT"] - S["QUOTIENT_A_DED"]), 20);
@@ -236,18 +212,6 @@ void Reductions::ImputeSecondsGroupes() {
         SouscriptionsReportees();
     }
     if (!faits.sansAvantages && Concerne(Groupe<travauxForestiers>{})) ReportsForestiers();
-}
-
-template <class Groupe>
-void Reductions::RecommenceReports(const Groupe& groupe) {
-    const auto recommence = [&](CaseSortie report) {
-        if (report && lignes.Lit(report).valeur != 0) S[report] = 0;
-    };
-    for (const auto& ligne : groupe) {
-        if constexpr (requires { ligne.report; }) recommence(ligne.report);
-        if constexpr (requires { ligne.premiere; })
-            for (int i = 0; ligne.premiere && i < ligne.fin - 2017; ++i) recommence(ligne.premiere + i);
-    }
 }
 
 // ---- One line of each kind.
@@ -337,7 +301,7 @@ void Reductions::Impute(const outremer::LigneReportee& ligne) {
 void Reductions::CopieFractions(const FractionsSuivantes& suivantes) {
     for (const auto& copie : suivantes.copies) {
         if (!copie.vers) break;
-        if (E[copie.de] != lignes.Lit(copie.vers).valeur) S[copie.vers] = E[copie.de];
+        S[copie.vers] = E[copie.de];
     }
 }
 
