@@ -4,8 +4,14 @@
 
 namespace kv {
 
+Memoire ChainesConnues::MemoireLue(const Contexte& c) {
+    Memoire memoire = c.commun.memoire;
+    if (c.declaree["8TK"] <= 0) memoire.salaires = {};
+    return memoire;
+}
+
 bool ChainesConnues::PartDe(const Depart& depart, const Contexte& c) {
-    return depart.memoire == c.commun.memoire && depart.faits == c.faits &&
+    return depart.memoire == MemoireLue(c) && depart.faits == c.faits &&
            depart.avecExceptionnels == c.AvecExceptionnels() &&
            (c.declaree["6QW"] == 0 || depart.plafonds == c.commun.lignes.Plafonds()) &&
            depart.exceptionnels == c.exceptionnels && depart.declaree == c.declaree;
@@ -28,8 +34,8 @@ void ChainesConnues::Relance(Contexte& c) {
         return;
     }
     auto chaine = std::make_unique_for_overwrite<Chaine>();
-    chaine->depart = {c.declaree,     c.exceptionnels,         c.faits, c.AvecExceptionnels(),
-                      commun.memoire, commun.lignes.Plafonds()};
+    chaine->depart = {c.declaree,    c.exceptionnels,         c.faits, c.AvecExceptionnels(),
+                      MemoireLue(c), commun.lignes.Plafonds()};
     c.Lance(chaineNormale);
     commun.lignes.Conserve(chaine->lignes);
     chaine->memoire = commun.memoire;

@@ -26,8 +26,8 @@ class ChainesConnues {
         Exceptionnels exceptionnels;
         Faits faits;
         bool avecExceptionnels;  ///< the run sees the exceptional amounts from its first step on
-        Memoire memoire;
-        PlafondsPERP plafonds;  ///< what a new resident (`6QW`) may deduct; no chain changes them
+        Memoire memoire;         ///< that of the members only where a TK pass reads it
+        PlafondsPERP plafonds;   ///< what a new resident (`6QW`) may deduct; no chain changes them
     };
     struct Chaine {
         Depart depart;
@@ -35,6 +35,7 @@ class ChainesConnues {
         Memoire memoire;
         bool avecExceptionnels;
     };
+    static Memoire MemoireLue(const Contexte& c);
     static bool PartDe(const Depart& depart, const Contexte& c);
 
     std::vector<std::unique_ptr<Chaine>> m_chaines;
