@@ -119,6 +119,12 @@ struct Ensemble {
         for (std::size_t mot = 0; mot < nMots; ++mot) mots[mot] &= ~autres.mots[mot];
     }
 
+    /// How many boxes there are.
+    constexpr std::size_t Nombre() const {
+        std::size_t n = 0;
+        for (const std::uint64_t mot : mots) n += static_cast<std::size_t>(std::popcount(mot));
+        return n;
+    }
     /// Calls f with the number of each box of the set, in their order; of those only that stand in parmi too.
     template <class Fonction>
     void Parcourt(Fonction f) const {

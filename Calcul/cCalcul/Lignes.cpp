@@ -157,16 +157,21 @@ void Lignes::EcritDans(CDataCalcul& data) const {
 }
 
 void Lignes::Conserve(Conservees& vers) const {
-    m_touchees.Parcourt([&](std::size_t j) { vers.lignes[j] = m_lignes[j]; });
-    m_notees.Parcourt([&](std::size_t j) { vers.textes[j] = m_textes[j]; });
     vers.touchees = m_touchees, vers.notees = m_notees;
+    vers.lignes.resize(m_touchees.Nombre()), vers.textes.resize(m_notees.Nombre());
+    auto ligne = vers.lignes.begin();
+    m_touchees.Parcourt([&](std::size_t j) { *ligne++ = m_lignes[j]; });
+    auto texte = vers.textes.begin();
+    m_notees.Parcourt([&](std::size_t j) { *texte++ = m_textes[j]; });
 }
 
 void Lignes::Reprend(const Conservees& de) {
     m_touchees.Parcourt([&](std::size_t j) { m_lignes[j] = {}; });
-    de.touchees.Parcourt([&](std::size_t j) { m_lignes[j] = de.lignes[j]; });
-    de.notees.Parcourt([&](std::size_t j) { m_textes[j] = de.textes[j]; });
     m_touchees = de.touchees, m_notees = de.notees;
+    auto ligne = de.lignes.begin();
+    m_touchees.Parcourt([&](std::size_t j) { m_lignes[j] = *ligne++; });
+    auto texte = de.textes.begin();
+    m_notees.Parcourt([&](std::size_t j) { m_textes[j] = *texte++; });
 }
 
 void Lignes::RemetValeurs(const CasesSortie& lignes) {

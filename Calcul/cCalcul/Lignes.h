@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <utility>
+#include <vector>
 
 #include "Calcul/cCalcul/Catalogues.h"
 #include "Calcul/cCalcul/DataCalcul.h"
@@ -102,9 +103,9 @@ class Lignes {
 
     /// Lines put aside, to stand again after other runs.
     struct Conservees {
-        std::array<Ligne, nSorties> lignes;
-        std::array<Texte, nSorties> textes;
         CasesSortie touchees, notees;
+        std::vector<Ligne> lignes;  ///< those of the set, in its order
+        std::vector<Texte> textes;
     };
     void Conserve(Conservees& vers) const;
     void Reprend(const Conservees& de);
