@@ -72,7 +72,7 @@ class Texte {
     std::array<std::int32_t, 3> m_nombres;
 };
 
-/// Every line. A line that a step may have written is remembered, and a reset clears those.
+/// Every line. The lines that are not all 0 are remembered, with a few that are: a reset clears those.
 class Lignes {
   public:
     Lignes();
