@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <initializer_list>
+#include <memory_resource>
 #include <utility>
 #include <vector>
 
@@ -103,9 +104,11 @@ class Lignes {
 
     /// Lines put aside, to stand again after other runs.
     struct Conservees {
+        explicit Conservees(std::pmr::memory_resource* place) : lignes(place), textes(place) {}
+
         CasesSortie touchees, notees;
-        std::vector<Ligne> lignes;  ///< those of the set, in its order
-        std::vector<Texte> textes;
+        std::pmr::vector<Ligne> lignes;  ///< those of the set, in its order
+        std::pmr::vector<Texte> textes;
     };
     void Conserve(Conservees& vers) const;
     void Reprend(const Conservees& de);

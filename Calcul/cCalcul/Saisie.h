@@ -58,8 +58,7 @@ CasesEntree BoitesRemplies(const Saisie& saisie);
 template <std::size_t n>
 bool Vide(const std::int32_t* valeurs) {
     std::int32_t ensemble = 0;
-    for (std::size_t i = 0; i < n / 4 * 4; ++i) ensemble |= valeurs[i];
-    for (std::size_t i = n / 4 * 4; i < n; ++i) ensemble |= valeurs[i];
+    for (std::size_t i = 0; i < n; ++i) ensemble |= valeurs[i];
     return ensemble == 0;
 }
 template <std::size_t n>

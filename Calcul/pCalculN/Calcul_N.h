@@ -1,5 +1,9 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
+#include <memory_resource>
+
 #include "Calcul/pCalculN/Calcul.h"
 #include "Calcul/pCalculN/ChainesConnues.h"
 #include "Calcul/pCalculN/Contexte.h"
@@ -40,9 +44,13 @@ class CCalcul_N final : public CCalcul, private kv::Chaine {
     kv::Lignes m_lignes;
     kv::Memoire m_memoire;
     kv::Trace m_trace;
-    kv::ChainesConnues m_chainesConnues;
-    kv::Lignes::Conservees m_conservees;  ///< of a run within the pipeline
-    kv::Lignes::Conservees m_forfait;     ///< of the simulation of the flat tax
+
+    // What is kept of runs, all of it until the end of the launch: an ordinary one finds its place here.
+    std::array<std::byte, 65536> m_octets;
+    std::pmr::monotonic_buffer_resource m_place{m_octets.data(), m_octets.size()};
+    kv::ChainesConnues m_chainesConnues{&m_place};
+    kv::Lignes::Conservees m_conservees{&m_place};  ///< of a run within the pipeline
+    kv::Lignes::Conservees m_forfait{&m_place};     ///< of the simulation of the flat tax
 
     // The comparison of the options: the net amounts of the two simulations, and which run is under way.
     kv::Comparaison m_comparaison;

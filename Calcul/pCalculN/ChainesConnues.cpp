@@ -4,43 +4,38 @@
 
 namespace kv {
 
-Memoire ChainesConnues::MemoireLue(const Contexte& c) {
-    Memoire memoire = c.commun.memoire;
-    if (c.declaree["8TK"] <= 0) memoire.salaires = {};
-    return memoire;
-}
-
-bool ChainesConnues::PartDe(const Depart& depart, const Contexte& c) {
-    return depart.memoire == MemoireLue(c) && depart.faits == c.faits &&
-           depart.avecExceptionnels == c.AvecExceptionnels() &&
-           (c.declaree["6QW"] == 0 || depart.plafonds == c.commun.lignes.Plafonds()) &&
-           depart.exceptionnels == c.exceptionnels && depart.declaree == c.declaree;
+ChainesConnues::Depart::Depart(const Contexte& c)
+    : declaree(c.declaree),
+      exceptionnels(c.exceptionnels),
+      faits(c.faits),
+      avecExceptionnels(c.AvecExceptionnels()),
+      memoire(c.commun.memoire) {
+    if (declaree["8TK"] <= 0) memoire.salaires = {};
+    if (declaree["6QW"] != 0) plafonds = c.commun.lignes.Plafonds();
 }
 
 void ChainesConnues::Relance(Contexte& c) {
-    const Contexte::Commun& commun = c.commun;
+    Lignes& lignes = c.commun.lignes;
+    Memoire& memoire = c.commun.memoire;
     c.RemetSortiesAZero();
-    if (commun.trace.m_bTrace || c.Repetable()) return c.Lance(chaineNormale);
+    if (c.commun.trace.m_bTrace || c.Repetable()) return c.Lance(chaineNormale);
 
+    const Depart depart(c);
     const auto connue =
-        std::find_if(m_chaines.begin(), m_chaines.end(), [&](const auto& chaine) { return PartDe(chaine->depart, c); });
+        std::find_if(m_chaines.begin(), m_chaines.end(), [&](const Chaine& chaine) { return chaine.depart == depart; });
     if (connue != m_chaines.end()) {
-        const Chaine& chaine = **connue;
-        const PlafondsPERP plafonds = commun.lignes.Plafonds();
-        commun.lignes.Reprend(chaine.lignes);
-        commun.lignes.PosePlafonds(plafonds);
-        commun.memoire = chaine.memoire;
-        chaine.avecExceptionnels ? c.AjouteExceptionnels() : c.RetireExceptionnels();
+        const PlafondsPERP plafonds = lignes.Plafonds();
+        lignes.Reprend(connue->lignes);
+        lignes.PosePlafonds(plafonds);
+        memoire = connue->memoire;
+        connue->avecExceptionnels ? c.AjouteExceptionnels() : c.RetireExceptionnels();
         return;
     }
-    auto chaine = std::make_unique_for_overwrite<Chaine>();
-    chaine->depart = {c.declaree,    c.exceptionnels,         c.faits, c.AvecExceptionnels(),
-                      MemoireLue(c), commun.lignes.Plafonds()};
     c.Lance(chaineNormale);
-    commun.lignes.Conserve(chaine->lignes);
-    chaine->memoire = commun.memoire;
-    chaine->avecExceptionnels = c.AvecExceptionnels();
-    m_chaines.push_back(std::move(chaine));
+    Chaine& chaine = m_chaines.emplace_back(depart, m_chaines.get_allocator().resource());
+    lignes.Conserve(chaine.lignes);
+    chaine.memoire = memoire;
+    chaine.avecExceptionnels = c.AvecExceptionnels();
 }
 
 }  // namespace kv

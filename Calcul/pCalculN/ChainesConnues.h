@@ -1,7 +1,7 @@
 #pragma once
 
-#include <memory>
-#include <vector>
+#include <list>
+#include <memory_resource>
 
 #include "Calcul/cCalcul/Lignes.h"
 #include "Calcul/cCalcul/Saisie.h"
@@ -15,30 +15,34 @@ namespace kv {
 /// earlier one did is put back instead of made again, with what it leaves in memory.
 class ChainesConnues {
   public:
+    explicit ChainesConnues(std::pmr::memory_resource* place) : m_chaines(place) {}
     void Oublie() { m_chaines.clear(); }
     /// Clears the outputs and runs the normal chain.
     void Relance(Contexte& c);
 
   private:
-    /// What a run starts from.
+    /// What a run starts from, as far as it reads it.
     struct Depart {
+        explicit Depart(const Contexte& c);
+        bool operator==(const Depart&) const = default;
+
         Saisie declaree;
         Exceptionnels exceptionnels;
         Faits faits;
-        bool avecExceptionnels;  ///< the run sees the exceptional amounts from its first step on
-        Memoire memoire;         ///< that of the members only where a TK pass reads it
-        PlafondsPERP plafonds;   ///< what a new resident (`6QW`) may deduct; no chain changes them
+        bool avecExceptionnels;   ///< the run sees the exceptional amounts from its first step on
+        Memoire memoire;          ///< that of the members only where a TK pass reads it
+        PlafondsPERP plafonds{};  ///< what a new resident (`6QW`) may deduct; no chain changes them
     };
     struct Chaine {
+        Chaine(const Depart& d, std::pmr::memory_resource* place) : depart(d), lignes(place) {}
+
         Depart depart;
         Lignes::Conservees lignes;
         Memoire memoire;
-        bool avecExceptionnels;
+        bool avecExceptionnels = false;
     };
-    static Memoire MemoireLue(const Contexte& c);
-    static bool PartDe(const Depart& depart, const Contexte& c);
 
-    std::vector<std::unique_ptr<Chaine>> m_chaines;
+    std::pmr::list<Chaine> m_chaines;
 };
 
 }  // namespace kv

@@ -25,7 +25,7 @@ TEST(Niches, NoCountedAdvantage) {
 }
 
 // The measure counts more than the counted boxes: the levy on life insurance is credited in the run with the advantages
-// alone (2407 of 27000, less 7.5 %), and the last pass over the credits records 30 % of the donation's 1000 once more.
+// alone (2407 of 27000, less 7.5 %), and the last pass over the credits records the 300 of an energy expense once more.
 TEST(Niches, WhatTheRunsLeaveBehind) {
     Attend(Foyer("C 1AJ=30000 2DH=1000").Calcule(), {{"NICHE_B", 2407}, {"NICHE_A", 2332}, {"D_LIB", 75}});
     Attend(Foyer("7AL=1000").Calcule(), {{"NICHE_A2013", 600}, {"NICHE_AVANTAGE_N", 300}, {"TOT_REST", 300}});
