@@ -14,7 +14,8 @@ namespace om = kv::outremer;
 
 std::string Nom(CaseSortie c) { return c ? kv::sortie::noms[c.numero] : ""; }
 std::string Nom(CaseEntree c) { return c ? kv::entree::lignes[c.numero].nom : ""; }
-std::string Nombre(double x) { return kv::VersUtf8(FloatToStr(x)); }
+std::string Figure(kv::Parametre p) { return kv::VersUtf8(FloatToStr(kv::Valeur(kv::loi2017, p))); }
+std::string Taux(kv::Parametre p) { return p ? Figure(p) : "100"; }
 
 const char* Groupe(kv::Niche niche) {
     static constexpr const char* noms[] = {"outside", "2013", "2013 special", "2012",
@@ -35,7 +36,7 @@ std::string Texte(const r::Plafond& plafond) {
                                            "restored buildings",
                                            "restored buildings, four years"};
     static_assert(std::size(noms) == static_cast<std::size_t>(r::Commun::Nombre));
-    std::string texte = plafond.montant == kv::Imputation::nSansPlafond ? "" : Nombre(plafond.montant);
+    std::string texte = plafond.montant ? Figure(plafond.montant) : "";
     if (plafond.parFoyer) texte += " per household";
     if (plafond.fois) texte += " x " + Nom(plafond.fois);
     if (plafond.commun != r::Commun::Aucun)
@@ -56,45 +57,50 @@ class Tableau {
         for (const std::string& valeur : valeurs) m_sortie << '\t' << (valeur.empty() ? "-" : valeur);
         m_sortie << '\n';
     }
-    void operator()(const r::LigneTaux& l) { Taux(l, l.report); }
-    void operator()(const r::LigneDon& l) { Taux(l.ligne, l.report); }
+    void operator()(const r::LigneTaux& l) { AuTaux(l, l.report); }
+    void operator()(const r::LigneDon& l) { AuTaux(l.ligne, l.report); }
     void operator()(const r::LigneEnfants& l) {
         const std::string autres = " " + Nom(l.lycee) + " " + Nom(l.superieur);
-        Ecrit(l.sortie, l.college, "100", "61, 153 or 183 each" + std::string(l.diviseur == 2 ? ", halved" : ""),
-              l.niche, "", "", autres);
+        const std::string montants = Figure("reductions.7EA.montant") + ", " + Figure("reductions.7EC.montant") +
+                                     " or " + Figure("reductions.7EF.montant") + " each";
+        Ecrit(l.sortie, l.college, "100", montants + (l.diviseur == 2 ? ", halved" : ""), l.niche, "", "", autres);
     }
     void operator()(const r::LigneResidence& l) {
-        Ecrit(l.sortie, l.entree, Nombre(l.taux), Texte(r::plafondResidences), l.niche, Suivantes(l.suivantes));
+        Ecrit(l.sortie, l.entree, Figure(l.taux), Texte(r::plafondResidences), l.niche, Suivantes(l.suivantes));
     }
     void operator()(const r::LigneFraction& l) {
         Ecrit(l.sortie, l.entree, "100", "", l.niche, Nom(l.report) + Suivantes(l.suivantes));
     }
     void operator()(const r::LigneEtalee& l) {
-        const std::string plafond = l.enveloppe == r::Enveloppe::Neuve         ? Nombre(r::nEnveloppeLocative)
+        const std::string plafond = l.enveloppe == r::Enveloppe::Neuve         ? Figure(l.plafond)
                                     : l.enveloppe == r::Enveloppe::LigneDAvant ? "left by the line before"
                                                                                : "left by the line 7IR";
         const std::string yearly = l.premiere ? " yearly: " + Nom(l.premiere) : "";
-        Ecrit(l.sortie, l.entree, Nombre(l.taux), plafond, l.niche, Nom(l.report) + yearly + Suivantes(l.suivantes),
+        Ecrit(l.sortie, l.entree, Figure(l.taux), plafond, l.niche, Nom(l.report) + yearly + Suivantes(l.suivantes),
               std::to_string(l.annees), std::to_string(l.fin));
     }
     void operator()(const om::LigneSimple& l) { Ecrit(l.sortie, l.entree, "100", "", l.niche); }
     void operator()(const om::LigneReportee& l) { Ecrit(l.sortie, l.entree, "100", "", l.niche, Nom(l.suite)); }
     void operator()(const om::LigneRetrocedee& l) {
-        Ecrit(l.excedent, l.reduction, Nombre(l.taux) + " " + Nombre(l.a) + "/" + Nombre(l.b),
-              "room " + std::to_string(l.enveloppe) + ", " + Nombre(om::limitesAuForfait[l.limite]), l.niche,
+        const om::Partage& p = om::partages[l.classe];
+        Ecrit(l.excedent, l.reduction, Figure(p.taux) + " " + Figure(p.conservee) + "/" + Figure(p.retrocedee),
+              "room " + std::to_string(l.enveloppe) + ", " + Figure(om::partages[l.limite].plafond), l.niche,
               Nom(l.nonRetrocede) + " " + Nom(l.retrocede));
     }
     void operator()(const om::LigneLimitee& l) {
+        Ecrit(l.excedent, l.reduction, "100", "room " + std::to_string(l.enveloppe), l.niche);
+    }
+    void operator()(const om::LigneLimiteeAuForfait& l) {
         Ecrit(l.excedent, l.reduction, "100",
-              "room " + std::to_string(l.enveloppe) + (l.plafond != 0 ? " or " + Nombre(l.plafond) : ""), l.niche);
+              "room " + std::to_string(l.enveloppe) + " or " + Figure(om::EnveloppeDe(l).sansRetrocession), l.niche);
     }
     void operator()(const om::LigneRemboursable& l) {
-        Ecrit(l.credit, l.entree, "100", Nombre(om::nPlafondRemboursable) + " less the reduction", {});
+        Ecrit(l.credit, l.entree, "100", Figure(om::plafondRemboursable) + " less the reduction", {});
     }
 
   private:
-    void Taux(const r::LigneTaux& l, CaseSortie report) {
-        Ecrit(l.sortie, l.entree, Nombre(l.taux), l.base ? "prorated base" : Texte(l.plafond), l.niche, Nom(report));
+    void AuTaux(const r::LigneTaux& l, CaseSortie report) {
+        Ecrit(l.sortie, l.entree, Taux(l.taux), l.base ? "prorated base" : Texte(l.plafond), l.niche, Nom(report));
     }
     static std::string Suivantes(const r::FractionsSuivantes& suivantes) {
         std::string texte;

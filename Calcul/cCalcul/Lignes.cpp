@@ -100,7 +100,7 @@ void Texte::Ecrit(std::u16string& vers) const {
             texte.Decimal(a, 2) << u"% x " << b;
             break;
         case Forme::BaseAuTaux:
-            texte << a << u" x " << b << u"%";
+            (texte << a << u" x ").Decimal(b, 2) << u"%";
             break;
         case Forme::Fraction:
             (texte.Decimal(a, 2) << u"/").Decimal(b, 2);

@@ -38,8 +38,10 @@ class Texte {
     static constexpr Texte TauxDeBase(std::int32_t centiemes, std::int32_t base) {
         return {Forme::TauxDeBase, centiemes, base};
     }
-    /// "1000 x 70%", of a rate in percent
-    static constexpr Texte BaseAuTaux(std::int32_t base, std::int32_t taux) { return {Forme::BaseAuTaux, base, taux}; }
+    /// "1000 x 70%", of a rate in hundredths of a percent
+    static constexpr Texte BaseAuTaux(std::int32_t base, std::int32_t centiemes) {
+        return {Forme::BaseAuTaux, base, centiemes};
+    }
     /// "7/13", "1/1.5", of numbers in hundredths
     static constexpr Texte Fraction(std::int32_t a, std::int32_t b) { return {Forme::Fraction, a, b}; }
     /// "2 personne(s)"

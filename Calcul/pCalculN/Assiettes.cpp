@@ -183,12 +183,14 @@ ParPersonne Assiettes::PensionsNettes() const {
 // ---- Annuities and property.
 
 std::int32_t Assiettes::Rentes() const {
-    return Trace(u"RD_RENTES_PAS", S["RD_RENTES"] - nPourcent(E["1AR"], 70) - nPourcent(E["1BR"], 50) -
-                                       nPourcent(E["1CR"], 40) - nPourcent(E["1DR"], 30));
+    return Trace(u"RD_RENTES_PAS", S["RD_RENTES"] - nAuTaux(E["1AR"], loi["rentes.moinsDe50ans"]) -
+                                       nAuTaux(E["1BR"], loi["rentes.de50a59ans"]) -
+                                       nAuTaux(E["1CR"], loi["rentes.de60a69ans"]) -
+                                       nAuTaux(E["1DR"], loi["rentes.plusDe69ans"]));
 }
 
 std::int32_t Assiettes::Foncier() const {
-    return Trace(u"RD_FON_PAS", S["RD_FON"] - nPourcent(E["4BK"], 70) - E["4BL"]);
+    return Trace(u"RD_FON_PAS", S["RD_FON"] - nAuTaux(E["4BK"], loi.Complement("foncier.micro.abattement")) - E["4BL"]);
 }
 
 std::int32_t Assiettes::FoncierAcompte() const {
@@ -293,9 +295,10 @@ std::int32_t Assiettes::AcompteMeubles() const {
                    m_contexte.exceptionnels.De(boxes[1].box) + E[etranger];
         };
         std::int32_t base =
-            nPositif(C[k][a.resultat] - C[k][a.majoration] - nPourcent(E[ventesDejaSoumises[k]], 29) -
-                     nPourcent(E[servicesDejaSoumis[k]], 50) - horsBase(a.avecCentre[k], a.etrangerAvec[k]) -
-                     horsBase(a.sansCentre[k], a.etrangerSans[k]));
+            nPositif(C[k][a.resultat] - C[k][a.majoration] -
+                     nAuTaux(E[ventesDejaSoumises[k]], loi.Complement("micro.ventes.abattement")) -
+                     nAuTaux(E[servicesDejaSoumis[k]], loi.Complement("micro.services.abattement")) -
+                     horsBase(a.avecCentre[k], a.etrangerAvec[k]) - horsBase(a.sansCentre[k], a.etrangerSans[k]));
         if (E[a.mois[k]] != 0) base = nDiv(base * 12, E[a.mois[k]]);
         total += base;
     }

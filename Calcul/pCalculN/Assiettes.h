@@ -66,6 +66,7 @@ class Assiettes {
     const Contexte& m_contexte;
     const bool m_avecBoxesAPart;  ///< a box of the salaries or pensions that the withholding treats apart
     const bool m_avecActivites;   ///< otherwise every figure of the activities is 0
+    const Loi& loi = m_contexte.commun.loi;
     const Entrees E{m_contexte};
     const Valeurs S{m_contexte.commun.lignes};
     const std::array<Colonne, 3> C{Colonne(m_contexte.commun.lignes, 0), Colonne(m_contexte.commun.lignes, 1),

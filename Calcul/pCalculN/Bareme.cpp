@@ -41,7 +41,7 @@ class ImpotBrut : Travail {
 
 // A tax line: parts, income taxed and marginal rate in the columns.
 void ImpotBrut::Ligne(CaseSortie ligne, std::int32_t revenu, std::int32_t parts) {
-    const ImpotBareme resultat = AppliqueBareme(bareme2017, revenu, parts);
+    const ImpotBareme resultat = AppliqueBareme(contexte.commun.bareme, revenu, parts);
     lignes.Ecrit(ligne) = {resultat.impot, {parts, revenu, resultat.tauxMarginal}};
 }
 
@@ -73,10 +73,13 @@ std::int32_t ImpotBrut::PlafondDesDemiParts(std::int32_t base, std::int32_t part
     const std::int32_t extra = parts - base;
     const bool parentIsole = (E["C"] == 1 || E["D"] == 1 || (E["V"] == 1 && E["Fm"] + E["Jm"] == 0)) &&
                              E["Fm"] + E["Jm"] + E["Hm"] > 0 && E["T"] == 1;
-    if (base == 100 && parts == 150 && E["L"] == 1 && E["P"] == 0 && E["Gp"] == 0 && E["W"] == 0) return IDX(912);
-    if (parentIsole && extra < 100) return nProrata(IDX(3602), extra, 100);
-    if (parentIsole) return nTronque(IDX(3602) + dDiv(dMul(IDX(1527), extra - 100), 50));
-    return nTronque(dDiv(dMul(IDX(1527), extra), 50));
+    if (base == 100 && parts == 150 && E["L"] == 1 && E["P"] == 0 && E["Gp"] == 0 && E["W"] == 0)
+        return loi["quotientFamilial.plafond.seul"];
+    const std::int32_t demiPart = loi["quotientFamilial.plafond.demiPart"];
+    const std::int32_t isole = loi["quotientFamilial.plafond.parentIsole"];
+    if (parentIsole && extra < 100) return nProrata(isole, extra, 100);
+    if (parentIsole) return nTronque(isole + dDiv(dMul(demiPart, extra - 100), 50));
+    return nTronque(dDiv(dMul(demiPart, extra), 50));
 }
 
 // The half parts that give the complementary reduction, in tenths.
@@ -100,12 +103,15 @@ void ImpotBrut::PlafondQuotientFamilial(std::int32_t base, std::int32_t parts) {
 
     const std::int32_t normal = S["I_IMP_NORM"];
     const std::int32_t plafonne = S["I_IMP_SIMP"] - plafond;
-    const std::int32_t complement = nDiv((IDX(3050) - IDX(1527)) * C1["I_NEUT_PLAF_FAM"], 10);
+    const std::int32_t complement =
+        nDiv((loi["quotientFamilial.plafond.demiPartMajoree"] - loi["quotientFamilial.plafond.demiPart"]) *
+                 C1["I_NEUT_PLAF_FAM"],
+             10);
     S["I_NEUT_PLAF_FAM"] = plafonne - complement >= normal ? complement : plafonne > normal ? plafonne - normal : 0;
 
     const bool veufAvecCharge = base == 100 && E["V"] == 1 && E["Fm"] + E["Rm"] + E["Jm"] + E["Hm"] >= 1;
     const std::int32_t marge = plafonne - S["I_NEUT_PLAF_FAM"] - normal;
-    S["I_AJUST_PLAF_FAM"] = veufAvecCharge && marge > 0 ? std::min(IDX(1701), marge) : 0;
+    S["I_AJUST_PLAF_FAM"] = veufAvecCharge && marge > 0 ? std::min(loi["quotientFamilial.veuf"], marge) : 0;
     RetientLImpot(plafonne);
 }
 

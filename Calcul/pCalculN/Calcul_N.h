@@ -8,13 +8,13 @@
 #include "Calcul/pCalculN/ChainesConnues.h"
 #include "Calcul/pCalculN/Contexte.h"
 
-/// The income tax of 2017: the numbered steps, run over one return.
+/// The income tax of a year: the numbered steps, run over one return under one law.
 ///
 /// The return is read when the object is made; the computation works on values of its own, so that an exception leaves
 /// nothing of the return half done. The object lives for one launch.
 class CCalcul_N final : public CCalcul, private kv::Chaine {
   public:
-    CCalcul_N(CDataCalcul& data, bool optionsForcees, bool optionsSiSaisies, double tauxIndexation);
+    CCalcul_N(CDataCalcul& data, bool optionsForcees, bool optionsSiSaisies, double tauxIndexation, const kv::Loi& loi);
 
     void CalculReports(const TPeriode* periode) override;
     bool Calcul(const TPeriode& periode, bool drapeau) override;
@@ -34,10 +34,13 @@ class CCalcul_N final : public CCalcul, private kv::Chaine {
     bool SimulationSuivante(bool drapeau);
     void TraceEntrees() const;
     kv::Contexte::Commun Commun() {
-        return {m_lancement, m_lignes, m_memoire, m_comparaison, *this, m_trace, m_chainesConnues, m_conservees};
+        return {m_lancement,   m_loi, m_bareme, m_lignes,         m_memoire,
+                m_comparaison, *this, m_trace,  m_chainesConnues, m_conservees};
     }
 
     kv::Lancement m_lancement;
+    const kv::Loi m_loi;
+    const kv::Bareme m_bareme;
     kv::Saisie m_saisie;
     kv::CasesEntree m_remplies;  ///< the boxes that a family may look for; the driver's own switches are not among them
     kv::Exceptionnels m_exceptionnels;

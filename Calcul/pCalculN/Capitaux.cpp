@@ -10,8 +10,6 @@ namespace kv {
 
 namespace {
 
-constexpr std::int32_t nAbattementDividendes = 40;
-
 // The deficits of six earlier years on investment income, the oldest first, and where each is carried.
 struct DeficitMobilier {
     CaseEntree box;
@@ -54,8 +52,12 @@ class Capitaux : Travail {
     void DeficitsFonciers(std::int32_t resultat, std::int32_t micro, std::int32_t abattement);
     void DeficitsAgricoles();
     void BasesProportionnelles();
+    /// What the allowance takes off dividends.
+    std::int32_t AbattementDividendes(std::int32_t dividendes) const {
+        return nAuTaux(dividendes, loi["mobiliers.dividendes.abattement"]);
+    }
 
-    const std::int32_t m_plafondAssuranceVie = ParFoyer(4600);
+    const std::int32_t m_plafondAssuranceVie = ParFoyer(loi["assuranceVie.abattement"]);
 };
 
 Mobiliers Capitaux::LitMobiliers() const {
@@ -102,9 +104,9 @@ void Capitaux::MontantsMobiliers(const Mobiliers& m) {
     if (faits.bareme) montant += m.interets;
     if (faits.forfait) montant = m.assurance + m.distribues + m.assuranceVie;
     S["RD_MOB_MONT"] = memoire.baseMobiliersSociale = montant;
-    S["RD_MOB_MAJO"] = faits.forfait ? 0 : nPourcent(m.majores, 25);
-    S["RD_MOB_DEMI_BASE_2DC"] = faits.forfait ? 0 : nPourcent(m.dividendes, nAbattementDividendes);
-    S["RD_MOB_DEMI_BASE_2FU"] = nPourcent(m.distribues, nAbattementDividendes);
+    S["RD_MOB_MAJO"] = faits.forfait ? 0 : nAuTaux(m.majores, loi["mobiliers.majoration"]);
+    S["RD_MOB_DEMI_BASE_2DC"] = faits.forfait ? 0 : AbattementDividendes(m.dividendes);
+    S["RD_MOB_DEMI_BASE_2FU"] = AbattementDividendes(m.distribues);
     S["RD_MOB_DEMI_BASE"] = S["RD_MOB_DEMI_BASE_2DC"] + S["RD_MOB_DEMI_BASE_2FU"];
 }
 
@@ -159,9 +161,10 @@ void Capitaux::DeficitsMobiliers() {
 
 // The expenses that exceed the income net of its allowances.
 std::int32_t Capitaux::DeficitDeLAnnee(const Mobiliers& m) const {
-    const std::int32_t distribuesNets = m.distribues - nPourcent(m.distribues, nAbattementDividendes);
-    std::int32_t net = m.dividendes - nPourcent(m.dividendes, nAbattementDividendes) + m.assurance + m.autres +
-                       distribuesNets + (m.assuranceVie - m.abattement) + nPourcent(m.majores, 125) + m.prets;
+    const std::int32_t distribuesNets = m.distribues - AbattementDividendes(m.distribues);
+    std::int32_t net = m.dividendes - AbattementDividendes(m.dividendes) + m.assurance + m.autres + distribuesNets +
+                       (m.assuranceVie - m.abattement) + nAuTaux(m.majores, 10000 + loi["mobiliers.majoration"]) +
+                       m.prets;
     if (faits.bareme) net += m.interets;
     if (faits.forfait) net = m.assurance + distribuesNets + (m.assuranceVie - m.abattement);
     return nPositif(m.frais - net);
@@ -172,23 +175,25 @@ void Capitaux::MobiliersMondiaux() {
     S["RD_MOB"] += nPositif(memoire.passes.deficitMobilier - S["RD_MOB_DEF"]);
     S["RD_MOB"] += nPositif(TI["2TS"] - TIX["2TS"] - TIY["2TS"]);
     if (lancement.optionsForcees || (lancement.optionsSiSaisies && E["PFU"] != 0)) return;
-    S["RD_MOB"] += nPositif(nPourcent(nPositif(TI["2DC"] - TIX["2DC"]), 100 - nAbattementDividendes) - TIY["2DC"]);
+    S["RD_MOB"] += nPositif(
+        nAuTaux(nPositif(TI["2DC"] - TIX["2DC"]), loi.Complement("mobiliers.dividendes.abattement")) - TIY["2DC"]);
     S["RD_MOB"] += nPositif(TI["2TR"] - TIX["2TR"] - TIY["2TR"]);
 }
 
 // The credit for the flat levy on life insurance, within what the allowance leaves.
 void Capitaux::PrelevementLiberatoire(std::int32_t assuranceVie) {
-    const std::int32_t plafond = m_plafondAssuranceVie;
+    const std::int32_t plafond = m_plafondAssuranceVie, taux = loi["assuranceVie.taux"];
     if (!faits.resident || E["2CH"] >= plafond) return;
     if (faits.selonLaDeclaration)
-        S["D_LIB"] = nPositif(nPourcent(std::min(E["2DH"], plafond - E["2CH"]), 7.5));
+        S["D_LIB"] = nPositif(nAuTaux(std::min(E["2DH"], plafond - E["2CH"]), taux));
     else if (E["BAR"] != 0 || E["PFU"] != 0)
-        S["D_LIB"] = nPositif(nPourcent(std::min(E["2DH1"], nPositif(plafond - assuranceVie)), 7.5));
+        S["D_LIB"] = nPositif(nAuTaux(std::min(E["2DH1"], nPositif(plafond - assuranceVie)), taux));
 }
 
 void Capitaux::RevenusFonciers() {
     const std::int32_t resultat = E["4BA"], deficitFoncier = E["4BB"], deficitGlobal = E["4BC"], anterieurs = E["4BD"];
-    const std::int32_t micro = E["4BE"], abattement = micro > 0 ? nPourcent(micro, 30) : 0;
+    const std::int32_t micro = E["4BE"];
+    const std::int32_t abattement = micro > 0 ? nAuTaux(micro, loi["foncier.micro.abattement"]) : 0;
 
     std::int32_t net = resultat + micro - abattement;
     if (deficitFoncier > 0) net = nPositif(net - deficitFoncier);
@@ -250,7 +255,7 @@ void Capitaux::DeficitsAgricoles() {
                                           "3WJ", "3WP", "3VD", "3VI", "3VF", "3VJ", "3VK", "3SK", "1TT", "1UT"});
         autres += bareme || forfait ? E["3SJ1"] + E["3SJ2"] : E["3SJ"] + E["2FA"];
         if (forfait) autres += S["RF_PFU1"] + S["RF_PFU2"];
-        if (autres > IDX(108904)) {
+        if (autres > loi["deficits.agricoles.plafond"]) {
             lignes.Annule("RR_BA_DEF");
             lignes.Soustrait("RR_BA_DEF", "RR_BA");
             S["NP1_BA_ANN"] = S["RR_BA_DEF"];
@@ -277,8 +282,8 @@ void Capitaux::RevenusDivers() {
 void Capitaux::RevenusTauxForf() {
     const bool option = faits.bareme || faits.forfait;
 
-    C1["RF_PENSIONS"] = nPourcent(E["1AT"], 90);
-    C2["RF_PENSIONS"] = nPourcent(E["1BT"], 90);
+    C1["RF_PENSIONS"] = nAuTaux(E["1AT"], loi.Complement("pensions.capital.abattement"));
+    C2["RF_PENSIONS"] = nAuTaux(E["1BT"], loi.Complement("pensions.capital.abattement"));
     lignes.Totalise("RF_PENSIONS");
     S["RF_2FA"] = option ? 0 : E["2FA"];
     S["RF_GAINS_BSPCE_19"] = option ? E["3SJ1"] : E["3SJ"];
@@ -334,8 +339,8 @@ void Capitaux::PrelevLib() {
         lignes.BaseEtTaux(ligne, E[box], taux);
         S[ligne] = nAuTaux(E[box], taux);
     };
-    prelevement("PL_DH", "2DH", 750);
-    prelevement("PL_EE", "2EE", 1500);
+    prelevement("PL_DH", "2DH", loi["assuranceVie.taux"]);
+    prelevement("PL_EE", "2EE", loi["mobiliers.2EE.taux"]);
     S["PL_PRELEV_LIB"] = S["PL_DH"] + S["PL_EE"];
     if (S["PL_PRELEV_LIB"] > 0) S["SAUT_PAGE_LIB"] = S["SEPAR_PRELEV_LIB"] = 1;
 }

@@ -8,6 +8,8 @@
 
 #include "Calcul/cCalcul/Lignes.h"
 #include "Calcul/cCalcul/Saisie.h"
+#include "Calcul/pCalculN/Bareme.h"
+#include "Calcul/pCalculN/Loi.h"
 #include "Calcul/pCalculN/Memoire.h"
 #include "KVCommun/cPeriode/Periode.h"
 #include "support/KVTarvel.h"
@@ -129,6 +131,8 @@ class Contexte {
     /// What every run of a launch shares.
     struct Commun {
         const Lancement& lancement;
+        const Loi& loi;        ///< with its amounts at the indexation rate of the launch
+        const Bareme& bareme;  ///< the scale of that law
         Lignes& lignes;
         Memoire& memoire;
         Comparaison& comparaison;
@@ -207,11 +211,8 @@ class Travail {
 
     void Lance(Etape etape) { contexte.Lance(etape); }
 
-    /// A euro threshold, indexed at the rate of the launch.
-    std::int32_t IDX(std::int32_t seuil) const {
-        const double taux = lancement.tauxIndexation == -1.0 ? 0.0 : lancement.tauxIndexation;
-        return nArrondi(dMul(seuil, dDiv(dMul(taux, 100.0) + 10000.0, 10000.0)));
-    }
+    /// A figure of the year, or of the following one where its rates apply.
+    std::int32_t EnVigueur(ParametreAnnuel p) const { return loi[faits.nouveauxTaux ? p.suivante : p.annee]; }
     /// Sums of boxes.
     std::int32_t SommeE(std::initializer_list<CaseEntree> boxes) const {
         std::int32_t somme = 0;
@@ -229,6 +230,10 @@ class Travail {
     std::int32_t GainsMobiliersNets() const {
         return SommeE({"3VG", "3SG", "3UA", "3SL", "3VA", "3VQ"}) - E["3VH"] - E["3VR"];
     }
+    /// The tax on a pension paid out as capital (CGI art. 163 bis II).
+    std::int32_t ImpotPensionEnCapital(std::int32_t pension) const {
+        return nAuTaux(nAuTaux(pension, loi.Complement("pensions.capital.abattement")), loi["pensions.capital.taux"]);
+    }
     /// The taxable income, exceptional income included, that ceilings in percent are taken of.
     std::int32_t RevenuDuPlafond() const {
         return S["I_BQ_TOUS_REV"] > 0 ? S["I_BQ_TOUS_REV"] : nPositif(S["TOT_R_IMPOS"]);
@@ -243,6 +248,7 @@ class Travail {
 
     Contexte& contexte;
     const Lancement& lancement = contexte.commun.lancement;
+    const Loi& loi = contexte.commun.loi;
     const Faits& faits = contexte.faits;
     Lignes& lignes = contexte.commun.lignes;
     Memoire& memoire = contexte.commun.memoire;

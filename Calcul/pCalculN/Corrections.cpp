@@ -9,23 +9,27 @@ namespace kv {
 
 namespace {
 
-// A base that an income step left in column 2, and its rate in hundredths of a percent.
+// A base that an income step left in column 2, and its rate.
 struct LigneProportionnelle {
     CaseSortie ligne;
-    std::int32_t taux;
+    Parametre taux;
+    consteval LigneProportionnelle(const char* nom)
+        : ligne(nom), taux(Parametre::Requis("corrections.", nom, ".taux")) {}
 };
 constexpr LigneProportionnelle proportionnelles[] = {
-    {"CO_TNS", 1280}, {"CO_18", 1800}, {"CO_19", 1900}, {"CO_22_5", 2250},
-    {"CO_24", 2400},  {"CO_30", 3000}, {"CO_41", 4100}, {"CO_50", 5000},
+    "CO_TNS", "CO_18", "CO_19", "CO_22_5", "CO_24", "CO_30", "CO_41", "CO_50",
 };
+constexpr Parametre tauxPlusValues = "corrections.CO_TNS.taux";
 
-// Long-term business gains of overseas residents: a reduced rate, within the room of the abatement.
+// Long-term business gains of overseas residents: the rate less the abatement, within the room of the abatement.
 struct Departement {
     CaseSortie ligne;
-    std::int32_t plafond, taux;
+    Parametre plafond, abattement;
 };
-constexpr Departement departements[] = {{"CO_TNS_GUY", 6700, 768}, {"CO_TNS_MGR", 5100, 896}};
-constexpr std::int32_t nTauxPlusValues = 1280;
+constexpr Departement departements[] = {
+    {"CO_TNS_GUY", "outremer.guyaneMayotte.plafond", "outremer.guyaneMayotte.taux"},
+    {"CO_TNS_MGR", "outremer.antillesReunion.plafond", "outremer.antillesReunion.taux"},
+};
 
 class Corrections : Travail {
   public:
@@ -43,33 +47,38 @@ class Corrections : Travail {
     void CapitauxAuForfait();
 };
 
-// 3 % of the reference income above a first threshold, 4 % above a second one.
+// A rate of the reference income above a first threshold, a higher one above a second.
 std::int32_t Corrections::ContributionHautsRevenus() const {
     const std::int32_t revenu = C1["CONT_HAUT_REV"];
     if (revenu <= 0) return -1;
-    const std::int32_t seuil3 = ParFoyer(250000), seuil4 = ParFoyer(500000);
-    return nPourcent(nPositif(std::min(revenu, seuil4) - seuil3), 3) + nPourcent(nPositif(revenu - seuil4), 4);
+    const std::int32_t seuil1 = ParFoyer(loi["hautsRevenus.tranche1.seuil"]),
+                       seuil2 = ParFoyer(loi["hautsRevenus.tranche2.seuil"]);
+    return nAuTaux(nPositif(std::min(revenu, seuil2) - seuil1), loi["hautsRevenus.tranche1.taux"]) +
+           nAuTaux(nPositif(revenu - seuil2), loi["hautsRevenus.tranche2.taux"]);
 }
 
 void Corrections::HautsSalaires() {
-    const std::int32_t seuil = ParFoyer(250000);
+    const std::int32_t seuil = ParFoyer(loi["hautsRevenus.tranche1.seuil"]);
     const std::int32_t revenu = S["REV_REF_C"], n1 = E["CE16"], n2 = E["CE15"];
     S["CONT_HR_3WT3WU"] = E["3WT"];
     C1["CONT_HAUT_REV"] = 0;
     if (revenu <= seuil) return;
 
     // An exceptional year is smoothed over the two years before it.
-    const bool annuel = E["8TD"] != 0 || nArrondi(dDiv(dMul(1.5, n2 + n1), 2)) > revenu || n2 > seuil || n1 > seuil;
+    const double exceptionnel = loi.Nombre("hautsRevenus.lissage.seuil");
+    const bool annuel =
+        E["8TD"] != 0 || nArrondi(dDiv(dMul(exceptionnel, n2 + n1), 2)) > revenu || n2 > seuil || n1 > seuil;
     if (annuel) {
         C1["CONT_HAUT_REV"] = revenu;
         S["CONT_HAUT_REV"] = ContributionHautsRevenus();
         return;
     }
     const std::int32_t moyenne = nArrondi(dDiv(n2 + n1, 2));
-    const std::int32_t lisse = nArrondi(dDiv(revenu - moyenne, 2)) + moyenne;
+    const double coefficient = loi.Nombre("hautsRevenus.lissage.coefficient");
+    const std::int32_t lisse = nArrondi(dDiv(revenu - moyenne, coefficient)) + moyenne;
     if (lisse <= seuil) return;
     C1["CONT_HAUT_REV"] = lisse;
-    S["CONT_HAUT_REV"] = std::min(nArrondi(dMul(2.0, ContributionHautsRevenus())), revenu);
+    S["CONT_HAUT_REV"] = std::min(nArrondi(dMul(coefficient, ContributionHautsRevenus())), revenu);
 }
 
 void Corrections::ImpotApresCorrections() {
@@ -89,8 +98,9 @@ void Corrections::ImpotApresCorrections() {
 
 void Corrections::AuxTauxProportionnels() {
     for (const LigneProportionnelle& p : proportionnelles) {
-        C3[p.ligne] = p.taux;
-        S[p.ligne] = nAuTaux(C2[p.ligne], p.taux);
+        const std::int32_t taux = loi[p.taux];
+        C3[p.ligne] = taux;
+        S[p.ligne] = nAuTaux(C2[p.ligne], taux);
         TexteDuTaux(p.ligne);
     }
     for (const CaseSortie copie : {CaseSortie("CO_3WR"), CaseSortie("CO_3WS")}) {
@@ -110,8 +120,12 @@ void Corrections::PlusValuesOutreMer() {
         SommeS({"U_DECOTE_DOM_GMR", "U_DECOTE_DOM_GUY", "IMPOT_DU_DOM_GMR", "IMPOT_DU_DOM_GUY"});
     std::int32_t base = 0, plafond = 0, taux = 0;
     for (const Departement& dom : departements)
-        if (C2[dom.ligne] > 0) base = C2[dom.ligne], plafond = dom.plafond, taux = dom.taux;
-    const std::int32_t plein = nAuTaux(base, nTauxPlusValues);
+        if (C2[dom.ligne] > 0) {
+            base = C2[dom.ligne];
+            plafond = loi[dom.plafond];
+            taux = nAuTaux(loi[tauxPlusValues], loi.Complement(dom.abattement));
+        }
+    const std::int32_t plein = nAuTaux(base, loi[tauxPlusValues]);
     const std::int32_t place = plafond - abattements;
     const std::int32_t avantage = plein - nAuTaux(base, taux);
     for (const Departement& dom : departements) {
@@ -136,18 +150,23 @@ void Corrections::PlusValuesOutreMerTK() {
 }
 
 void Corrections::ContributionsParticulieres() {
-    lignes.BaseEtTaux("CO_INV_AUTEUR", SommeE({"5TC", "5UC", "5VC"}), nTauxPlusValues);
-    S["CO_INV_AUTEUR"] = nAuTaux(C2["CO_INV_AUTEUR"], nTauxPlusValues);
+    lignes.BaseEtTaux("CO_INV_AUTEUR", SommeE({"5TC", "5UC", "5VC"}), loi[tauxPlusValues]);
+    S["CO_INV_AUTEUR"] = nAuTaux(C2["CO_INV_AUTEUR"], loi[tauxPlusValues]);
     TexteDuTaux("CO_INV_AUTEUR");
     S["CO_REPRISE"] = E["8TF"];
     S["CO_INVEST_CORSE"] = E["8TP"];
     S["CO_AGENTS_ASSUR"] = 0;
-    for (const std::int32_t indemnite : {E["5QM"], E["5RM"]})  // CGI art. 151 septies A
-        S["CO_AGENTS_ASSUR"] += nPourcent(nPositif(std::min(indemnite, 107000) - 23000), 2.0) +
-                                nPourcent(nPositif(std::min(indemnite, 200000) - 107000), 0.6) +
-                                nPourcent(nPositif(indemnite - 200000), 2.6);
-    S["CO_PENSIONS"] = nPourcent(nPourcent(E["1AT"], 90), 7.50) + nPourcent(nPourcent(E["1BT"], 90), 7.50);
-    S["CO_INTERET"] = nPourcent(E["2FA"], 24.00);
+    for (const std::int32_t indemnite : {E["5QM"], E["5RM"]}) {
+        const std::int32_t seuil1 = loi["agentsAssurance.tranche1.seuil"],
+                           seuil2 = loi["agentsAssurance.tranche2.seuil"],
+                           seuil3 = loi["agentsAssurance.tranche3.seuil"];
+        S["CO_AGENTS_ASSUR"] +=
+            nAuTaux(nPositif(std::min(indemnite, seuil2) - seuil1), loi["agentsAssurance.tranche1.taux"]) +
+            nAuTaux(nPositif(std::min(indemnite, seuil3) - seuil2), loi["agentsAssurance.tranche2.taux"]) +
+            nAuTaux(nPositif(indemnite - seuil3), loi["agentsAssurance.tranche3.taux"]);
+    }
+    S["CO_PENSIONS"] = ImpotPensionEnCapital(E["1AT"]) + ImpotPensionEnCapital(E["1BT"]);
+    S["CO_INTERET"] = nAuTaux(E["2FA"], loi["mobiliers.2FA.taux"]);
     S["CO_TAXELOYER"] = E["4BH"];
 }
 
@@ -157,15 +176,15 @@ void Corrections::CapitauxAuForfait() {
     if (E["BAR"] != 0) S["CO_INTERET"] = 0;
     if (E["PFU"] == 0) return;
     S["CO_INTERET"] = 0;
-    const std::int32_t abattement = ParFoyer(4600);  // life insurance
+    const std::int32_t abattement = ParFoyer(loi["assuranceVie.abattement"]);
     const std::int32_t anciens = E["2CH1"] + E["2DH1"], recents = E["2DH2"] + E["2CH2"],
                        auForfait = E["2CH3"] + E["2DH3"];
     S["RF_PFU1"] = recents - std::min(recents, nPositif(abattement - anciens));
     S["RF_PFU2"] = SommeE({"3SJ2", "3VG", "3SG", "3UA", "3SL", "3VE", "3UV", "3SA", "3SZ", "2DH3", "2EE2", "2DC",
                            "2CH3", "2TS2", "2TR", "2TT", "2FA", "2GO"}) -
                    std::min(auForfait, nPositif(abattement - anciens - recents));
-    S["CO_PFU1"] = nPourcent(S["RF_PFU1"], 7.50);
-    S["CO_PFU2"] = nPourcent(S["RF_PFU2"], 12.80);
+    S["CO_PFU1"] = nAuTaux(S["RF_PFU1"], loi["pfu.assuranceVie.taux"]);
+    S["CO_PFU2"] = nAuTaux(S["RF_PFU2"], loi["pfu.taux"]);
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ using namespace credits;
 
 namespace {
 
-constexpr std::int32_t nTauxTransition = 3000;  // hundredths of a percent, as every rate here
+constexpr std::int32_t nTaux100 = 10000;  // 100 %, in hundredths of a percent as every rate here
 
 class Credits : Travail {
   public:
@@ -27,7 +27,7 @@ class Credits : Travail {
     void CreditCompte(CaseSortie credit, std::int32_t declare, std::int32_t retenu, std::int32_t taux);
     void Impute(CaseSortie credit, std::int32_t declare, std::int32_t limite);
     void ImputeAuTaux(CaseSortie credit, CaseEntree box, std::int32_t taux, std::int32_t limite);
-    std::int32_t PlafondParFoyer(std::int32_t montant, std::int32_t parCharge) const;
+    std::int32_t PlafondParFoyer(Parametre montant, Parametre parCharge) const;
     void Contributions();
     void CreditsImputes();
     void CreditsDImpotEtranger();
@@ -53,13 +53,15 @@ void Credits::CreditDImpot() {
 
     for (const Copie& copie : copies) S[copie.credit] = E[copie.box];
     const bool option = faits.bareme || faits.forfait;
-    LigneCredit("D_PV_NON_RESIDENT", E["3VE"], E["3VE"], option ? 1280 : 4500);
-    LigneCredit("D_SCR_NON_RESIDENT", E["3UV"], E["3UV"], option ? 1280 : 3000);
+    LigneCredit("D_PV_NON_RESIDENT", E["3VE"], E["3VE"],
+                loi[option ? Parametre("credits.3VE.tauxOption") : "credits.3VE.taux"]);
+    LigneCredit("D_SCR_NON_RESIDENT", E["3UV"], E["3UV"],
+                loi[option ? Parametre("credits.3UV.tauxOption") : "credits.3UV.taux"]);
 
     EquipementDuLogement();
     const bool avantages = !faits.sansAvantages;
     if (avantages) TransitionEnergetique();
-    S["D_RESTI_TAXE_ADD_DROIT_BAIL"] = nProrata(E["4TQ"], 25, 1000);
+    S["D_RESTI_TAXE_ADD_DROIT_BAIL"] = nAuTaux(E["4TQ"], loi["credits.4TQ.taux"]);
     if (avantages) FraisDeGarde();
     CotisationsSyndicales();
     PretsEtudiants();
@@ -133,9 +135,9 @@ void Credits::CreditsImputes() {
 
     CreditsDImpotEtranger();
     const std::int32_t horsReprises = impot - S["CO_REPRISE"] - S["CO_INVEST_CORSE"];
-    ImputeAuTaux("D_ACQ_BIENS_CULTURELS", "7UO", 4000, horsReprises);
+    ImputeAuTaux("D_ACQ_BIENS_CULTURELS", "7UO", loi["credits.7UO.taux"], horsReprises);
     Impute("D_PREVENTION", nonNegatif("8TE"), m_reste);
-    ImputeAuTaux("D_MECENAT", "7US", 10000, horsReprises);
+    ImputeAuTaux("D_MECENAT", "7US", nTaux100, horsReprises);
     Impute("D_INVEST_CORSE", nPositif(E["8TG"] + E["8TO"]), std::min(m_reste, impot - S["CO_INVEST_CORSE"]));
     Impute("D_CREDIT_8TC", nonNegatif("8TC"), m_reste);
     Impute("D_CREDIT_COMP_EMPLOI", nonNegatif("8UW"), m_reste);
@@ -144,8 +146,8 @@ void Credits::CreditsImputes() {
 // Tax paid abroad or in advance, within the tax that the income bears here.
 void Credits::CreditsDImpotEtranger() {
     std::int32_t pensions = 0;
-    if (E["1AT"] > 0) pensions += nPourcent(nPourcent(TK["1AT"] - TKZ["1AT"], 90), 7.5);
-    if (E["1BT"] > 0) pensions += nPourcent(nPourcent(TK["1BT"] - TKZ["1BT"], 90), 7.5);
+    if (E["1AT"] > 0) pensions += ImpotPensionEnCapital(TK["1AT"] - TKZ["1AT"]);
+    if (E["1BT"] > 0) pensions += ImpotPensionEnCapital(TK["1BT"] - TKZ["1BT"]);
     Impute("D_CREDIT_1AT_1BT", pensions, S["CO_PENSIONS"]);
     Impute("D_AVOIR_FISC", E["2AB"], m_reste);
     Impute("D_SOURCE_ETR", E["8TAB"], m_reste);
@@ -155,40 +157,47 @@ void Credits::CreditsDImpotEtranger() {
     Impute("D_ETR_PV_TK", S["IMPOT_ETR_PV_TK"], std::min(m_reste, corrections));
     if (faits.selonLaDeclaration) {
         const std::int32_t interets = nPositif(TK["2FA"] - TKZ["2FA"]);
-        Impute("D_CREDIT_2FA", nPourcent(interets, 24), std::min<std::int32_t>(m_reste, S["CO_INTERET"]));
+        Impute("D_CREDIT_2FA", nAuTaux(interets, loi["mobiliers.2FA.taux"]),
+               std::min<std::int32_t>(m_reste, S["CO_INTERET"]));
     } else if (E["PFU"] != 0) {
         const std::int32_t capitaux = (TK["2FA"] - TKZ["2FA"]) + (TK["2DC"] - TKZ["2DC"]) + (TK["2TR"] - TKZ["2TR"]);
-        const std::int32_t credit = nPourcent(capitaux, 12.8) + nPourcent(TK["3VG"] - TKZ["3VG"], 12.8);
+        const std::int32_t credit =
+            nAuTaux(capitaux, loi["pfu.taux"]) + nAuTaux(TK["3VG"] - TKZ["3VG"], loi["pfu.taux"]);
         Impute("D_CREDIT_PFU2", credit, credit);
         S["D_CREDIT_PFU2"] = credit;
     }
 }
 
 // A ceiling per household, raised for dependants and for children in alternating residence.
-std::int32_t Credits::PlafondParFoyer(std::int32_t montant, std::int32_t parCharge) const {
-    return ParFoyer(montant) + parCharge * S["F_NB_CHARGE"] + nDiv(parCharge * S["F_NB_ENFANTS_ALTERNE"], 2);
+std::int32_t Credits::PlafondParFoyer(Parametre montant, Parametre parCharge) const {
+    return ParFoyer(loi[montant]) + loi[parCharge] * S["F_NB_CHARGE"] +
+           nDiv(loi[parCharge] * S["F_NB_ENFANTS_ALTERNE"], 2);
 }
 
 // Equipment for elderly or disabled persons (CGI art. 200 quater A), works against technological risks.
 void Credits::EquipementDuLogement() {
     if (E["7WJ"] > 0) {
-        const std::int32_t plafond = nPositif(PlafondParFoyer(5000, 400) - SommeE({"7WJA", "7WJB", "7WJC", "7WJD"}));
-        LigneCredit("D_AIDE_PERS_AGEES", E["7WJ"], std::min(E["7WJ"], plafond), 2500);
+        const std::int32_t plafond = nPositif(PlafondParFoyer("credits.7WJ.plafond", "credits.7WJ.parCharge") -
+                                              SommeE({"7WJA", "7WJB", "7WJC", "7WJD"}));
+        LigneCredit("D_AIDE_PERS_AGEES", E["7WJ"], std::min(E["7WJ"], plafond), loi["credits.7WJ.taux"]);
     }
     if (E["7WL"] > 0) {
         const std::int32_t plafond = (E["7WLPS"] >= 1 ? E["7WLPS"] : E["7WLPC"]) - E["7WLA"] - E["7WLB"];
-        if (plafond > 0) LigneCredit("D_AIDE_RISQUE_TECHNO", E["7WL"], std::min(E["7WL"], plafond), 4000);
+        if (plafond > 0)
+            LigneCredit("D_AIDE_RISQUE_TECHNO", E["7WL"], std::min(E["7WL"], plafond), loi["credits.7WL.taux"]);
     }
 }
 
 void Credits::TransitionEnergetique() {
-    std::int32_t plafond = nPositif(PlafondParFoyer(8000, 400) - SommeE({"7WHA", "7WHB", "7WHC", "7WHD"}));
+    std::int32_t plafond =
+        nPositif(PlafondParFoyer("credits.transitionEnergetique.plafond", "credits.transitionEnergetique.parCharge") -
+                 SommeE({"7WHA", "7WHB", "7WHC", "7WHD"}));
     for (const auto& t : transitionEnergetique) {
         const std::int32_t retenu = std::min(E[t.depense], plafond);
-        CreditCompte(t.credit, E[t.depense], retenu, nTauxTransition);
+        CreditCompte(t.credit, E[t.depense], retenu, loi["credits.transitionEnergetique.taux"]);
         plafond = nPositif(plafond - retenu);
     }
-    CreditCompte("D_PREV_RISQUE_TECH", E["7WR"], E["7WR"], 4000);
+    CreditCompte("D_PREV_RISQUE_TECH", E["7WR"], E["7WR"], loi["credits.7WR.taux"]);
 }
 
 // Childcare outside the home (CGI art. 200 quater B): a ceiling per child, half for alternating residence.
@@ -203,19 +212,21 @@ void Credits::FraisDeGarde() {
             declare += E[enfant];
             retenu += std::min(E[enfant], plafond);
         }
-        CreditCompte(credit, declare, retenu, 5000);
+        CreditCompte(credit, declare, retenu, loi["credits.gardeEnfants.taux"]);
     };
-    garde("D_FRAIS_GARDE_ACHARGE", enfantsACharge, 2300);
-    garde("D_FRAIS_GARDE_ALTERNE", enfantsAlternes, 1150);
+    const std::int32_t plafond = loi["credits.gardeEnfants.plafond"];
+    garde("D_FRAIS_GARDE_ACHARGE", enfantsACharge, plafond);
+    garde("D_FRAIS_GARDE_ALTERNE", enfantsAlternes, nDiv(plafond, 2));
 }
 
-// Union dues (CGI art. 199 quater C): capped at 1 % of salaries and pensions, salaries counting only without actual
+// Union dues (CGI art. 199 quater C): capped at a part of salaries and pensions, salaries counting only without actual
 // expenses.
 void Credits::CotisationsSyndicales() {
     const std::int32_t cotisations = SommeE({"7AC", "7AE", "7AG"});
     if (cotisations <= 0) return;
     const auto plafonnees = [&](CaseEntree box, std::int32_t pensions, std::int32_t salaires, bool fraisReels) {
-        return std::min(E[box], nPourcent(pensions + (fraisReels ? 0 : salaires), 1));
+        return std::min(E[box], nAuTaux(pensions + (fraisReels ? 0 : salaires),
+                                        loi["credits.cotisationsSyndicales.plafondRevenu"]));
     };
     static constexpr CaseEntree fraisCharges[] = {"1CK", "1DK", "1EK", "1FK", "1FKA", "1FKB", "1FKC", "1FKD", "1FKE"};
     const bool fraisDesCharges =
@@ -230,34 +241,38 @@ void Credits::CotisationsSyndicales() {
                            "1EF", "1FF", "1CP", "1DP", "1EP",  "1FP",  "1FPA", "1FPB", "1FPC", "1FPD", "1FPE"}),
                    fraisDesCharges);
     lignes.Annule("D_CREDIT_7AC_7AE_7AG");
-    S["D_CREDIT_7AC_7AE_7AG"] = nPourcent(std::min(cotisations, retenues), 66);
+    S["D_CREDIT_7AC_7AE_7AG"] = nAuTaux(std::min(cotisations, retenues), loi["credits.cotisationsSyndicales.taux"]);
 }
 
 // Interest on student loans (CGI art. 200 terdecies): this year's payments, then those of earlier years.
 void Credits::PretsEtudiants() {
-    const std::int32_t annees = E["7VO"];
-    LigneCredit("D_PRET_ETUDIANTS_1", E["7UK"], std::min(E["7UK"], annees < 6 ? 1000 : 0), 2500);
-    LigneCredit("D_PRET_ETUDIANTS_2", E["7TD"], std::min(E["7TD"], std::min(annees * 1000, 6000)), 2500);
+    const std::int32_t annees = E["7VO"], parAnnee = loi["credits.pretsEtudiants.plafond"];
+    const std::int32_t taux = loi["credits.pretsEtudiants.taux"];
+    const std::int32_t plafond = annees <= loi["credits.pretsEtudiants.annees"] ? parAnnee : 0;
+    const std::int32_t plafondAnterieurs = std::min(annees * parAnnee, loi["credits.pretsEtudiants.plafondAnterieurs"]);
+    LigneCredit("D_PRET_ETUDIANTS_1", E["7UK"], std::min(E["7UK"], plafond), taux);
+    LigneCredit("D_PRET_ETUDIANTS_2", E["7TD"], std::min(E["7TD"], plafondAnterieurs), taux);
 }
 
 void Credits::CreditsForestiers() {
     const auto credit = [&](CaseSortie ligne, std::int32_t declare, std::int32_t plafond, std::int32_t taux) {
         CreditCompte(ligne, declare, std::min(declare, plafond), taux);
     };
-    std::int32_t plafond = ParFoyer(2000);
-    credit("D_CREDIT_7UI", E["7UI"], plafond, 2500);
+    const std::int32_t taux = loi["credits.forets.taux"], tauxGroupement = loi["credits.forets.tauxGroupement"];
+    std::int32_t plafond = ParFoyer(loi["credits.forets.plafondGestion"]);
+    credit("D_CREDIT_7UI", E["7UI"], plafond, tauxGroupement);
     plafond -= E["7UI"];
-    if (plafond > 0) credit("D_CREDIT_7UQ", E["7UQ"], plafond, 1800);
+    if (plafond > 0) credit("D_CREDIT_7UQ", E["7UQ"], plafond, taux);
 
-    std::int32_t reste = ParFoyer(6250);
+    std::int32_t reste = ParFoyer(loi["credits.forets.plafondTravaux"]);
     for (const auto& t : travauxForestiers) {
-        credit(t.credit, E[t.depense], nPositif(reste), t.taux);
+        credit(t.credit, E[t.depense], nPositif(reste), t.groupement ? tauxGroupement : taux);
         reste -= E[t.depense];
     }
 }
 
 void Credits::ReportsForestiers() {
-    std::int32_t reste = ParFoyer(6250);
+    std::int32_t reste = ParFoyer(loi["credits.forets.plafondTravaux"]);
     for (const auto& t : travauxForestiers) {
         S[t.report] = nPositif(E[t.depense] - nPositif(reste));
         reste -= E[t.depense];
@@ -268,16 +283,16 @@ void Credits::ReportsForestiers() {
 void Credits::InteretsHabitationPrincipale() {
     if (SommeE({"7VX", "7VV", "7VT"}) == 0) return;
     const bool invalidite = E["P"] == 1 || E["Fp"] == 1 || E["Rm"] > 0 || E["Im"] > 0 || E["Gm"] > 0;
-    std::int32_t plafond =
-        ParFoyer(invalidite ? 7500 : 3750) + 500 * S["F_NB_CHARGE"] + nDiv(500 * S["F_NB_ENFANTS_ALTERNE"], 2);
+    std::int32_t plafond = PlafondParFoyer(
+        invalidite ? Parametre("credits.7VX.plafondInvalide") : "credits.7VX.plafond", "credits.7VX.parCharge");
     const auto interets = [&](CaseSortie credit, CaseEntree box, std::int32_t taux) {
         const std::int32_t retenu = std::min(E[box], plafond);
         CreditCompte(credit, E[box], retenu, taux);
         plafond = nPositif(plafond - retenu);
     };
-    interets("D_CREDIT_HAB_PRIN_BBC", "7VX", 4000);
-    interets("D_CREDIT_HAB_PRIN_2010N", "7VV", 1500);
-    interets("D_CREDIT_HAB_PRIN_2011N", "7VT", 1000);
+    interets("D_CREDIT_HAB_PRIN_BBC", "7VX", loi["credits.7VX.taux"]);
+    interets("D_CREDIT_HAB_PRIN_2010N", "7VV", loi["credits.7VV.taux"]);
+    interets("D_CREDIT_HAB_PRIN_2011N", "7VT", loi["credits.7VT.taux"]);
 }
 
 }  // namespace

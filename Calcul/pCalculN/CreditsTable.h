@@ -36,34 +36,35 @@ inline constexpr TransitionEnergetique transitionEnergetique[] = {
 };
 
 /// Forest works, under one ceiling that the declared amounts use up (CGI art. 200 quindecies).
+enum class Adherent { Non, Oui };
 struct TravauxForestiers {
     CaseSortie credit;
     CaseEntree depense;
-    std::int32_t taux;  ///< hundredths of a percent
+    bool groupement;  ///< by a member of a producers' organisation: the higher rate
     CaseSortie report;
-    consteval TravauxForestiers(const char* code, std::int32_t t, const char* suite = nullptr)
+    consteval TravauxForestiers(const char* code, Adherent a, const char* suite = nullptr)
         : credit(CaseSortie::Requise("D_CREDIT_", code)),
           depense(code),
-          taux(t),
+          groupement(a == Adherent::Oui),
           report(CaseSortie::Requise("NP1_FOREST_TRAV_", suite ? suite : code)) {}
 };
 inline constexpr TravauxForestiers travauxForestiers[] = {
-    {"7VP", 2500},
-    {"7TK", 2500},
-    {"7UX", 1800},
-    {"7TJ", 1800},
-    {"7VN", 2500},
-    {"7TO", 2500},
-    {"7VM", 1800},
-    {"7TM", 1800},
-    {"7VR", 2500},
-    {"7TQ", 2500},
-    {"7VQ", 1800},
-    {"7TP", 1800},
-    {"7UA", 2500, "7UA4_7UA"},
-    {"7UB", 2500, "7UB8_7UB"},
-    {"7UP", 1800, "7UP4_7UP"},
-    {"7UT", 1800, "7UT8_7UT"},
+    {"7VP", Adherent::Oui},
+    {"7TK", Adherent::Oui},
+    {"7UX", Adherent::Non},
+    {"7TJ", Adherent::Non},
+    {"7VN", Adherent::Oui},
+    {"7TO", Adherent::Oui},
+    {"7VM", Adherent::Non},
+    {"7TM", Adherent::Non},
+    {"7VR", Adherent::Oui},
+    {"7TQ", Adherent::Oui},
+    {"7VQ", Adherent::Non},
+    {"7TP", Adherent::Non},
+    {"7UA", Adherent::Oui, "7UA4_7UA"},
+    {"7UB", Adherent::Oui, "7UB8_7UB"},
+    {"7UP", Adherent::Non, "7UP4_7UP"},
+    {"7UT", Adherent::Non, "7UT8_7UT"},
 };
 
 /// Childcare outside the home, by child: dependent, and in alternating residence (CGI art. 200 quater B).

@@ -10,27 +10,30 @@ namespace kv {
 
 namespace {
 
-// A levy on income that bore none at source: rates since 2018 and before.
+// A levy on income that bore none at source.
 struct LigneCsg {
     CaseSortie sortie;
     CaseEntree box;
-    std::int32_t nouveauTaux, ancienTaux;
+    ParametreAnnuel taux;
 };
 constexpr LigneCsg lignesCsg[] = {
-    {"S_E_CSG_1", "8TQ", 920, 750},  {"S_E_CSG_8", "8SC", 920, 750}, {"S_E_CSG_9", "8SW", 620, 620},
-    {"S_E_CSG_10", "8SX", 380, 380}, {"S_E_CSG_2", "8TV", 830, 660}, {"S_E_CSG_3", "8TW", 620, 620},
-    {"S_E_CSG_4", "8TX", 380, 380},  {"S_E_CSG_5", "8TR", 920, 750}, {"S_E_CSG_11", "8PH", 920, 920},
-    {"S_E_CSG_6", "8SA", 830, 660},  {"S_E_CSG_7", "8SB", 380, 380},
+    {"S_E_CSG_1", "8TQ", "csg.activite"},     {"S_E_CSG_8", "8SC", "csg.activite"},
+    {"S_E_CSG_9", "8SW", "csg.remplacement"}, {"S_E_CSG_10", "8SX", "csg.tauxReduit"},
+    {"S_E_CSG_2", "8TV", "csg.pensions"},     {"S_E_CSG_3", "8TW", "csg.remplacement"},
+    {"S_E_CSG_4", "8TX", "csg.tauxReduit"},   {"S_E_CSG_5", "8TR", "csg.activite"},
+    {"S_E_CSG_11", "8PH", "csg.8PH"},         {"S_E_CSG_6", "8SA", "csg.pensions"},
+    {"S_E_CSG_7", "8SB", "csg.tauxReduit"},
 };
 
 // The part of it that is deductible next year.
 struct PartDeductible {
     CaseEntree box;
-    std::int32_t nouveauTaux, ancienTaux;
+    ParametreAnnuel taux;
 };
 constexpr PartDeductible partsDeductibles[] = {
-    {"8TR", 680, 510}, {"8PH", 680, 680}, {"8TQ", 680, 510}, {"8SC", 680, 510}, {"8SW", 380, 380},
-    {"8SX", 380, 380}, {"8TV", 590, 420}, {"8TW", 380, 380}, {"8TX", 380, 380},
+    {"8TR", "csg.activite.deductible"}, {"8PH", "csg.8PH.deductible"},          {"8TQ", "csg.activite.deductible"},
+    {"8SC", "csg.activite.deductible"}, {"8SW", "csg.remplacement.deductible"}, {"8SX", "csg.tauxReduit.deductible"},
+    {"8TV", "csg.pensions.deductible"}, {"8TW", "csg.remplacement.deductible"}, {"8TX", "csg.tauxReduit.deductible"},
 };
 
 // Long-term business gains, less the losses that come off each.
@@ -103,8 +106,8 @@ void PrelevementsSociaux::BaseSociale(CaseSortie base, std::int32_t montant) {
 
 // Furnished letting, less what already bore the levies.
 std::int32_t PrelevementsSociaux::BaseMeubles() const {
-    const std::int32_t ventes = nPourcent(SommeE({"5NJ", "5OJ", "5PJ"}), 29);
-    const std::int32_t services = nPourcent(SommeE({"5NW", "5OW", "5PW"}), 50);
+    const std::int32_t ventes = nAuTaux(SommeE({"5NJ", "5OJ", "5PJ"}), loi.Complement("micro.ventes.abattement"));
+    const std::int32_t services = nAuTaux(SommeE({"5NW", "5OW", "5PW"}), loi.Complement("micro.services.abattement"));
     struct Meuble {
         CaseEntree aSoumettre, dejaSoumis;
     };
@@ -162,13 +165,16 @@ void PrelevementsSociaux::PrelevementsCapital() {
     S["S_BASES"] = nPositif(C1["S_BASES"] + (C2["S_BASES"] - differes) + C3["S_BASES"]);
     if (S["S_BASES"] == 0 && differes == 0) return;
 
-    C1["S_TAUX"] = 680;
-    C2["S_TAUX"] = 990;
-    C3["S_TAUX"] = 50;
+    const std::int32_t prelevements = loi["prelevementsSociaux.prelevements"], csg = loi["prelevementsSociaux.csg"],
+                       crds = loi["prelevementsSociaux.crds"];
+    C1["S_TAUX"] = prelevements;
+    C2["S_TAUX"] = csg;
+    C3["S_TAUX"] = crds;
     lignes.Totalise("S_TAUX");
-    C1["S_CONTR_SOC"] = nAuTaux(base, 680);
-    C2["S_CONTR_SOC"] = nAuTaux(nPositif(base - differes), 990) + nAuTaux(differes, 820);
-    C3["S_CONTR_SOC"] = nAuTaux(base, 50);
+    C1["S_CONTR_SOC"] = nAuTaux(base, prelevements);
+    C2["S_CONTR_SOC"] =
+        nAuTaux(nPositif(base - differes), csg) + nAuTaux(differes, loi["prelevementsSociaux.csgAnterieure"]);
+    C3["S_CONTR_SOC"] = nAuTaux(base, crds);
     lignes.Totalise("S_CONTR_SOC");
     lignes.Copie("S_MONTANT", "S_CONTR_SOC");
     S["S_BASES"] = nProrata(S["S_CONTR_SOC"], 10000, S["S_TAUX"]);
@@ -190,7 +196,8 @@ void PrelevementsSociaux::CsgDeductible() {
     if (!forfait && GainsMobiliersNets() >= 1)
         gains += std::min(SommeE({"3VG", "3UA", "3SG", "3VQ"}) - E["3VR"], GainsMobiliersNets());
     if (bareme && !forfait) gains += E["3SJ2"];
-    C2["S_DEDUC"] = nAuTaux(base, 680) + nAuTaux(gains, 680);
+    const std::int32_t taux = loi["prelevementsSociaux.deductible"];
+    C2["S_DEDUC"] = nAuTaux(base, taux) + nAuTaux(gains, taux);
     lignes.Totalise("S_DEDUC");
 }
 
@@ -202,29 +209,27 @@ void PrelevementsSociaux::Ligne(CaseSortie sortie, std::size_t colonne, std::int
 }
 
 void PrelevementsSociaux::CsgSansRetenue() {
-    const bool nouveaux = faits.nouveauxTaux;
     const std::int32_t baseCrds = SommeE({"8TR", "8PH", "8TQ", "8SC", "8SW", "8SX", "8TV", "8TW", "8TX", "8SA", "8SB"});
     const std::int32_t baseCasa = SommeE({"8SC", "8TV", "8SA"});
-    Ligne("S_E_CRDS", 2, 50, baseCrds);
-    Ligne("S_E_CASA", 2, 30, baseCasa);
+    Ligne("S_E_CRDS", 2, loi["prelevementsSociaux.crds"], baseCrds);
+    Ligne("S_E_CASA", 2, loi["casa"], baseCasa);
     S["S_CSG_CRDS_ETR"] = S["S_E_CRDS"] + S["S_E_CASA"];
     for (const LigneCsg& l : lignesCsg) {
-        Ligne(l.sortie, 1, nouveaux ? l.nouveauTaux : l.ancienTaux, E[l.box]);
+        Ligne(l.sortie, 1, EnVigueur(l.taux), E[l.box]);
         S["S_CSG_CRDS_ETR"] += S[l.sortie];
     }
 
     C2["S_E_CSG_4_NP1"] = 0;
-    for (const PartDeductible& p : partsDeductibles)
-        C2["S_E_CSG_4_NP1"] += nAuTaux(E[p.box], nouveaux ? p.nouveauTaux : p.ancienTaux);
+    for (const PartDeductible& p : partsDeductibles) C2["S_E_CSG_4_NP1"] += nAuTaux(E[p.box], EnVigueur(p.taux));
     lignes.Totalise("S_E_CSG_4_NP1");
 }
 
 // Share gains taxed as salaries, gains subject to the employee contribution, carried interest.
 void PrelevementsSociaux::GainsSalaries() {
     const std::int32_t gains = E["1TT"] + E["1UT"];
-    Ligne("S_CRDS_SAL", 2, 50, gains);
-    Ligne("S_CSG_SAL", 1, faits.nouveauxTaux ? 920 : 750, gains);
-    C2["S_DEDUC_CSG_SAL"] = nAuTaux(gains, faits.nouveauxTaux ? 680 : 510);
+    Ligne("S_CRDS_SAL", 2, loi["prelevementsSociaux.crds"], gains);
+    Ligne("S_CSG_SAL", 1, EnVigueur("csg.activite"), gains);
+    C2["S_DEDUC_CSG_SAL"] = nAuTaux(gains, EnVigueur("csg.activite.deductible"));
     lignes.Totalise("S_DEDUC_CSG_SAL");
     S["S_CSG_CRDS_SAL"] = S["S_CRDS_SAL"] + S["S_CSG_SAL"];
 
@@ -232,8 +237,9 @@ void PrelevementsSociaux::GainsSalaries() {
         S[sortie] = S[total] = nAuTaux(base, taux);
         Detail[sortie] = Texte::TauxDeBase(taux, base);
     };
-    contribution("S_S_GAINS_3VN_1TT_1UT", "S_CONTR_SAL", 1000, SommeE({"3VN", "1TT", "1UT"}));
-    contribution("S_S_CARRIED", "S_CONTR_CARRIED", 3000, SommeE({"1NY", "1OY"}));
+    contribution("S_S_GAINS_3VN_1TT_1UT", "S_CONTR_SAL", loi["gainsSalaries.contribution"],
+                 SommeE({"3VN", "1TT", "1UT"}));
+    contribution("S_S_CARRIED", "S_CONTR_CARRIED", loi["carriedInterest.contribution"], SommeE({"1NY", "1OY"}));
 }
 
 }  // namespace

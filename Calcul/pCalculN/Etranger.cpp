@@ -72,7 +72,8 @@ class Etranger : Travail {
 void Etranger::RevenusTM() {
     if (faits.resident) return;
 
-    const double minimum = E["RED"] != 0 ? 1440.0 : 2000.0;
+    const std::int32_t minima[] = {loi["nonResidents.tauxMinimum"], loi["nonResidents.tauxMinimumOutremer"]};
+    const double minimum = minima[E["RED"] != 0 ? 1 : 0];
     const std::int32_t revenu = RevenuTaxe();
     const std::int32_t impotFrancais = S["TOT_IMPOT"];
     const double tauxFrancais = dMul(10000.0, dDiv(impotFrancais, revenu));
@@ -92,7 +93,8 @@ void Etranger::RevenusTM() {
     Lance(Etape::CalculImpot);
     Lance(Etape::TauxMarginal);
 
-    if (impot < 305 && (retenu == 2000.0 || retenu == 1440.0)) S["IMPOT_TM_N_RECOUV"] = impot;
+    if (impot < loi["nonResidents.recouvrement"] && (retenu == minima[0] || retenu == minima[1]))
+        S["IMPOT_TM_N_RECOUV"] = impot;
     S["IMPOT_TM"] = impot - S["IMPOT_TM_N_RECOUV"];
     const auto ligne = [&](CaseSortie sortie, std::int32_t base, double taux, std::int32_t valeur) {
         lignes.BaseEtTaux(sortie, base, nArrondi(taux));
@@ -210,7 +212,9 @@ RevenuTK Etranger::SeulsRevenusTK() {
     RelanceCorrections(c);
     RevenuTK tk;
     tk.revenu = S["TOT_R_BRUT"] + nPositif(TK["2TS"] - TKZ["2TS"]);
-    if (!faits.forfait) tk.revenu += nPositif(nPourcent(TK["2DC"], 60) - TKZ["2DC"]) + nPositif(TK["2TR"] - TKZ["2TR"]);
+    if (!faits.forfait)
+        tk.revenu += nPositif(nAuTaux(TK["2DC"], loi.Complement("mobiliers.dividendes.abattement")) - TKZ["2DC"]) +
+                     nPositif(TK["2TR"] - TKZ["2TR"]);
     tk.impotPlusValues = S["CORRECTIONS"] - S["CO_PENSIONS"] - S["CO_INTERET"];
     tk.plusValues = S["RF_PENSIONS"] + S["RF_PLUS"] + S["RF_2FA"];
     c.RetireExceptionnels();

@@ -59,17 +59,17 @@ void Solde::NoteComparaison() {
     }
 }
 
-// A refund below 8 is not paid, a balance below 12 or a tax before credits below 61 not collected.
+// A small refund is not paid; a small balance, or a small tax before credits, is not collected.
 void Solde::ClasseImpot(std::int32_t avantCredits, std::int32_t net) {
-    if (net <= -8) {
+    if (net <= -loi["restitution.minimum"]) {
         S["TOT_REST"] = -net;
     } else if (net < 0) {
         S["TOT_N_REST"] = -net;
         S["INFO_NON_RESTITUE"] = 1;
-    } else if (avantCredits < 61) {
+    } else if (avantCredits < loi["recouvrement.impot"]) {
         S["TOT_N_RECOUVRE"] = net;
         S["INFO_NON_RECOUV_RES"] = 1;
-    } else if (net < 12) {
+    } else if (net < loi["recouvrement.solde"]) {
         S["TOT_N_RECOUVRE"] = net;
         S["INFO_NON_RECOUVREMENT"] = 1;
     } else {
@@ -79,7 +79,7 @@ void Solde::ClasseImpot(std::int32_t avantCredits, std::int32_t net) {
 
 void Solde::ClassePrelevementsSociaux() {
     const std::int32_t prelevements = S["S_A_PAYER"];
-    if (prelevements <= 0 || prelevements >= 61) return;
+    if (prelevements <= 0 || prelevements >= loi["recouvrement.prelevementsSociaux"]) return;
     S["S_NON_RECOUVRE"] = prelevements;
     if (faits.cimr) {
         S["INFO_S_NON_RECOUVREMENT"] = 1;

@@ -44,8 +44,8 @@ void Imputation::Note(Niche niche, CaseSortie ligne, std::int32_t montant) {
 
 // The columns and the text; the rate of a column is whole.
 void Imputation::Montre(const Demande& d, std::int32_t retenue) {
-    m_lignes.Ecrit(d.ligne).colonnes = {d.base, retenue, nTronque(d.taux)};
-    m_lignes.EcritTexte(d.ligne) = Texte::TauxDeBase(nArrondi(dMul(d.taux, 100)), retenue);
+    m_lignes.Ecrit(d.ligne).colonnes = {d.base, retenue, nDiv(d.taux, 100)};
+    m_lignes.EcritTexte(d.ligne) = Texte::TauxDeBase(d.taux, retenue);
 }
 
 void Imputation::Impute(const Demande& d, std::int32_t montant) {
@@ -60,7 +60,7 @@ bool Imputation::Impute(const Demande& d) {
     if (d.base < 1 || !Active(d.niche)) return false;
     const std::int32_t retenue = std::min(d.base, d.plafond);
     Montre(d, retenue);
-    Impute(d, std::min(nPourcent(retenue, d.taux), d.limite));
+    Impute(d, std::min(nAuTaux(retenue, d.taux), d.limite));
     return true;
 }
 
@@ -75,7 +75,7 @@ bool Imputation::ImputeOuMontre(const Demande& d) {
 std::optional<std::int32_t> Imputation::ImputeAnnuite(const Demande& d, int annees) {
     if (d.base < 1 || !Active(d.niche)) return {};
     const std::int32_t retenue = nArrondi(dDiv(std::min(d.base, d.plafond), annees));
-    const std::int32_t annuite = nPourcent(retenue, d.taux);
+    const std::int32_t annuite = nAuTaux(retenue, d.taux);
     Montre(d, retenue);
     Impute(d, annuite);
     return annuite;

@@ -62,7 +62,7 @@ class Imputation {
     struct Demande {
         CaseSortie ligne;
         Niche niche;
-        double taux;                          ///< percent
+        std::int32_t taux;                    ///< hundredths of a percent
         std::int32_t base;                    ///< as declared
         std::int32_t plafond = nSansPlafond;  ///< of the base
         std::int32_t limite = nSansPlafond;   ///< of the reduction

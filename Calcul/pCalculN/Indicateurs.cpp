@@ -30,6 +30,8 @@ class Indicateurs : Travail {
     std::int32_t AvantagePlafonne() const;
     bool ToutesLesParts() const;
     double RevenuDEgalite(const TrancheBareme& plafonnee, const TrancheBareme& toutesLesParts) const;
+
+    const Bareme& bareme = contexte.commun.bareme;
 };
 
 void Indicateurs::Reports() {
@@ -45,7 +47,7 @@ void Indicateurs::Reports() {
 void Indicateurs::TauxImposMoyen() {
     if (S["TOT_PAYER"] <= 0 || !faits.resident) return;
 
-    const std::int32_t tauxDeductible = faits.nouveauxTaux ? 680 : 510;
+    const std::int32_t tauxDeductible = EnVigueur("csg.capital.deductible");
     const std::int32_t deductions = SommeS({"C_ENFANTS_1", "C_ENFANTS_2", "C_JUSTICE", "C_AUTRE", "C_CSG",
                                             "C_COT_PERP_V", "C_COT_PERP_C", "C_COT_PERP_E"});
     const std::int32_t commun =
@@ -54,7 +56,8 @@ void Indicateurs::TauxImposMoyen() {
                 "RF_GAINS_BSPCE_19", "RF_GAINS_BSPCE_30", "RQ_GAINS"}) +
         SommeE({"3WI", "3WJ", "3WP", "5QM", "5RM"}) - deductions;
     const auto impotAvecPrelevement = [&](std::int32_t prelevement) {
-        return nPositif(nPourcent(prelevement, 7.5) + S["TOT_PAYER"] + E["2CK"] - E["8TF"] - E["8TP"]);
+        return nPositif(nAuTaux(prelevement, loi["assuranceVie.taux"]) + S["TOT_PAYER"] + E["2CK"] - E["8TF"] -
+                        E["8TP"]);
     };
     std::int32_t revenu = 0, impot = 0;
     if (faits.selonLaDeclaration) {
@@ -79,8 +82,8 @@ bool Indicateurs::BaremeSeul() const { return faits.resident && E["8TK"] == 0 &&
 
 // The first bracket with the marginal rate.
 std::size_t Indicateurs::TrancheMarginale() const {
-    for (std::size_t i = 0; i < bareme2017.size(); ++i)
-        if (nArrondi(bareme2017[i].Taux) == S["TAUX_MARGINAL_2"]) return i;
+    for (std::size_t i = 0; i < bareme.size(); ++i)
+        if (nArrondi(bareme[i].Taux) == S["TAUX_MARGINAL_2"]) return i;
     return 0;
 }
 
@@ -89,7 +92,9 @@ std::int32_t Indicateurs::AvantagePlafonne() const {
     const bool demiParts =
         SommeE({"P", "Fp", "Gm", "Rm", "Im"}) > 0 || E["S"] > 0 || (S["F_NB_CHARGE"] == 0 && E["W"] != 0);
     const bool veuf = S["F_NB_PARTS_ISO"] == 100 && E["V"] == 1 && SommeE({"Fm", "Rm", "Jm", "Hm"}) >= 1;
-    return (demiParts ? IDX(3050) - IDX(1527) : 0) + (veuf ? IDX(1701) : 0) +
+    const std::int32_t complement =
+        loi["quotientFamilial.plafond.demiPartMajoree"] - loi["quotientFamilial.plafond.demiPart"];
+    return (demiParts ? complement : 0) + (veuf ? loi["quotientFamilial.veuf"] : 0) +
            (S["I_BQ_TOUS_REV"] > 0 ? S["I2_PLAF_FAM"] : S["I_PLAF_FAM"]);
 }
 
@@ -112,7 +117,7 @@ void Indicateurs::ImposTxMarginal() {
 
     const std::int32_t revenu = RevenuDuPlafond(), partsIso = S["F_NB_PARTS_ISO"], partsToutes = S["F_NB_PARTS_ALL"];
     const std::size_t k = TrancheMarginale();
-    const TrancheBareme& tranche = bareme2017[k];
+    const TrancheBareme& tranche = bareme[k];
     const auto auDela = [&](std::int32_t parts) {
         return nPositif(revenu - nArrondi(dMul(dMul(tranche.Basse, parts), 0.01)));
     };
@@ -123,7 +128,7 @@ void Indicateurs::ImposTxMarginal() {
         const double iso = dDiv(partsIso, 100.0), toutes = dDiv(partsToutes, 100.0);
         montant = auDela(partsIso);
         for (std::size_t j = k; j-- > 1;) {
-            const TrancheBareme& basse = bareme2017[j];
+            const TrancheBareme& basse = bareme[j];
             const double x = RevenuDEgalite(tranche, basse);
             if (x <= dMul(basse.Basse, toutes) || x <= dMul(tranche.Basse, iso) || x >= dMul(tranche.Basse, toutes))
                 continue;
@@ -140,7 +145,7 @@ void Indicateurs::ImposTrancheSup() {
 
     const std::int32_t revenu = RevenuDuPlafond(), partsIso = S["F_NB_PARTS_ISO"], partsToutes = S["F_NB_PARTS_ALL"];
     const std::size_t k = TrancheMarginale();
-    const TrancheBareme& tranche = bareme2017[k];
+    const TrancheBareme& tranche = bareme[k];
     const auto jusquA = [&](std::int32_t parts) {
         return nPositif(nArrondi(dMul(dMul(tranche.Haute, parts), 0.01)) - revenu);
     };
@@ -153,8 +158,8 @@ void Indicateurs::ImposTrancheSup() {
     } else {
         const double iso = dDiv(partsIso, 100.0), toutes = dDiv(partsToutes, 100.0);
         marge = jusquA(partsToutes);
-        for (std::size_t j = k + 1; j < bareme2017.size(); ++j) {
-            const TrancheBareme& haute = bareme2017[j];
+        for (std::size_t j = k + 1; j < bareme.size(); ++j) {
+            const TrancheBareme& haute = bareme[j];
             const double x = RevenuDEgalite(haute, tranche);
             if (x <= dMul(tranche.Haute, iso) || x >= dMul(tranche.Haute, toutes)) continue;
             if (j < 4 && x >= dMul(haute.Haute, iso)) continue;  // the last bracket has no upper bound
@@ -171,26 +176,27 @@ void Indicateurs::Calcul_ISF() {
         CaseSortie sortie;
         CaseEntree valeur;
         CaseEntree base = {};
-        std::int32_t taux = -1;  // column 3 is left alone below 0
+        Parametre taux = {};
+        bool pourcentEntier = false;  // column 3 shows a whole percent, or hundredths of one
     };
     static constexpr LigneISF lignesISF[] = {
         {"ISF_PATRIMOINE", "HI"},
         {"ISF_IMPOTSOLIDFORTUNE", "ST"},
         {"ISF_AVANT_REDUC", "LM"},
-        {"ISF_TRANCHE_1", "M1", "T1", 0},
-        {"ISF_TRANCHE_2", "M2", "T2", 50},
-        {"ISF_TRANCHE_3", "M3", "T3", 70},
-        {"ISF_TRANCHE_4", "M4", "T4", 100},
-        {"ISF_TRANCHE_5", "M5", "T5", 125},
-        {"ISF_TRANCHE_6", "M6", "T6", 150},
+        {"ISF_TRANCHE_1", "M1", "T1", "isf.tranche1.taux"},
+        {"ISF_TRANCHE_2", "M2", "T2", "isf.tranche2.taux"},
+        {"ISF_TRANCHE_3", "M3", "T3", "isf.tranche3.taux"},
+        {"ISF_TRANCHE_4", "M4", "T4", "isf.tranche4.taux"},
+        {"ISF_TRANCHE_5", "M5", "T5", "isf.tranche5.taux"},
+        {"ISF_TRANCHE_6", "M6", "T6", "isf.tranche6.taux"},
         {"ISF_DECOTE", "DECOT"},
         {"ISF_REDUC", "REDUC"},
-        {"ISF_PME_DIRECT", "CRNE", "NE", 50},
-        {"ISF_PME_STE", "CRNF", "NF", 50},
-        {"ISF_PME_FIP", "CRMX", "MX", 50},
-        {"ISF_PME_FCPI", "CRNA", "NA", 50},
-        {"ISF_DONS_FRANCE", "CRNC", "NC", 75},
-        {"ISF_DONS_ETRANGER", "CRNG", "NG", 75},
+        {"ISF_PME_DIRECT", "CRNE", "NE", "isf.pme.taux", true},
+        {"ISF_PME_STE", "CRNF", "NF", "isf.pme.taux", true},
+        {"ISF_PME_FIP", "CRMX", "MX", "isf.pme.taux", true},
+        {"ISF_PME_FCPI", "CRNA", "NA", "isf.pme.taux", true},
+        {"ISF_DONS_FRANCE", "CRNC", "NC", "isf.dons.taux", true},
+        {"ISF_DONS_ETRANGER", "CRNG", "NG", "isf.dons.taux", true},
         {"ISF_AVANT_PLAF", "NP"},
         {"ISF_PLAF", "PV"},
         {"ISF_APRES_PLAF", "QR"},
@@ -200,7 +206,8 @@ void Indicateurs::Calcul_ISF() {
     std::int32_t total = 0;
     for (const LigneISF& ligne : lignesISF) {
         S[ligne.sortie] = E[ligne.valeur];
-        if (ligne.base) lignes.BaseEtTaux(ligne.sortie, E[ligne.base], ligne.taux);
+        if (ligne.base)
+            lignes.BaseEtTaux(ligne.sortie, E[ligne.base], nDiv(loi[ligne.taux], ligne.pourcentEntier ? 100 : 1));
         if (ligne.sortie != "ISF_PATRIMOINE") total += S[ligne.sortie];
     }
     if (total > 0) S["SEPAR_ISF"] = S["SAUT_PAGE_ISF"] = 1;

@@ -19,16 +19,34 @@ namespace {
 // A year group, the most recent first: what it recorded, and where its advantage and ceiling are shown.
 struct Groupe {
     CaseSortie recorde, avantage, affiche, plafond;
-    std::int32_t plafondFixe, plafondPourcent;
+    Parametre plafondFixe, plafondPourcent;
     std::u16string_view nom, nomExces;
 };
 constexpr Groupe groupes[] = {
-    {"NICHE_A2013", "NICHE_A5", "NICHE_AVANTAGE_N", "NICHE_PLAFOND_N", 10000, 0, u"nA5", u"nNiche2013"},
-    {"NICHE_A2013S", "NICHE_A5S", "NICHE_AVANTAGE_N_S", "NICHE_PLAFOND_N_S", 18000, 0, u"nA5S", u"nNiche2013S"},
-    {"NICHE_A2012", "NICHE_A4", "NICHE_AVANTAGE_NM1", "NICHE_PLAFOND_NM1", 18000, 4, u"nA4", u"nNiche2012"},
-    {"NICHE_A2011", "NICHE_A3", "NICHE_AVANTAGE_NM2", "NICHE_PLAFOND_NM2", 18000, 6, u"nA3", u"nNiche2011"},
-    {"NICHE_A2010", "NICHE_A2", "NICHE_AVANTAGE_NM3", "NICHE_PLAFOND_NM3", 20000, 8, u"nA2", u"nNiche2010"},
-    {"NICHE_A2009", "NICHE_A1", "NICHE_AVANTAGE_NM4", "NICHE_PLAFOND_NM4", 25000, 10, u"nA1", u"nNiche2009"},
+    {"NICHE_A2013",
+     "NICHE_A5",
+     "NICHE_AVANTAGE_N",
+     "NICHE_PLAFOND_N",
+     "niches.2013.plafond",
+     {},
+     u"nA5",
+     u"nNiche2013"},
+    {"NICHE_A2013S",
+     "NICHE_A5S",
+     "NICHE_AVANTAGE_N_S",
+     "NICHE_PLAFOND_N_S",
+     "niches.2013.plafondMajore",
+     {},
+     u"nA5S",
+     u"nNiche2013S"},
+    {"NICHE_A2012", "NICHE_A4", "NICHE_AVANTAGE_NM1", "NICHE_PLAFOND_NM1", "niches.2012.plafond", "niches.2012.taux",
+     u"nA4", u"nNiche2012"},
+    {"NICHE_A2011", "NICHE_A3", "NICHE_AVANTAGE_NM2", "NICHE_PLAFOND_NM2", "niches.2011.plafond", "niches.2011.taux",
+     u"nA3", u"nNiche2011"},
+    {"NICHE_A2010", "NICHE_A2", "NICHE_AVANTAGE_NM3", "NICHE_PLAFOND_NM3", "niches.2010.plafond", "niches.2010.taux",
+     u"nA2", u"nNiche2010"},
+    {"NICHE_A2009", "NICHE_A1", "NICHE_AVANTAGE_NM4", "NICHE_PLAFOND_NM4", "niches.2009.plafond", "niches.2009.taux",
+     u"nA1", u"nNiche2009"},
 };
 constexpr std::size_t nGroupes = std::size(groupes);
 static_assert(nGroupes == Imputation::nNiches);
@@ -187,7 +205,8 @@ Niches::ParGroupe Niches::ExcesParGroupe(const ParGroupe& avantages) {
     S["NICHE_FISCALE"] = 0;
     for (std::size_t g = 0; g < nGroupes; ++g) {
         const Groupe& groupe = groupes[g];
-        const std::int32_t plafond = groupe.plafondFixe + nPourcent(RevenuDuPlafond(), groupe.plafondPourcent);
+        const std::int32_t part = groupe.plafondPourcent ? nAuTaux(RevenuDuPlafond(), loi[groupe.plafondPourcent]) : 0;
+        const std::int32_t plafond = loi[groupe.plafondFixe] + part;
         S[groupe.plafond] = plafond;
         S[groupe.affiche] = S[groupe.avantage] = avantages[g];
         const std::int32_t somme = conserve + avantages[g];

@@ -10,8 +10,6 @@ namespace kv {
 namespace {
 
 constexpr std::int32_t nPart = 100;
-constexpr std::int32_t nDemiPart = 50;
-constexpr std::int32_t nQuartDePart = 25;
 
 class Foyer : Travail {
   public:
@@ -24,42 +22,48 @@ class Foyer : Travail {
     std::int32_t PartsDesSituations() const;
 
     // A person widowed in the year is taxed as a couple.
-    const bool m_veufDansLAnnee = Coche("Vp") && (AnneeOfDate(E["Z1"]) == 2017 || AnneeOfDate(E["Z2"]) == 2017);
+    const bool m_veufDansLAnnee =
+        Coche("Vp") && (AnneeOfDate(E["Z1"]) == anneeDesRevenus || AnneeOfDate(E["Z2"]) == anneeDesRevenus);
     const bool m_imposesEnsemble = Coche("M") || Coche("O") || m_veufDansLAnnee;
     const std::int32_t m_aCharge = E["Fm"] + E["Jm"] + E["Rm"];
     const std::int32_t m_alternes = E["Hm"];
 };
 
-// Half a part for each of the first two dependants, a whole one from the third; half of that in alternating residence.
+// A part for each dependant, a larger one from the third on; half of that in alternating residence.
 std::int32_t Foyer::PartsDesEnfants() const {
+    const std::int32_t parEnfant = loi["parts.enfant"], supplement = loi["parts.enfantMajore"] - parEnfant;
+    const std::int32_t avantMajoration = nDiv(loi["parts.rangMajore"], 100) - 1;
     std::int32_t parts = 0;
-    if (m_aCharge > 0) parts += nDemiPart * m_aCharge;
-    if (m_aCharge >= 3) parts += nDemiPart * (m_aCharge - 2);
+    if (m_aCharge > 0) parts += parEnfant * m_aCharge + supplement * nPositif(m_aCharge - avantMajoration);
     if (m_alternes > 0) {
-        parts += nQuartDePart * m_alternes;
-        if (m_aCharge + m_alternes >= 3) parts += nQuartDePart * std::min(m_aCharge + m_alternes - 2, m_alternes);
+        const std::int32_t majores = std::min(nPositif(m_aCharge + m_alternes - avantMajoration), m_alternes);
+        parts += nDiv(parEnfant, 2) * m_alternes + nDiv(supplement, 2) * majores;
     }
     return parts;
 }
 
 // What disability, war service, widowhood and living alone add.
 std::int32_t Foyer::PartsDesSituations() const {
+    const std::int32_t invalide = loi["parts.invalide"], combattant = loi["parts.ancienCombattant"];
+    const std::int32_t isole = loi["parts.parentIsole"], enfantInvalide = loi["parts.enfantInvalide"];
     std::int32_t parts = 0;
     if (m_imposesEnsemble) {
         const bool sansInvalidite = E["P"] == 0 && E["Fp"] == 0;
-        if (Coche("P") || Coche("Fp")) parts += nDemiPart * (E["P"] + E["Fp"]);
-        if (Coche("S") && sansInvalidite) parts += nDemiPart;
-        if (m_veufDansLAnnee && E["W"] != 0 && sansInvalidite) parts += nDemiPart;
+        if (Coche("P") || Coche("Fp")) parts += invalide * (E["P"] + E["Fp"]);
+        if (Coche("S") && sansInvalidite) parts += combattant;
+        if (m_veufDansLAnnee && E["W"] != 0 && sansInvalidite) parts += combattant;
     } else if (m_aCharge + m_alternes > 0) {
         if (Coche("V") || Coche("VEvt"))
-            parts += nPart;
+            parts += loi["parts.veufAvecCharges"];
         else if (Coche("T"))
-            parts += m_aCharge == 0 && m_alternes == 1 ? nQuartDePart : nDemiPart;
-        if (Coche("P")) parts += nDemiPart;
-    } else if (Coche("P") || Coche("Gp") || E["W"] != 0 || (Coche("L") && E["N"] == 0)) {
-        parts += nDemiPart;
+            parts += m_aCharge == 0 && m_alternes == 1 ? nDiv(isole, 2) : isole;
+        if (Coche("P")) parts += invalide;
+    } else {  // one ground only: the best of those that apply
+        if (Coche("P")) parts = std::max(parts, invalide);
+        if (Coche("Gp") || E["W"] != 0) parts = std::max(parts, combattant);
+        if (Coche("L") && E["N"] == 0) parts = std::max(parts, loi["parts.seul"]);
     }
-    return parts + nDemiPart * E["Gm"] + nDemiPart * E["Rm"] + nQuartDePart * E["Im"];
+    return parts + enfantInvalide * (E["Gm"] + E["Rm"]) + nDiv(enfantInvalide, 2) * E["Im"];
 }
 
 void Foyer::NombreParts() {

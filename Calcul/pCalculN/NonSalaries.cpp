@@ -15,15 +15,13 @@ using namespace nonsalaries;
 
 namespace {
 
-constexpr std::int32_t nMinimumMicro = 305;  // minimum allowance, not indexed
-
 // The allowance on two kinds of receipts that share one minimum: the minimum is split in proportion to the receipts,
 // never exceeds them, and the percentage wins when it is larger.
-void AbatEnsemble(RecettesMicro& a, RecettesMicro& b, std::int32_t taux) {
+void AbatEnsemble(RecettesMicro& a, RecettesMicro& b, std::int32_t taux, std::int32_t minimum) {
     const std::int32_t total = a.recettes + b.recettes;
     for (RecettesMicro* r : {&a, &b})
         r->abattement =
-            std::max(nPourcent(r->recettes, taux), std::min(r->recettes, nProrata(r->recettes, nMinimumMicro, total)));
+            std::max(nAuTaux(r->recettes, taux), std::min(r->recettes, nProrata(r->recettes, minimum, total)));
 }
 
 // The allowances of the worldwide pass are kept; other passes take their share of them.
@@ -39,16 +37,10 @@ void Proportionne(std::span<RecettesMicro> recettes, std::span<RecettesMicro> me
         recettes[i].abattement = nProrata(memoire[i].abattement, recettes[i].recettes, memoire[i].recettes);
 }
 
-// The allowance of a micro-farm for one year.
-std::int32_t AbattementMicroBA(std::int32_t recettes) {
-    if (recettes <= 0) return 0;
-    return std::min(std::max(nPourcent(recettes, 87), nMinimumMicro), recettes);
-}
-
 // The years of activity that the micro-farm average covers.
 std::int32_t AnneesMicroBA(std::int32_t debut) {
-    if (debut == nNonSaisi || debut > 2017) return 0;
-    return debut == 2017 ? 1 : debut == 2016 ? 2 : 3;
+    if (debut == nNonSaisi || debut > anneeDesRevenus) return 0;
+    return debut == anneeDesRevenus ? 1 : debut == anneeDesRevenus - 1 ? 2 : 3;
 }
 
 class NonSalaries : Travail {
@@ -67,6 +59,7 @@ class NonSalaries : Travail {
     void MicroBic(std::size_t personne);
     void MicroBnc(std::size_t personne);
     void MicroBa(std::size_t personne);
+    std::int32_t AbattementMicroBA(std::int32_t recettes) const;
     void Resultats();
     void BncNonProfessionnels();
     void PlusValues();
@@ -83,8 +76,9 @@ void NonSalaries::MicroBic(std::size_t k) {
         recettes({servicesNonPro[k], meubleServices[k], meubleServicesDejaSoumis[k]}),
     };
     auto& [ventesP, servicesP, ventesNP, servicesNP] = r;
-    AbatEnsemble(ventesP, ventesNP, 71);
-    AbatEnsemble(servicesP, servicesNP, 50);
+    const std::int32_t minimum = loi["micro.abattement.plancher"];
+    AbatEnsemble(ventesP, ventesNP, loi["micro.ventes.abattement"], minimum);
+    AbatEnsemble(servicesP, servicesNP, loi["micro.services.abattement"], minimum);
     Proportionne(r, memoire.passes.microBic[k], faits.passe);
 
     auto& c = C[k];
@@ -110,7 +104,7 @@ void NonSalaries::MicroBic(std::size_t k) {
 
 void NonSalaries::MicroBnc(std::size_t k) {
     std::array<RecettesMicro, 2> r = {{{E[bncPro[k]], 0}, {E[bncNonPro[k]], 0}}};
-    AbatEnsemble(r[0], r[1], 34);
+    AbatEnsemble(r[0], r[1], loi["micro.nonCommercial.abattement"], loi["micro.abattement.plancher"]);
     Proportionne(r, memoire.passes.microBnc[k], faits.passe);
 
     auto& c = C[k];
@@ -120,6 +114,13 @@ void NonSalaries::MicroBnc(std::size_t k) {
     c["RR_BNC_NP_SPE_DECL"] = r[1].recettes;
     c["RR_BNC_NP_SPE_ABAT"] = r[1].abattement;
     c["RR_BNC_NP_SPE"] = nPositif(r[1].recettes - r[1].abattement);
+}
+
+// The allowance of a micro-farm for one year.
+std::int32_t NonSalaries::AbattementMicroBA(std::int32_t recettes) const {
+    if (recettes <= 0) return 0;
+    const std::int32_t abattement = nAuTaux(recettes, loi["micro.agricole.abattement"]);
+    return std::min(std::max(abattement, loi["micro.abattement.plancher"]), recettes);
 }
 
 // The average result of three years, less an allowance (CGI art. 64 bis).
@@ -233,12 +234,12 @@ void NonSalaries::Resultats() {
     lignes.Soustrait("RR_BNC_NP", "RR_BNC_NP_SPE_MVCT");
 }
 
-// Non-professional non-commercial income: a profit without an approved association is raised by a quarter.
+// Non-professional non-commercial income: a profit without an approved association is raised.
 void NonSalaries::BncNonProfessionnels() {
     const LigneReelle& sansAssociation = lignesReelles[std::size(lignesReelles) - 1];
     for (std::size_t k = 0; k < nPersonnes; ++k)
         if (E[sansAssociation.box[k]] >= E[sansAssociation.moins[k]])
-            C[k]["RR_BNC_NP_CON_MAJ"] = nPourcent(C[k]["RR_BNC_NP_SANS_AA"], 25);
+            C[k]["RR_BNC_NP_CON_MAJ"] = nAuTaux(C[k]["RR_BNC_NP_SANS_AA"], loi["benefices.sansCentre.majoration"]);
     lignes.Totalise("RR_BNC_NP_CON_MAJ");
     S["RR_BNC_NP_DEF_REP"] =
         nPositif(S["RR_BNC_NP_SPE_MVCT"] - SommeS({"RR_BNC_NP_SPE", "RR_BNC_NP_SPE_PVCT", "RR_BNC_NP_AVEC_AA",
@@ -276,12 +277,12 @@ void NonSalaries::PlusValues() {
     }
 }
 
-// Results without an approved centre are raised by a quarter (CGI art. 158-7), a professional commercial loss coming
+// Results without an approved centre are raised (CGI art. 158-7), a professional commercial loss coming
 // off the non-professional base first.
 void NonSalaries::MajorationsSansCentre() {
     for (auto& c : C) {
         const auto majore = [&](CaseSortie majoration, std::int32_t base) {
-            if (base > 0) c[majoration] += nPourcent(base, 25);
+            if (base > 0) c[majoration] += nAuTaux(base, loi["benefices.sansCentre.majoration"]);
         };
         majore("RR_BA_MAJO", c["RR_BA_SANS_CGA"]);
         majore("RR_BAM_MAJO", c["RR_BAM_SANS_CGA"]);

@@ -18,24 +18,20 @@ namespace {
 // What fits of an amount.
 std::int32_t Tient(std::int32_t montant, std::int32_t place) { return nPositif(std::min(montant, place)); }
 
-constexpr std::int32_t Centiemes(double x) { return static_cast<std::int32_t>(100 * x + 0.5); }
-
-class Partage : Travail {
+class Repartition : Travail {
   public:
-    Partage(Contexte& c, Imputation& imputation) : Travail(c), m_imputation(imputation) {
-        if (m_proportionnel) {
-            const std::int32_t revenu = RevenuDuPlafond();
-            m_enveloppes = {nPourcent(revenu, 15), nPourcent(revenu, 13), nPourcent(revenu, 11)};
-        } else {
-            m_enveloppes = {40000, 36000, 30600};
-        }
+    Repartition(Contexte& c, Imputation& imputation) : Travail(c), m_imputation(imputation) {
+        const std::int32_t revenu = RevenuDuPlafond();
+        for (std::size_t i = 0; i < m_enveloppes.size(); ++i)
+            m_enveloppes[i] = m_proportionnel ? nAuTaux(revenu, loi[enveloppes[i].part]) : loi[enveloppes[i].plafond];
+        for (std::size_t i = 0; i < m_limites.size(); ++i) m_limites[i] = loi[partages[i].plafond];
     }
 
     // What the reduction did not take of a refundable one.
     void Rembourse() {
         if (faits.sansAvantages) return;
         for (const LigneRemboursable& ligne : lignesRemboursables)
-            S[ligne.credit] = nPositif(std::min(E[ligne.entree], nPlafondRemboursable) - S[ligne.reduction]);
+            S[ligne.credit] = nPositif(std::min(E[ligne.entree], loi[plafondRemboursable]) - S[ligne.reduction]);
     }
 
     // Business investments. Where the rooms are a part of the income, the two shares of a line follow each other.
@@ -52,8 +48,9 @@ class Partage : Travail {
     void Limite() {
         for (const LigneLimitee& ligne : lignesLimitees) LimitePart(ligne, Place(ligne.enveloppe));
         if (!m_proportionnel) m_utilise = 0;
-        for (const LigneLimitee& ligne : lignesLimiteesAuForfait)
-            LimitePart(ligne, m_proportionnel ? Place(ligne.enveloppe) : ligne.plafond - m_utilise);
+        for (const LigneLimiteeAuForfait& ligne : lignesLimiteesAuForfait)
+            LimitePart(ligne,
+                       m_proportionnel ? Place(ligne.enveloppe) : loi[EnveloppeDe(ligne).sansRetrocession] - m_utilise);
     }
 
   private:
@@ -64,21 +61,24 @@ class Partage : Travail {
     void ConservePart(const LigneRetrocedee& ligne) {
         if (!m_imputation.Active(ligne.niche)) return;
         const CaseSortie part = ligne.nonRetrocede;
-        const std::int32_t base = S[ligne.reduction];
-        C[0][part] = nPourcent(base, ligne.taux);
+        const std::int32_t base = S[ligne.reduction], taux = loi[partages[ligne.classe].taux];
+        C[0][part] = nAuTaux(base, taux);
         C[1][part] = Tient(C[0][part], Place(ligne.enveloppe));
         m_utilise += C[1][part];
         if (base <= 0) return;
-        C[2][part] = nTronque(ligne.taux);
-        Detail[part] = Texte::TauxDeBase(Centiemes(ligne.taux), base);
+        C[2][part] = nDiv(taux, 100);
+        Detail[part] = Texte::TauxDeBase(taux, base);
     }
 
     // An inactive line retrocedes all it can, and gives nothing back.
     void RetrocedePart(const LigneRetrocedee& ligne) {
         const bool active = m_imputation.Active(ligne.niche);
         const CaseSortie part = ligne.retrocede;
+        const Partage& partage = partages[ligne.classe];
         const std::int32_t base = S[ligne.reduction], conservee = C[1][ligne.nonRetrocede];
-        C[0][part] = active ? nArrondi(dMul(dDiv(conservee, ligne.a), ligne.b)) : base;
+        C[0][part] =
+            active ? nArrondi(dMul(dDiv(conservee, loi.Nombre(partage.conservee)), loi.Nombre(partage.retrocedee)))
+                   : base;
         if (m_proportionnel) {
             C[1][part] = Tient(C[0][part], Place(ligne.enveloppe));
             m_utilise += C[1][part];
@@ -87,7 +87,7 @@ class Partage : Travail {
             C[1][part] = Tient(C[0][part], limite);
             limite -= C[1][part];
         }
-        if (base > 0) Detail[part] = Texte::Fraction(Centiemes(ligne.a), Centiemes(ligne.b));
+        if (base > 0) Detail[part] = Texte::Fraction(loi[partage.conservee], loi[partage.retrocedee]);
         if (!active) {
             S[ligne.excedent] = base - C[1][part];
             return;
@@ -106,20 +106,20 @@ class Partage : Travail {
     }
 
     Imputation& m_imputation;
-    const bool m_proportionnel = E["HQA"] != 0;  // the rooms are a part of the income
-    std::array<std::int32_t, 3> m_enveloppes{};  // the rooms
-    std::int32_t m_utilise = 0;                  // what has been used of them, together
-    std::array<std::int32_t, limitesAuForfait.size()> m_limites = limitesAuForfait;  // what is left of the limits
+    const bool m_proportionnel = E["HQA"] != 0;            // the rooms are a part of the income
+    std::array<std::int32_t, 3> m_enveloppes{};            // the rooms
+    std::int32_t m_utilise = 0;                            // what has been used of them, together
+    std::array<std::int32_t, nRetrocessions> m_limites{};  // what is left of the rooms of the retroceded shares
 };
 
 }  // namespace
 
 bool PartageOutreMer(Contexte& c, Imputation& imputation) {
     const std::int32_t resteAvant = imputation.Reste();
-    Partage partage(c, imputation);
-    partage.Rembourse();
-    partage.Retrocede();
-    partage.Limite();
+    Repartition repartition(c, imputation);
+    repartition.Rembourse();
+    repartition.Retrocede();
+    repartition.Limite();
     return imputation.Reste() != resteAvant;
 }
 

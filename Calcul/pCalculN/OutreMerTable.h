@@ -1,9 +1,9 @@
 #pragma once
 
-#include <algorithm>
 #include <array>
 
 #include "Calcul/pCalculN/Imputation.h"
+#include "Calcul/pCalculN/Loi.h"
 
 // The lines of the overseas investments, by the code of their entry box (CGI art. 199 undecies A, B and C). The order
 // of the rows is the order of imputation.
@@ -96,80 +96,98 @@ struct LigneRemboursable {
     consteval LigneRemboursable(const char* code)
         : credit(CaseSortie::Requise("CRE_DT_", code)), reduction(CaseSortie::Requise("U_DT_", code)), entree(code) {}
 };
-inline constexpr std::int32_t nPlafondRemboursable = 229500;
+inline constexpr Parametre plafondRemboursable = "investissementsOutremer.remboursement.plafond";
 inline constexpr LigneRemboursable lignesRemboursables[] = {
     "HBM", "HBR", "HCB", "HBW", "HCG", "HCM", "HCR", "HCW", "HDM", "HDR", "HDW",
 };
 
-/// What the retroceded shares may take in all under the fixed option: lines of the same limit share it.
-inline constexpr std::array<std::int32_t, 8> limitesAuForfait = {93333, 74286, 60000, 40000,
-                                                                 34000, 51000, 38945, 59400};
+/// Classes of retrocession, by the part of the reduction that goes to the operating company (percent, rounded).
+enum Retrocession : std::size_t { R50, R53, R56, R60, R62, R65, R66, R70, nRetrocessions };
+struct Partage {
+    Parametre taux;                   ///< what the investor keeps
+    Parametre conservee, retrocedee;  ///< what is retroceded for what is kept
+    Parametre plafond;                ///< fixed option: what the retroceded shares may take in all
+    consteval Partage(const char* classe)
+        : taux(Parametre::Requis("retrocession.", classe, ".taux")),
+          conservee(Parametre::Requis("retrocession.", classe, ".conservee")),
+          retrocedee(Parametre::Requis("retrocession.", classe, ".retrocedee")),
+          plafond(Parametre::Requis("retrocession.", classe, ".plafond")) {}
+};
+inline constexpr Partage partages[nRetrocessions] = {"r50", "r53", "r56", "r60", "r62", "r65", "r66", "r70"};
+
+/// The rooms of the investor's shares: a part of the income or an amount, and the amount of a line without
+/// retrocession.
+struct Enveloppe {
+    Parametre part, plafond, sansRetrocession;
+};
+inline constexpr Enveloppe enveloppes[] = {
+    {"investissementsOutremer.enveloppe1.taux", "investissementsOutremer.enveloppe1.plafond",
+     "investissementsOutremer.enveloppe1.sansRetrocession"},
+    {"investissementsOutremer.enveloppe2.taux", "investissementsOutremer.enveloppe2.plafond",
+     "investissementsOutremer.enveloppe2.sansRetrocession"},
+    {"investissementsOutremer.enveloppe3.taux", "investissementsOutremer.enveloppe3.plafond",
+     "investissementsOutremer.enveloppe3.sansRetrocession"},
+};
 
 /// A business investment that is retroceded in part to the company that operates it.
 ///
-/// Of the reduction, taux percent stays with the investor within a room, and b / a times as much goes to the operator
-/// within its own room; what exceeds both is given back.
+/// Of the reduction, a rate stays with the investor within a room, and so much for it goes to the operator within its
+/// own room; what exceeds both is given back.
 struct LigneRetrocedee {
     CaseSortie reduction, nonRetrocede, retrocede, excedent;
     Niche niche;
-    double taux;
-    double a, b;         ///< the fraction a / b: what is kept against what is retroceded
-    int enveloppe;       ///< which of the three rooms
-    std::size_t limite;  ///< which of the limits of the fixed option
-    consteval LigneRetrocedee(const char* code, Niche n, double t, double fa, double fb, int e, std::int32_t l)
+    Retrocession classe;
+    int enveloppe;        ///< which of the three rooms
+    Retrocession limite;  ///< fixed option: whose room the retroceded share takes; lines of one class share it
+    consteval LigneRetrocedee(const char* code, Niche n, Retrocession c, int e, Retrocession l)
         : reduction(CaseSortie::Requise("U_DT_", code)),
           nonRetrocede(CaseSortie::Requise("U_PR_", code, "_NR")),
           retrocede(CaseSortie::Requise("U_PR_", code, "_R")),
           excedent(CaseSortie::Requise("U_PR_", code)),
           niche(n),
-          taux(t),
-          a(fa),
-          b(fb),
+          classe(c),
           enveloppe(e),
-          limite(static_cast<std::size_t>(std::find(limitesAuForfait.begin(), limitesAuForfait.end(), l) -
-                                          limitesAuForfait.begin())) {
-        if (limite == limitesAuForfait.size()) throw "no such limit";
-    }
+          limite(l) {}
 };
 
 // clang-format off
 inline constexpr LigneRetrocedee lignesRetrocedees[] = {
-    {"HQJ", N2009, 35, 7, 13, 1, 74286}, {"HQS", N2010, 35, 7, 13, 1, 74286}, {"HQW", N2011, 35, 7, 13, 1, 74286},
-    {"HQX", N2012, 35, 7, 13, 1, 74286}, {"HRA", N2010, 35, 7, 13, 1, 74286}, {"HRB", N2011, 35, 7, 13, 1, 74286},
-    {"HRC", N2012, 35, 7, 13, 1, 74286}, {"HRD", N2013S, 35, 7, 13, 1, 74286}, {"HXA", N2010, 35, 7, 13, 1, 74286},
-    {"HXB", N2011, 35, 7, 13, 1, 74286}, {"HXC", N2012, 35, 7, 13, 1, 74286}, {"HXE", N2013S, 35, 7, 13, 1, 74286},
-    {"HXF", N2010, 35, 7, 13, 1, 74286}, {"HXG", N2011, 35, 7, 13, 1, 74286}, {"HXH", N2012, 35, 7, 13, 1, 74286},
-    {"HXI", N2013S, 35, 7, 13, 1, 74286}, {"HXK", N2013S, 30, 3, 7, 1, 93333}, {"HXL", N2010, 35, 7, 13, 1, 74286},
-    {"HXM", N2011, 35, 7, 13, 1, 74286}, {"HXN", N2012, 35, 7, 13, 1, 74286}, {"HXO", N2013S, 35, 7, 13, 1, 74286},
-    {"HXP", N2013S, 30, 3, 7, 1, 93333}, {"HXQ", N2010, 35, 7, 13, 1, 74286}, {"HXR", N2011, 35, 7, 13, 1, 74286},
-    {"HXS", N2012, 35, 7, 13, 1, 74286}, {"HXT", N2013S, 35, 7, 13, 1, 74286}, {"HXU", N2013S, 30, 3, 7, 1, 93333},
-    {"HPO", N2009, 40, 1, 1.5, 1, 60000}, {"HPT", N2010, 40, 1, 1.5, 1, 60000}, {"HPY", N2011, 37.5, 3, 5, 2, 60000},
-    {"HRL", N2009, 37.5, 3, 5, 3, 51000}, {"HRQ", N2010, 37.5, 3, 5, 3, 51000}, {"HRV", N2011, 37.5, 3, 5, 3, 51000},
-    {"HNV", N2012, 37.5, 3, 5, 3, 51000}, {"HSB", N2010, 37.5, 3, 5, 2, 60000}, {"HSG", N2011, 37.5, 3, 5, 2, 60000},
-    {"HSL", N2010, 37.5, 3, 5, 3, 51000}, {"HSQ", N2011, 37.5, 3, 5, 3, 51000}, {"HSV", N2012, 37.5, 3, 5, 3, 51000},
-    {"HTA", N2013S, 37.5, 3, 5, 3, 51000}, {"HAB", N2010, 37.5, 3, 5, 2, 60000},
-    {"HAG", N2011, 37.5, 3, 5, 2, 60000}, {"HAL", N2010, 37.5, 3, 5, 3, 51000}, {"HAQ", N2011, 37.5, 3, 5, 3, 51000},
-    {"HAV", N2012, 37.5, 3, 5, 3, 51000}, {"HBB", N2013S, 37.5, 3, 5, 3, 51000},
-    {"HBJ", N2010, 37.5, 3, 5, 3, 51000}, {"HBO", N2011, 37.5, 3, 5, 3, 51000}, {"HBT", N2012, 37.5, 3, 5, 3, 51000},
-    {"HBY", N2013S, 37.5, 3, 5, 3, 51000}, {"HCD", N2013S, 34, 17, 33, 3, 59400},
-    {"HCJ", N2012, 37.5, 3, 5, 3, 51000}, {"HCO", N2013S, 37.5, 3, 5, 3, 51000},
-    {"HCT", N2013S, 34, 17, 33, 3, 59400}, {"HDJ", N2012, 37.5, 3, 5, 3, 51000},
-    {"HDO", N2013S, 37.5, 3, 5, 3, 51000}, {"HDT", N2013S, 34, 17, 33, 3, 59400}, {"HPN", N2009, 50, 1, 1, 1, 40000},
-    {"HPS", N2010, 50, 1, 1, 1, 40000}, {"HPX", N2011, 47.37, 9, 10, 2, 60000},
-    {"HRK", N2009, 47.37, 9, 10, 3, 51000}, {"HRP", N2010, 47.37, 9, 10, 3, 51000},
-    {"HRU", N2011, 47.37, 9, 10, 3, 51000}, {"HNU", N2012, 47.37, 9, 10, 3, 51000},
-    {"HSA", N2010, 47.37, 9, 10, 2, 40000}, {"HSF", N2011, 47.37, 9, 10, 2, 40000},
-    {"HSK", N2010, 47.37, 9, 10, 3, 34000}, {"HSP", N2011, 47.37, 9, 10, 3, 34000},
-    {"HSU", N2012, 47.37, 9, 10, 3, 34000}, {"HSZ", N2013S, 47.37, 9, 10, 3, 34000},
-    {"HAA", N2010, 47.37, 9, 10, 2, 40000}, {"HAF", N2011, 47.37, 9, 10, 2, 40000},
-    {"HAK", N2010, 47.37, 9, 10, 3, 34000}, {"HAP", N2011, 47.37, 9, 10, 3, 34000},
-    {"HAU", N2012, 47.37, 9, 10, 3, 34000}, {"HBA", N2013S, 47.37, 9, 10, 3, 34000},
-    {"HBI", N2010, 47.37, 9, 10, 3, 34000}, {"HBN", N2011, 47.37, 9, 10, 3, 34000},
-    {"HBS", N2012, 47.37, 9, 10, 3, 34000}, {"HBX", N2013S, 47.37, 9, 10, 3, 34000},
-    {"HCC", N2013S, 44, 11, 14, 3, 38945}, {"HCI", N2012, 47.37, 9, 10, 3, 34000},
-    {"HCN", N2013S, 47.37, 9, 10, 3, 34000}, {"HCS", N2013S, 44, 11, 14, 3, 38945},
-    {"HDI", N2012, 47.37, 9, 10, 3, 34000}, {"HDN", N2013S, 47.37, 9, 10, 3, 34000},
-    {"HDS", N2013S, 44, 11, 14, 3, 38945},
+    {"HQJ", N2009, R65, 1, R65}, {"HQS", N2010, R65, 1, R65}, {"HQW", N2011, R65, 1, R65},
+    {"HQX", N2012, R65, 1, R65}, {"HRA", N2010, R65, 1, R65}, {"HRB", N2011, R65, 1, R65},
+    {"HRC", N2012, R65, 1, R65}, {"HRD", N2013S, R65, 1, R65}, {"HXA", N2010, R65, 1, R65},
+    {"HXB", N2011, R65, 1, R65}, {"HXC", N2012, R65, 1, R65}, {"HXE", N2013S, R65, 1, R65},
+    {"HXF", N2010, R65, 1, R65}, {"HXG", N2011, R65, 1, R65}, {"HXH", N2012, R65, 1, R65},
+    {"HXI", N2013S, R65, 1, R65}, {"HXK", N2013S, R70, 1, R70}, {"HXL", N2010, R65, 1, R65},
+    {"HXM", N2011, R65, 1, R65}, {"HXN", N2012, R65, 1, R65}, {"HXO", N2013S, R65, 1, R65},
+    {"HXP", N2013S, R70, 1, R70}, {"HXQ", N2010, R65, 1, R65}, {"HXR", N2011, R65, 1, R65},
+    {"HXS", N2012, R65, 1, R65}, {"HXT", N2013S, R65, 1, R65}, {"HXU", N2013S, R70, 1, R70},
+    {"HPO", N2009, R60, 1, R60}, {"HPT", N2010, R60, 1, R60}, {"HPY", N2011, R62, 2, R60},
+    {"HRL", N2009, R62, 3, R62}, {"HRQ", N2010, R62, 3, R62}, {"HRV", N2011, R62, 3, R62},
+    {"HNV", N2012, R62, 3, R62}, {"HSB", N2010, R62, 2, R60}, {"HSG", N2011, R62, 2, R60},
+    {"HSL", N2010, R62, 3, R62}, {"HSQ", N2011, R62, 3, R62}, {"HSV", N2012, R62, 3, R62},
+    {"HTA", N2013S, R62, 3, R62}, {"HAB", N2010, R62, 2, R60},
+    {"HAG", N2011, R62, 2, R60}, {"HAL", N2010, R62, 3, R62}, {"HAQ", N2011, R62, 3, R62},
+    {"HAV", N2012, R62, 3, R62}, {"HBB", N2013S, R62, 3, R62},
+    {"HBJ", N2010, R62, 3, R62}, {"HBO", N2011, R62, 3, R62}, {"HBT", N2012, R62, 3, R62},
+    {"HBY", N2013S, R62, 3, R62}, {"HCD", N2013S, R66, 3, R66},
+    {"HCJ", N2012, R62, 3, R62}, {"HCO", N2013S, R62, 3, R62},
+    {"HCT", N2013S, R66, 3, R66}, {"HDJ", N2012, R62, 3, R62},
+    {"HDO", N2013S, R62, 3, R62}, {"HDT", N2013S, R66, 3, R66}, {"HPN", N2009, R50, 1, R50},
+    {"HPS", N2010, R50, 1, R50}, {"HPX", N2011, R53, 2, R60},
+    {"HRK", N2009, R53, 3, R62}, {"HRP", N2010, R53, 3, R62},
+    {"HRU", N2011, R53, 3, R62}, {"HNU", N2012, R53, 3, R62},
+    {"HSA", N2010, R53, 2, R50}, {"HSF", N2011, R53, 2, R50},
+    {"HSK", N2010, R53, 3, R53}, {"HSP", N2011, R53, 3, R53},
+    {"HSU", N2012, R53, 3, R53}, {"HSZ", N2013S, R53, 3, R53},
+    {"HAA", N2010, R53, 2, R50}, {"HAF", N2011, R53, 2, R50},
+    {"HAK", N2010, R53, 3, R53}, {"HAP", N2011, R53, 3, R53},
+    {"HAU", N2012, R53, 3, R53}, {"HBA", N2013S, R53, 3, R53},
+    {"HBI", N2010, R53, 3, R53}, {"HBN", N2011, R53, 3, R53},
+    {"HBS", N2012, R53, 3, R53}, {"HBX", N2013S, R53, 3, R53},
+    {"HCC", N2013S, R56, 3, R56}, {"HCI", N2012, R53, 3, R53},
+    {"HCN", N2013S, R53, 3, R53}, {"HCS", N2013S, R56, 3, R56},
+    {"HDI", N2012, R53, 3, R53}, {"HDN", N2013S, R53, 3, R53},
+    {"HDS", N2013S, R56, 3, R56},
 };
 // clang-format on
 
@@ -177,15 +195,16 @@ inline constexpr LigneRetrocedee lignesRetrocedees[] = {
 struct LigneLimitee {
     CaseSortie reduction, excedent;
     Niche niche;
-    int enveloppe;         ///< which of the three rooms
-    std::int32_t plafond;  ///< fixed option: the room of this line
-    consteval LigneLimitee(const char* code, Niche n, int e, std::int32_t p = 0)
+    int enveloppe;  ///< which of the three rooms
+    constexpr LigneLimitee(const char* code, Niche n, int e)
         : reduction(CaseSortie::Requise("U_DT_", code)),
           excedent(CaseSortie::Requise("U_PR_", code)),
           niche(n),
-          enveloppe(e),
-          plafond(p) {}
+          enveloppe(e) {}
 };
+constexpr const Enveloppe& EnveloppeDe(const LigneLimitee& ligne) {
+    return enveloppes[static_cast<std::size_t>(ligne.enveloppe) - 1];
+}
 
 // clang-format off
 inline constexpr LigneLimitee lignesLimitees[] = {
@@ -207,16 +226,19 @@ inline constexpr LigneLimitee lignesLimitees[] = {
     {"HDU", N2013S, 3},
 };
 
-// In the fixed option these lines have rooms of their own.
-inline constexpr LigneLimitee lignesLimiteesAuForfait[] = {
-    {"HPR", N2009, 1, 300000}, {"HPW", N2010, 1, 300000}, {"HRI", N2011, 2, 270000}, {"HRO", N2009, 3, 229500},
-    {"HRT", N2010, 3, 229500}, {"HRY", N2011, 3, 229500}, {"HNY", N2012, 3, 229500}, {"HSE", N2010, 2, 270000},
-    {"HSJ", N2011, 2, 270000}, {"HSO", N2010, 3, 229500}, {"HST", N2011, 3, 229500}, {"HSY", N2012, 3, 229500},
-    {"HTD", N2013S, 3, 229500}, {"HAE", N2010, 2, 270000}, {"HAJ", N2011, 2, 270000}, {"HAO", N2010, 3, 229500},
-    {"HAT", N2011, 3, 229500}, {"HAY", N2012, 3, 229500}, {"HBG", N2013S, 3, 229500}, {"HBM", N2010, 3, 229500},
-    {"HBR", N2011, 3, 229500}, {"HBW", N2012, 3, 229500}, {"HCB", N2013S, 3, 229500}, {"HCG", N2013S, 3, 229500},
-    {"HCM", N2012, 3, 229500}, {"HCR", N2013S, 3, 229500}, {"HCW", N2013S, 3, 229500}, {"HDM", N2012, 3, 229500},
-    {"HDR", N2013S, 3, 229500}, {"HDW", N2013S, 3, 229500},
+// In the fixed option these lines have the amount without retrocession as room.
+struct LigneLimiteeAuForfait : LigneLimitee {
+    using LigneLimitee::LigneLimitee;
+};
+inline constexpr LigneLimiteeAuForfait lignesLimiteesAuForfait[] = {
+    {"HPR", N2009, 1}, {"HPW", N2010, 1}, {"HRI", N2011, 2}, {"HRO", N2009, 3},
+    {"HRT", N2010, 3}, {"HRY", N2011, 3}, {"HNY", N2012, 3}, {"HSE", N2010, 2},
+    {"HSJ", N2011, 2}, {"HSO", N2010, 3}, {"HST", N2011, 3}, {"HSY", N2012, 3},
+    {"HTD", N2013S, 3}, {"HAE", N2010, 2}, {"HAJ", N2011, 2}, {"HAO", N2010, 3},
+    {"HAT", N2011, 3}, {"HAY", N2012, 3}, {"HBG", N2013S, 3}, {"HBM", N2010, 3},
+    {"HBR", N2011, 3}, {"HBW", N2012, 3}, {"HCB", N2013S, 3}, {"HCG", N2013S, 3},
+    {"HCM", N2012, 3}, {"HCR", N2013S, 3}, {"HCW", N2013S, 3}, {"HDM", N2012, 3},
+    {"HDR", N2013S, 3}, {"HDW", N2013S, 3},
 };
 // clang-format on
 

@@ -99,10 +99,13 @@ class Totaux : kv::Travail {
 
 }  // namespace
 
-CCalcul_N::CCalcul_N(CDataCalcul& data, bool optionsForcees, bool optionsSiSaisies, double tauxIndexation)
+CCalcul_N::CCalcul_N(CDataCalcul& data, bool optionsForcees, bool optionsSiSaisies, double tauxIndexation,
+                     const kv::Loi& loi)
     : CCalcul(data),
       m_lancement{
           .tauxIndexation = tauxIndexation, .optionsForcees = optionsForcees, .optionsSiSaisies = optionsSiSaisies},
+      m_loi(kv::Indexee(loi, tauxIndexation)),
+      m_bareme(kv::BaremeDe(m_loi)),
       m_saisie(kv::LisSaisie(data)),
       m_exceptionnels(kv::LisExceptionnels(data)) {
     kv::Replie(m_saisie);
@@ -256,13 +259,14 @@ bool CCalcul_N::SimulationSuivante(bool drapeau) {
 namespace kv {
 
 bool Lance(CDataCalcul& data, const TPeriode* periode, bool drapeau, double tauxIndexation, bool optionsForcees,
-           bool optionsSiSaisies) noexcept {
+           bool optionsSiSaisies, const Loi& loi) noexcept {
     return Protege(
         source,
         [&] {
-            FixeAnneeCourante(2017);
-            const TPeriode anneeEntiere(2017);
-            const auto calcul = std::make_unique<CCalcul_N>(data, optionsForcees, optionsSiSaisies, tauxIndexation);
+            FixeAnneeCourante(anneeDesRevenus);
+            const TPeriode anneeEntiere(anneeDesRevenus);
+            const auto calcul =
+                std::make_unique<CCalcul_N>(data, optionsForcees, optionsSiSaisies, tauxIndexation, loi);
             calcul->SupprimeFichierTrace();
             const bool pipeline = calcul->Calcul(periode ? *periode : anneeEntiere, drapeau);
             const bool isf = calcul->Calcul_ISF();
@@ -273,12 +277,13 @@ bool Lance(CDataCalcul& data, const TPeriode* periode, bool drapeau, double taux
 }
 
 void LanceReports(CDataCalcul& data, const TPeriode* periode, double tauxIndexation) noexcept {
-    Protege(source, [&] { std::make_unique<CCalcul_N>(data, false, false, tauxIndexation)->CalculReports(periode); });
+    Protege(source,
+            [&] { std::make_unique<CCalcul_N>(data, false, false, tauxIndexation, loi2017)->CalculReports(periode); });
 }
 
 void LanceBareme(const EntreeBareme& entree, SortieBareme& sortie, double tauxIndexation) noexcept {
     Protege(source, [&] {
-        const TPeriode periode(2017);
+        const TPeriode periode(anneeDesRevenus);
         const auto data = std::make_unique<CDataCalcul>();
         const struct {
             CaseEntree box;

@@ -143,11 +143,10 @@ Plafonds EpargneRetraite::PlafondsDe(const Declarant& x, std::size_t colonne, st
     std::int32_t revenu = C[colonne]["RD_GAINS_2_Rev"] + salaires;
     for (const CaseSortie sortie : revenusProfessionnels) revenu += C[colonne][sortie];
     for (const CaseEntree box : x.revenus) revenu += E[box];
-    const std::int32_t plafondSecuriteSociale = faits.nouveauxTaux ? 39732 : 39228;
-    const std::int32_t dixPourcent =
-        std::max(nPourcent(std::min(revenu, nArrondi(dMul(plafondSecuriteSociale, 8))), 10),
-                 nPourcent(plafondSecuriteSociale, 10));
-    plafonds.nouveau = nPositif(dixPourcent - E[x.autresCotisations]);
+    const std::int32_t minimum = EnVigueur("plafondSecuriteSociale"), taux = loi["epargneRetraite.taux"];
+    const std::int32_t maximum = nArrondi(dMul(minimum, loi.Nombre("epargneRetraite.plafonds")));
+    const std::int32_t part = std::max(nAuTaux(std::min(revenu, maximum), taux), nAuTaux(minimum, taux));
+    plafonds.nouveau = nPositif(part - E[x.autresCotisations]);
     return plafonds;
 }
 

@@ -42,9 +42,9 @@ bool Prelevement::SituationChangee() const {
     static constexpr CaseEntree evenements[] = {"MEvt", "OEvt", "VpEvt", "CEvt", "DEvt", "VEvt"};
     static constexpr CaseEntree situations[] = {"V", "Vp", "C", "D", "B", "M"};
     const auto coche = [&](CaseEntree box) { return E[box] != 0; };
-    const bool dans2017 = AnneeOfDate(E["Z1"]) == 2017 || AnneeOfDate(E["Z2"]) == 2017;
+    const bool dansLAnnee = AnneeOfDate(E["Z1"]) == anneeDesRevenus || AnneeOfDate(E["Z2"]) == anneeDesRevenus;
     return std::any_of(std::begin(evenements), std::end(evenements), coche) ||
-           (dans2017 && std::any_of(std::begin(situations), std::end(situations), coche));
+           (dansLAnnee && std::any_of(std::begin(situations), std::end(situations), coche));
 }
 
 // The tax of the scale on the income subject to withholding, less the credits for foreign tax.
@@ -69,11 +69,13 @@ void Prelevement::TauxPAS() {
 
     S["ASSIETTE_A_IR"] = a.Acompte();
     const std::int32_t base = nPositif(a.FoncierAcompte()) + nPositif(a.Rentes()) + S["S_B_BENEF"] + a.AcompteMeubles();
-    S["ACOMPTE_CS"] = nPourcent(base, 6.80) + nPourcent(base, 9.90) + nPourcent(base, 0.50);
+    S["ACOMPTE_CS"] = nAuTaux(base, loi["prelevementsSociaux.prelevements"]) +
+                      nAuTaux(base, loi["prelevementsSociaux.csg"]) + nAuTaux(base, loi["prelevementsSociaux.crds"]);
 }
 
 void Prelevement::SignaleTauxSansImpot() {
-    const bool modeste = dDiv(S["REVENU_REF"], dDiv(S["F_NB_PARTS_ALL"], 100.0)) < IDX(25000);
+    const double revenuParPart = dDiv(S["REVENU_REF"], dDiv(S["F_NB_PARTS_ALL"], 100.0));
+    const bool modeste = revenuParPart < loi["prelevementSource.revenuModeste"];
     S["INFO_TAUX_PAS"] = S["TOT_PAYER"] == 0 && S["TAUX_PAS"] > 0 && modeste ? 1 : 0;
 }
 

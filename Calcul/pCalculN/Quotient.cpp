@@ -93,8 +93,9 @@ class Lecture {
     const std::int32_t m_coefficient;
 };
 
-// The gross figures of one record. The ordinary business results are net of their deficits.
-void Remplit(Figures& q, const Lecture& lit, bool abattementDividendes) {
+// The gross figures of one record. The ordinary business results are net of their deficits, dividends of their
+// allowance (hundredths of a percent).
+void Remplit(Figures& q, const Lecture& lit, std::int32_t abattementDividendes) {
     const bool ordinaire = lit.Ordinaire();
     for (std::size_t k = 0; k < nPersonnes; ++k) {
         const Personne& p = personnes[k];
@@ -112,15 +113,17 @@ void Remplit(Figures& q, const Lecture& lit, bool abattementDividendes) {
         }
     }
     for (std::size_t i = 0; i < 3; ++i) Trois(q, Mobiliers)[i] = lit(mobiliers[i]);
-    if (abattementDividendes) q.valeurs[Mobiliers] -= nPourcent(q.valeurs[Mobiliers], 40);
+    q.valeurs[Mobiliers] -= nAuTaux(q.valeurs[Mobiliers], abattementDividendes);
     if (!ordinaire) q.valeurs[AutresRevenus] = lit("4BA") + lit("RAQ") + lit("3VG") + lit("3UA");
 }
 
-// The exceptional amounts of one record by line and person. A result without an approved centre counts for 125 %.
-void RemplitMontants(Figures& q) {
+// The exceptional amounts of one record by line and person. A result without an approved centre is raised by
+// a rate (hundredths of a percent).
+void RemplitMontants(Figures& q, std::int32_t majoration) {
     for (std::size_t k = 0; k < nPersonnes; ++k) {
         for (std::size_t i = 0; i < nActivites; ++i)
-            Ligne(q, Montants, i)[k] = Ligne(q, AvecCentre, i)[k] + nPourcent(Ligne(q, SansCentre, i)[k], 125);
+            Ligne(q, Montants, i)[k] =
+                Ligne(q, AvecCentre, i)[k] + nAuTaux(Ligne(q, SansCentre, i)[k], 10000 + majoration);
         std::int32_t& autres = Ligne(q, Montants, nActivites)[k];
         autres = nPositif(Trois(q, Net)[k]);
         if (k == 0) autres += q.valeurs[NetMobilier] + q.valeurs[AutresRevenus];
@@ -144,7 +147,7 @@ class Quotient : Travail {
 };
 
 void Quotient::RevenusBrutQuotient() {
-    const bool abattementDividendes = !faits.forfait;
+    const std::int32_t abattementDividendes = faits.forfait ? 0 : loi["mobiliers.dividendes.abattement"];
     if (!contexte.exceptionnels.coefficients.empty()) Remplit(m_ordinaire, Lecture(contexte), abattementDividendes);
     for (const std::int32_t coefficient : contexte.exceptionnels.coefficients) {
         Figures& q = m_quotients.emplace_back();
@@ -161,7 +164,7 @@ void Quotient::RevenusBrutQuotient() {
 
     PartageDeductions();
     PartageMobiliers();
-    for (Figures& q : m_quotients) RemplitMontants(q);
+    for (Figures& q : m_quotients) RemplitMontants(q, loi["benefices.sansCentre.majoration"]);
     Sorties();
 }
 

@@ -4,10 +4,10 @@
 #include <string_view>
 
 #include "Calcul/pCalculN/Etapes.h"
+#include "Calcul/pCalculN/ImpotAReduire.h"
 #include "Calcul/pCalculN/OutreMer.h"
 
-// Tax after reductions: the abatement of overseas residents (CGI art. 197 I-3), the low-tax relief (197 I-4 a),
-// the reduction for modest incomes (197 I-4 b), then the reduction lines in their order.
+// Tax after reductions: the reduction lines in their order, on the tax that is left to be reduced.
 
 namespace kv {
 
@@ -45,10 +45,9 @@ class Reductions : Travail {
     void ImpotApresReductions();
 
   private:
-    void AbattementOutreMer();
-    void DecoteEtClassesMoyennes();
-    std::int32_t ClassesMoyennes(std::int32_t apresDecote) const;
+    void OuvrePlafondsCommuns();
     void EmploiADomicile();
+    std::int32_t PlafondEmploiADomicile() const;
     void PrestationCompensatoireAVerser();
     void ImputeSecondsGroupes();
     /// A group none of whose boxes is filled in writes nothing.
@@ -93,18 +92,11 @@ class Reductions : Travail {
 
 void Reductions::ImpotApresReductions() {
     if (!faits.sansAvantages && faits.passe == Passe::Normale) Lance(Etape::RevenuFiscalRef);
-    AbattementOutreMer();
+    m_imputation.FixeReste(ImpotAReduire(contexte));
     m_imputation.FixeTotaux({});
-    DecoteEtClassesMoyennes();
 
     const auto impute = [&](auto groupe) { ImputeGroupe(groupe); };
-    ResteDe(Commun::TravauxForestiers) = ParFoyer(6250);
-    ResteDe(Commun::AidePersonnesEnDifficulte) = faits.nouveauxTaux ? 536 : 531;
-    ResteDe(Commun::Presse) = ParFoyer(5000);
-    ResteDe(Commun::Sofica) = nPositif(std::min(18000, nPourcent(S["TOT_R_NET"] + S["RQ_GAINS"], 25)));
-    ResteDe(Commun::RenteSurvie) = 1525 + 300 * S["F_NB_ENFANTS"] + 150 * S["F_NB_ENFANTS_ALTERNE"];
-    ResteDe(Commun::ImmeublesRestaures) = 100000;
-    ResteDe(Commun::ImmeublesRestauresQuatreAns) = 400000;
+    OuvrePlafondsCommuns();
     EmploiADomicile();
     PremiersGroupes(impute);
     PrestationCompensatoireAVerser();
@@ -137,100 +129,59 @@ void Reductions::ImpotApresReductions() {
     S["SEPAR_REDUC"] = 1;
 }
 
-// Overseas residents: an abatement on the gross tax, and on the tax at the marginal rate within the same room.
-void Reductions::AbattementOutreMer() {
-    const bool resident = faits.resident;
-    const std::int32_t impot = !resident && S["IMPOT_TM_RETENU"] != 0 ? S["IMPOT_TM"]
-                               : S["IMPOT_TX_EFFECTIF"] > 0           ? S["IMPOT_TX_EFFECTIF"]
-                                                                      : S["TOT_IMPOT"];
-    struct Departement {
-        CaseSortie abattement, abattementTauxMarginal;
-        std::int32_t taux, plafond;
-    };
-    static constexpr Departement antillesReunion = {"U_DECOTE_DOM_GMR", "IMPOT_DU_DOM_GMR", 30, 5100};
-    static constexpr Departement guyaneMayotte = {"U_DECOTE_DOM_GUY", "IMPOT_DU_DOM_GUY", 40, 6700};
-    const Departement* dom = !resident                        ? nullptr
-                             : E["GMR"] != 0                  ? &antillesReunion
-                             : E["GUY"] != 0 || E["MAY"] != 0 ? &guyaneMayotte
-                                                              : nullptr;
-    S["TOT_IMPOT_DOM"] = impot;
-    if (dom) {
-        S[dom->abattement] = std::min(nPourcent(impot, dom->taux), dom->plafond);
-        S["TOT_IMPOT_DOM"] -= S[dom->abattement];
-    }
-    if (S["TM_BA"] > 0) {
-        S["IMPOT_DU_REVENUS"] = nAuTaux(S["TM_BA"], S["TAUX_MARGINAL_3"]);
-        S["IMPOT_DU_TAUX_MARG"] = S["IMPOT_DU_REVENUS"];
-        if (dom) {
-            S[dom->abattementTauxMarginal] =
-                std::min(nPourcent(S["IMPOT_DU_REVENUS"], dom->taux), dom->plafond - S[dom->abattement]);
-            S["IMPOT_DU_TAUX_MARG"] -= S[dom->abattementTauxMarginal];
-        }
-        S["IMPOT_TAUX_MARG"] = S["IMPOT_DU_TAUX_MARG"];
-    }
-    S["TOT_IMPOT_DOM_AFF"] = S["TOT_IMPOT_DOM"];
-}
-
-// Both are for residents.
-void Reductions::DecoteEtClassesMoyennes() {
-    const std::int32_t impot = S["TOT_IMPOT_DOM"] + S["IMPOT_TAUX_MARG"];
-    const std::int32_t plafond = IDX(faits.couple ? 1939 : 1177);
-    const double troisQuarts = dMul(impot, dDiv(3, 4));
-    const bool decote = impot > 0 && plafond > troisQuarts && faits.resident;
-    S["U_DECOTE"] = decote ? std::min(impot, nArrondi(plafond - troisQuarts)) : 0;
-    const std::int32_t apresDecote = impot - S["U_DECOTE"];
-    S["U_CLASSES_MOYENNES"] = faits.resident ? ClassesMoyennes(apresDecote) : 0;
-    m_imputation.FixeReste(nPositif(std::min<std::int32_t>(S["TOT_IMPOT_DOM"], apresDecote - S["U_CLASSES_MOYENNES"])));
-}
-
-// The reduction for modest incomes: 20 % up to a first income, less and less up to a second one.
-std::int32_t Reductions::ClassesMoyennes(std::int32_t apresDecote) const {
-    const std::int32_t parDemiPart = nArrondi(dMul(dDiv(S["F_NB_PARTS_ALL"] - S["F_NB_PARTS_ISO"], 100), IDX(7474)));
-    const std::int32_t limite = ParFoyer(IDX(20705)) + parDemiPart;
-    const std::int32_t limitePleine = ParFoyer(IDX(18685)) + parDemiPart;
-    const std::int32_t revenu = S["REV_REF_D"], reduction = nPourcent(apresDecote, 20);
-    if (revenu < limitePleine) return reduction;
-    if (revenu >= limite) return 0;
-    return nArrondi(dDiv(nArrondi(dMul(reduction, limite - revenu)), ParFoyer(IDX(2020))));
+// The shared ceilings, but for those of the donations and of the subscriptions to capital, which open later.
+void Reductions::OuvrePlafondsCommuns() {
+    const std::int32_t revenu = S["TOT_R_NET"] + S["RQ_GAINS"], parEnfant = loi["reductions.7GZ.parEnfant"];
+    ResteDe(Commun::TravauxForestiers) = ParFoyer(loi["reductions.7UL.plafond"]);
+    ResteDe(Commun::AidePersonnesEnDifficulte) = EnVigueur("reductions.7UD.plafond");
+    ResteDe(Commun::Presse) = ParFoyer(loi["reductions.7MY.plafond"]);
+    ResteDe(Commun::Sofica) =
+        nPositif(std::min(loi["reductions.7EN.plafond"], nAuTaux(revenu, loi["reductions.7EN.plafondRevenu"])));
+    ResteDe(Commun::RenteSurvie) =
+        loi["reductions.7GZ.plafond"] + parEnfant * S["F_NB_ENFANTS"] + nDiv(parEnfant, 2) * S["F_NB_ENFANTS_ALTERNE"];
+    ResteDe(Commun::ImmeublesRestaures) = loi["reductions.7SY.plafond"];
+    ResteDe(Commun::ImmeublesRestauresQuatreAns) = loi["reductions.7TX.plafond"];
 }
 
 // Compensatory payment: what is still to be paid next year.
 void Reductions::PrestationCompensatoireAVerser() {
-    const std::int32_t capital = E["7WO"], verse = E["7WN"];
+    const std::int32_t capital = E["7WO"], verse = E["7WN"], plafond = loi["reductions.7WN.plafond"];
     const std::int32_t aVerser = E["7WM"] > 0 ? E["7WM"] - verse : capital - verse;
-    S["NP1_PREST_COMP"] =
-        capital < nPlafondPrestation ? nPositif(aVerser) : nArrondi(dMul(dDiv(aVerser, capital), nPlafondPrestation));
+    S["NP1_PREST_COMP"] = capital < plafond ? nPositif(aVerser) : nArrondi(dMul(dDiv(aVerser, capital), plafond));
+}
+
+std::int32_t Reductions::PlafondEmploiADomicile() const {
+    if (E["7DG"] >= 1) return loi["credits.7DB.plafondInvalide"];
+    const auto estAge = [&](CaseEntree naissance) {
+        return E[naissance] > 0 && anneeDesRevenus - AnneeOfDate(E[naissance]) >= loi["credits.7DB.age"];
+    };
+    const std::int32_t ages = estAge("AAF1") + (faits.couple && estAge("AAF2")),
+                       parPersonne = loi["credits.7DB.majoration"];
+    const std::int32_t majorations = nArrondi(dMul(parPersonne, S["F_NB_ENFANTS"])) +
+                                     nArrondi(dMul(nArrondi(dDiv(parPersonne, 2)), S["F_NB_ENFANTS_ALTERNE"])) +
+                                     nArrondi(dMul(parPersonne, ages)) +
+                                     nArrondi(dMul(parPersonne, nPositif(E["7DL"])));
+    return loi[E["7DQ"] >= 1 ? Parametre("credits.7DB.plafondPremiereAnnee") : "credits.7DB.plafond"] +
+           std::min(loi["credits.7DB.majorationMaximum"], majorations);
 }
 
 // Home employment (CGI art. 199 sexdecies): a credit, counted in the cap but not imputed here.
 void Reductions::EmploiADomicile() {
     const std::int32_t depenses = E[emploiADomicile];
     if (faits.sansAvantages || depenses <= 0) return;
-    std::int32_t plafond = 20000;
-    if (E["7DG"] < 1) {
-        const auto plusDe65Ans = [&](CaseEntree naissance) {
-            return E[naissance] > 0 && 2017 - AnneeOfDate(E[naissance]) >= 65;
-        };
-        const std::int32_t ages = plusDe65Ans("AAF1") + (faits.couple && plusDe65Ans("AAF2"));
-        const std::int32_t majoration =
-            std::min(3000, nArrondi(dMul(1500, S["F_NB_ENFANTS"])) +
-                               nArrondi(dMul(nArrondi(dDiv(1500, 2)), S["F_NB_ENFANTS_ALTERNE"])) +
-                               nArrondi(dMul(1500, ages)) + nArrondi(dMul(1500, nPositif(E["7DL"]))));
-        plafond = (E["7DQ"] >= 1 ? 15000 : 12000) + majoration;
-    }
-    const std::int32_t retenu = std::min(depenses, plafond);
-    BaseRetenue("D_ENFANTS_CESU", depenses, retenu, 50);
-    Detail["D_ENFANTS_CESU"] = Texte::TauxDeBase(5000, retenu);
-    m_imputation.Note(N2013, "D_ENFANTS_CESU", nPourcent(retenu, 50));
+    const std::int32_t retenu = std::min(depenses, PlafondEmploiADomicile()), taux = loi["credits.7DB.taux"];
+    BaseRetenue("D_ENFANTS_CESU", depenses, retenu, nDiv(taux, 100));
+    Detail["D_ENFANTS_CESU"] = Texte::TauxDeBase(taux, retenu);
+    m_imputation.Note(N2013, "D_ENFANTS_CESU", nAuTaux(retenu, taux));
 }
 
 void Reductions::ImputeSecondsGroupes() {
     SecondsGroupes([&](auto groupe) { RecommenceReports(groupe); });
-    // Donations share a ceiling of 20 % of the taxable income.
-    ResteDe(Commun::Dons) =
-        nPourcent(nPositif(S["TOT_R_BRUT"] - S["C_REDUC"] + S["QUOTIENT"] - S["QUOTIENT_A_DED"]), 20);
-    ResteDe(Commun::Capital) = ParFoyer(20000);
-    ResteDe(Commun::CapitalPME) = ParFoyer(50000);
+    // Donations share a part of the taxable income.
+    ResteDe(Commun::Dons) = nAuTaux(nPositif(S["TOT_R_BRUT"] - S["C_REDUC"] + S["QUOTIENT"] - S["QUOTIENT_A_DED"]),
+                                    loi["reductions.7UF.plafondRevenu"]);
+    ResteDe(Commun::Capital) = ParFoyer(loi["reductions.7CL.plafond"]);
+    ResteDe(Commun::CapitalPME) = ParFoyer(loi["reductions.7CF.plafond"]);
     SecondsGroupes([&](auto groupe) { ImputeGroupe(groupe); });
     if (contexte.Remplies(boitesLues<boitesCapital>)) {
         ReportsDuCapital();
@@ -243,7 +194,8 @@ void Reductions::ImputeSecondsGroupes() {
 
 std::int32_t Reductions::PlafondDe(const Plafond& plafond) const {
     if (plafond.siImpot && m_imputation.Reste() < 1) return 0;
-    std::int32_t montant = plafond.parFoyer ? ParFoyer(plafond.montant) : plafond.montant;
+    std::int32_t montant = plafond.montant ? loi[plafond.montant] : Imputation::nSansPlafond;
+    if (plafond.parFoyer) montant = ParFoyer(montant);
     if (plafond.fois) montant *= E[plafond.fois];
     if (plafond.commun != Commun::Aucun) montant = std::min(montant, nPositif(ResteDe(plafond.commun)));
     return montant;
@@ -252,8 +204,8 @@ std::int32_t Reductions::PlafondDe(const Plafond& plafond) const {
 void Reductions::Impute(const LigneTaux& ligne) {
     const bool imputee = m_imputation.Impute({.ligne = ligne.sortie,
                                               .niche = ligne.niche,
-                                              .taux = ligne.taux,
-                                              .base = ligne.base ? ligne.base(E, S) : E[ligne.entree],
+                                              .taux = TauxDe(loi, ligne.taux),
+                                              .base = ligne.base ? ligne.base(E, S, loi) : E[ligne.entree],
                                               .plafond = PlafondDe(ligne.plafond),
                                               .report = ligne.report});
     const Commun commun = ligne.plafond.commun;
@@ -270,14 +222,18 @@ void Reductions::Impute(const LigneDon& don) {
 
 void Reductions::Impute(const LigneEnfants& ligne) {
     const std::int32_t college = E[ligne.college], lycee = E[ligne.lycee], superieur = E[ligne.superieur];
-    const std::int32_t montant = nCollege * college + nLycee * lycee + nSuperieur * superieur;
-    if (m_imputation.Impute({ligne.sortie, ligne.niche, 100, nArrondi(dDiv(montant, ligne.diviseur))}))
+    const std::int32_t montant = loi["reductions.7EA.montant"] * college + loi["reductions.7EC.montant"] * lycee +
+                                 loi["reductions.7EF.montant"] * superieur;
+    if (m_imputation.Impute({ligne.sortie, ligne.niche, nTaux100, nArrondi(dDiv(montant, ligne.diviseur))}))
         C1[ligne.sortie] = college + lycee + superieur;
 }
 
 void Reductions::Impute(const LigneFraction& ligne) {
-    m_imputation.Impute(
-        {.ligne = ligne.sortie, .niche = ligne.niche, .taux = 100, .base = E[ligne.entree], .report = ligne.report});
+    m_imputation.Impute({.ligne = ligne.sortie,
+                         .niche = ligne.niche,
+                         .taux = nTaux100,
+                         .base = E[ligne.entree],
+                         .report = ligne.report});
     CopieFractions(ligne.suivantes);
 }
 
@@ -286,41 +242,44 @@ void Reductions::Impute(const LigneEtalee& ligne) {
     const auto resteApres = [&](CaseEntree box, std::int32_t enveloppe) {
         return enveloppe - std::min(nPositif(E[box]), enveloppe);
     };
-    if (ligne.enveloppe == Enveloppe::Neuve) m_enveloppe = nEnveloppeLocative;
-    if (ligne.enveloppe == Enveloppe::Ligne7IR) m_enveloppe = resteApres("7IR", nEnveloppeLocative);
+    if (ligne.enveloppe == Enveloppe::Neuve) m_enveloppe = loi[ligne.plafond];
+    if (ligne.enveloppe == Enveloppe::Ligne7IR) m_enveloppe = resteApres("7IR", loi[ligne.plafond]);
     const auto annuite = m_imputation.ImputeAnnuite({.ligne = ligne.sortie,
                                                      .niche = ligne.niche,
-                                                     .taux = ligne.taux,
+                                                     .taux = loi[ligne.taux],
                                                      .base = E[ligne.entree],
                                                      .plafond = m_enveloppe,
                                                      .report = ligne.report},
                                                     ligne.annees);
     if (ligne.premiere && annuite) {
         S[ligne.premiere] += *annuite;
-        for (int i = 1; i < ligne.fin - 2017; ++i) S[ligne.premiere + i] = S[ligne.premiere];
+        for (int i = 1; i < ligne.fin - anneeDesRevenus; ++i) S[ligne.premiere + i] = S[ligne.premiere];
     }
     m_enveloppe = resteApres(ligne.entree, m_enveloppe);
     CopieFractions(ligne.suivantes);
 }
 
 void Reductions::Impute(const LigneResidence& ligne) {
-    const std::int32_t plafond = PlafondDe(plafondResidences);
+    const std::int32_t plafond = PlafondDe(plafondResidences), taux = loi[ligne.taux];
     m_imputation.Impute({.ligne = ligne.sortie,
                          .niche = ligne.niche,
-                         .taux = ligne.taux,
+                         .taux = taux,
                          .base = E[ligne.entree],
                          .plafond = plafond,
-                         .limite = nPourcent(nArrondi(dDiv(plafond, nAnneesResidences)), ligne.taux)});
+                         .limite = nAuTaux(nArrondi(dDiv(plafond, nAnneesResidences)), taux)});
     CopieFractions(ligne.suivantes);
 }
 
 void Reductions::Impute(const outremer::LigneSimple& ligne) {
-    m_imputation.Impute({ligne.sortie, ligne.niche, 100, E[ligne.entree]});
+    m_imputation.Impute({ligne.sortie, ligne.niche, nTaux100, E[ligne.entree]});
 }
 
 void Reductions::Impute(const outremer::LigneReportee& ligne) {
-    m_imputation.ImputeOuMontre(
-        {.ligne = ligne.sortie, .niche = ligne.niche, .taux = 100, .base = E[ligne.entree], .report = ligne.suite});
+    m_imputation.ImputeOuMontre({.ligne = ligne.sortie,
+                                 .niche = ligne.niche,
+                                 .taux = nTaux100,
+                                 .base = E[ligne.entree],
+                                 .report = ligne.suite});
 }
 
 void Reductions::CopieFractions(const FractionsSuivantes& suivantes) {
@@ -334,7 +293,7 @@ void Reductions::CopieFractions(const FractionsSuivantes& suivantes) {
 
 // Subscriptions: what the reductions of each year take beyond the global cap is carried, the most recent year first.
 void Reductions::ReportsDuCapital() {
-    constexpr std::int32_t plafondGlobal = 10000;
+    const std::int32_t plafondGlobal = loi["niches.2013.plafond"];
     struct Annee {
         CaseSortie report;
         CaseSortie reductions[3];
@@ -391,7 +350,7 @@ void Reductions::ReportsForestiers() {
         {"7TE", {}}, {"7TF", "NP1_FOREST_TRAV_7TF"}, {"7TG", "NP1_FOREST_TRAV_7TG"}, {"7TH", "NP1_FOREST_TRAV_7TH"},
         {"7UU", {}}, {"7TI", "NP1_FOREST_TRAV_7TI"},
     };
-    std::int32_t reste = ParFoyer(6250) - E["7UL"];
+    std::int32_t reste = ParFoyer(loi["reductions.7UL.plafond"]) - E["7UL"];
     for (const Travaux& t : travaux) {
         if (t.report) S[t.report] = nPositif(E[t.depense] - nPositif(reste));
         reste -= E[t.depense];

@@ -30,18 +30,19 @@ enum class Commun {
 
 /// The ceiling of a line's base.
 struct Plafond {
-    std::int32_t montant = Imputation::nSansPlafond;
+    Parametre montant;      ///< none: no ceiling of its own
     bool parFoyer = false;  ///< doubled for a couple
     Commun commun = Commun::Aucun;
     CaseEntree fois = {};  ///< so many times the amount
     bool siImpot = false;  ///< nothing is retained once no tax is left
 
     constexpr Plafond() = default;
-    constexpr Plafond(std::int32_t m, bool f = false) : montant(m), parFoyer(f) {}
-    constexpr Plafond(Commun c, std::int32_t m = Imputation::nSansPlafond) : montant(m), commun(c) {}
+    consteval Plafond(const char* parametre) : montant(parametre) {}
+    constexpr Plafond(Parametre m, bool f = false) : montant(m), parFoyer(f) {}
+    constexpr Plafond(Commun c, Parametre m = {}) : montant(m), commun(c) {}
 };
-constexpr Plafond ParFoyer(std::int32_t montant) { return {montant, true}; }
-consteval Plafond Fois(std::int32_t montant, CaseEntree nombre) {
+consteval Plafond ParFoyer(Parametre montant) { return {montant, true}; }
+consteval Plafond Fois(Parametre montant, CaseEntree nombre) {
     Plafond plafond(montant);
     plafond.fois = nombre;
     return plafond;
@@ -53,61 +54,66 @@ consteval Plafond SiImpot() {
 }
 
 /// A base that is not an entry box, found from the inputs and the outputs so far.
-using Base = std::int32_t (*)(const Entrees& E, const Valeurs& S);
+using Base = std::int32_t (*)(const Entrees& E, const Valeurs& S, const Loi& loi);
+
+inline constexpr std::int32_t nTaux100 = 10000;  ///< 100 %, in hundredths of a percent
+/// The rate of a row: that of the law, or 100 %.
+inline constexpr Parametre auTaux100 = {};
+constexpr std::int32_t TauxDe(const Loi& loi, Parametre taux) { return taux ? loi[taux] : nTaux100; }
 
 /// A rate of an entry box, within a ceiling.
 struct LigneTaux {
     CaseSortie sortie;
     CaseEntree entree;
-    double taux;
+    Parametre taux;
     Plafond plafond;
     Niche niche;
     CaseSortie report = {};  ///< what the tax can't bear is added here
     Base base = nullptr;     ///< the base, when it is not the entry box itself
 };
 
-inline constexpr std::int32_t nPlafondPrestation = 30500;
-
 /// What a compensatory payment in capital gives of its ceiling, CGI art. 199 octodecies.
-inline std::int32_t PrestationCompensatoire(const Entrees& E, const Valeurs&) {
-    return E["7WO"] <= nPlafondPrestation ? E["7WN"] : nProrata(E["7WN"], nPlafondPrestation, E["7WO"]);
+inline std::int32_t PrestationCompensatoire(const Entrees& E, const Valeurs&, const Loi& loi) {
+    const std::int32_t plafond = loi["reductions.7WN.plafond"];
+    return E["7WO"] <= plafond ? E["7WN"] : nProrata(E["7WN"], plafond, E["7WO"]);
 }
 /// The share of the worldwide tax that the foreign income with a credit equal to the French tax bears.
-inline std::int32_t CreditEgalALImpot(const Entrees&, const Valeurs& S) {
+inline std::int32_t CreditEgalALImpot(const Entrees&, const Valeurs& S, const Loi&) {
     return nProrata(S["IMPOT_ETR_TK"], S["IMPOT_ETR_REV_TK"], S["IMPOT_ETR_RMI"]);
 }
 
 inline constexpr LigneTaux premieresLignes[] = {
-    {"U_FOREST_ASSUR", "7UL", 76, Commun::TravauxForestiers, N2013},
-    {"U_REDUC_7UD", "7UD", 75, Commun::AidePersonnesEnDifficulte, HorsPlafond},
-    {"U_REDUC_7VA", "7VA", 75, Commun::AidePersonnesEnDifficulte, HorsPlafond},
-    {"U_REDUC_7UM", "7UM", 50, ParFoyer(5000), HorsPlafond},
-    {"U_REDUC_7MY", "7MY", 50, Commun::Presse, N2013},
-    {"U_REDUC_7MX", "7MX", 30, Commun::Presse, N2013},
-    {"U_REDUC_7UC", "7UC", 50, 1000, HorsPlafond},
-    {"U_REDUC_7EN", "7EN", 48, Commun::Sofica, N2013S},
-    {"U_REDUC_7GN", "7GN", 36, Commun::Sofica, N2013S},
-    {"U_REDUC_7FN", "7FN", 30, Commun::Sofica, N2013S},
-    {"U_REDUC_7FL", "7FL", 38, ParFoyer(12000), N2013},
-    {"U_REDUC_7FM", "7FM", 38, ParFoyer(12000), N2013},
-    {"U_REDUC_7FH", "7FH", 25, ParFoyer(20000), HorsPlafond},
-    {"U_REDUC_7WP", "7WP", 25, nPlafondPrestation, HorsPlafond},
+    {"U_FOREST_ASSUR", "7UL", "reductions.7UL.taux", Commun::TravauxForestiers, N2013},
+    {"U_REDUC_7UD", "7UD", "reductions.7UD.taux", Commun::AidePersonnesEnDifficulte, HorsPlafond},
+    {"U_REDUC_7VA", "7VA", "reductions.7UD.taux", Commun::AidePersonnesEnDifficulte, HorsPlafond},
+    {"U_REDUC_7UM", "7UM", "reductions.7UM.taux", ParFoyer("reductions.7UM.plafond"), HorsPlafond},
+    {"U_REDUC_7MY", "7MY", "reductions.7MY.taux", Commun::Presse, N2013},
+    {"U_REDUC_7MX", "7MX", "reductions.7MX.taux", Commun::Presse, N2013},
+    {"U_REDUC_7UC", "7UC", "reductions.7UC.taux", "reductions.7UC.plafond", HorsPlafond},
+    {"U_REDUC_7EN", "7EN", "reductions.7EN.taux", Commun::Sofica, N2013S},
+    {"U_REDUC_7GN", "7GN", "reductions.7GN.taux", Commun::Sofica, N2013S},
+    {"U_REDUC_7FN", "7FN", "reductions.7FN.taux", Commun::Sofica, N2013S},
+    {"U_REDUC_7FL", "7FL", "reductions.7FL.taux", ParFoyer("reductions.7FL.plafond"), N2013},
+    {"U_REDUC_7FM", "7FM", "reductions.7FM.taux", ParFoyer("reductions.7FM.plafond"), N2013},
+    {"U_REDUC_7FH", "7FH", "reductions.7FH.taux", ParFoyer("reductions.7FH.plafond"), HorsPlafond},
+    {"U_REDUC_7WP", "7WP", "reductions.7WN.taux", "reductions.7WN.plafond", HorsPlafond},
     {.sortie = "U_REDUC_7WN_7WM_7WO",
      .entree = "7WN",
-     .taux = 25,
+     .taux = "reductions.7WN.taux",
      .plafond = {},
      .niche = HorsPlafond,
      .base = PrestationCompensatoire},
-    {"U_HEBERGEMENT_V", "7CD", 25, 10000, HorsPlafond},
-    {"U_HEBERGEMENT_C", "7CE", 25, 10000, HorsPlafond},
-    {"U_RENTE_SURVIE", "7GZ", 25, Commun::RenteSurvie, HorsPlafond},
-    {"U_REDUC_7GQ", "7GQ", 18, ParFoyer(12000), N2013},
-    {"U_REDUC_7FQ", "7FQ", 18, ParFoyer(12000), N2013},
-    {"U_REDUC_7NZ", "7NZ", 18, 20000, N2013},
+    {"U_HEBERGEMENT_V", "7CD", "reductions.7CD.taux", "reductions.7CD.plafond", HorsPlafond},
+    {"U_HEBERGEMENT_C", "7CE", "reductions.7CD.taux", "reductions.7CD.plafond", HorsPlafond},
+    {"U_RENTE_SURVIE", "7GZ", "reductions.7GZ.taux", Commun::RenteSurvie, HorsPlafond},
+    {"U_REDUC_7GQ", "7GQ", "reductions.7GQ.taux", ParFoyer("reductions.7GQ.plafond"), N2013},
+    {"U_REDUC_7FQ", "7FQ", "reductions.7FQ.taux", ParFoyer("reductions.7FQ.plafond"), N2013},
+    {"U_REDUC_7NZ", "7NZ", "reductions.7NZ.taux", "reductions.7NZ.plafond", N2013},
 };
 
 /// Accounting expenses of small businesses, within an amount for each.
-inline constexpr LigneTaux fraisDeComptabilite[] = {{"U_FRAIS_COMPTA", "7FF", 100, Fois(915, "7FG"), HorsPlafond}};
+inline constexpr LigneTaux fraisDeComptabilite[] = {
+    {"U_FRAIS_COMPTA", "7FF", auTaux100, Fois("reductions.7FF.plafond", "7FG"), HorsPlafond}};
 
 /// Children in education, so much for each by level (CGI art. 199 quater F); half in alternating residence.
 struct LigneEnfants {
@@ -116,7 +122,6 @@ struct LigneEnfants {
     std::int32_t diviseur;
     Niche niche = HorsPlafond;
 };
-inline constexpr std::int32_t nCollege = 61, nLycee = 153, nSuperieur = 183;
 inline constexpr LigneEnfants enfantsScolarises[] = {
     {"U_ENFANTS_ACHARGE", "7EA", "7EC", "7EF", 1},
     {"U_ENFANTS_ALTERNE", "7EB", "7ED", "7EG", 2},
@@ -127,16 +132,16 @@ struct LigneDon {
     LigneTaux ligne;
     CaseSortie report;
 };
-inline constexpr std::int32_t nTauxDons = 66;
 inline constexpr LigneDon lignesDons[] = {
-    {{"U_DONS_OEUVRES_Nm5", "7XS", nTauxDons, Commun::Dons, HorsPlafond}, {}},
-    {{"U_DONS_OEUVRES_Nm4", "7XT", nTauxDons, Commun::Dons, HorsPlafond}, "NP1_DONS_Nm4"},
-    {{"U_DONS_OEUVRES_Nm3", "7XU", nTauxDons, Commun::Dons, HorsPlafond}, "NP1_DONS_Nm3"},
-    {{"U_DONS_OEUVRES_Nm2", "7XW", nTauxDons, Commun::Dons, HorsPlafond}, "NP1_DONS_Nm2"},
-    {{"U_DONS_OEUVRES_Nm1", "7XY", nTauxDons, Commun::Dons, HorsPlafond}, "NP1_DONS_Nm1"},
-    {{"U_DONS_PARTIS_N", "7UH", nTauxDons, {Commun::Dons, 15000}, HorsPlafond}, "NP1_DONS_N"},
-    {{"U_DONS_OEUVRES_N", "7UF", nTauxDons, Commun::Dons, HorsPlafond}, "NP1_DONS_N"},
-    {{"U_DONS_AUTRES_N", "7VC", nTauxDons, Commun::Dons, HorsPlafond}, "NP1_DONS_N"},
+    {{"U_DONS_OEUVRES_Nm5", "7XS", "reductions.7UF.taux", Commun::Dons, HorsPlafond}, {}},
+    {{"U_DONS_OEUVRES_Nm4", "7XT", "reductions.7UF.taux", Commun::Dons, HorsPlafond}, "NP1_DONS_Nm4"},
+    {{"U_DONS_OEUVRES_Nm3", "7XU", "reductions.7UF.taux", Commun::Dons, HorsPlafond}, "NP1_DONS_Nm3"},
+    {{"U_DONS_OEUVRES_Nm2", "7XW", "reductions.7UF.taux", Commun::Dons, HorsPlafond}, "NP1_DONS_Nm2"},
+    {{"U_DONS_OEUVRES_Nm1", "7XY", "reductions.7UF.taux", Commun::Dons, HorsPlafond}, "NP1_DONS_Nm1"},
+    {{"U_DONS_PARTIS_N", "7UH", "reductions.7UF.taux", {Commun::Dons, "reductions.7UH.plafond"}, HorsPlafond},
+     "NP1_DONS_N"},
+    {{"U_DONS_OEUVRES_N", "7UF", "reductions.7UF.taux", Commun::Dons, HorsPlafond}, "NP1_DONS_N"},
+    {{"U_DONS_AUTRES_N", "7VC", "reductions.7UF.taux", Commun::Dons, HorsPlafond}, "NP1_DONS_N"},
 };
 
 /// The fractions of later years that a return declares beside a line (code + "A", ...) and the boxes of next year's
@@ -175,7 +180,7 @@ struct LigneFraction {
 inline constexpr LigneTaux creditEtranger[] = {
     {.sortie = "U_ETR_REV_TK",
      .entree = {},
-     .taux = 100,
+     .taux = auTaux100,
      .plafond = {},
      .niche = HorsPlafond,
      .base = CreditEgalALImpot},
@@ -187,16 +192,20 @@ inline constexpr LigneFraction fractionsDeLAnnee[] = {
     {"7QZ", N2013},  {"7RZ", N2013},  {"7SZ", N2013S}, {"7TZ", N2013S},
 };
 
-inline constexpr std::int32_t nEnveloppeLocative = 300000;
+/// The ceilings of the rental schemes.
+inline constexpr Parametre intermediaire = "reductions.locatifIntermediaire.plafond";
+inline constexpr Parametre locatifNeuf = "reductions.locatifNeuf.plafond";
+inline constexpr Parametre meuble = "reductions.meuble.plafond";
 /// The ceiling of a line: a fresh one, or what another line left of its own.
 enum class Enveloppe { Neuve, LigneDAvant, Ligne7IR };
 inline constexpr Enveloppe MemeEnveloppe = Enveloppe::LigneDAvant;
 
 /// A reduction spread over several years.
 struct LigneEtalee {
+    Parametre plafond;
     CaseSortie sortie;
     CaseEntree entree;
-    double taux;
+    Parametre taux;
     int annees;  ///< years it is spread over
     int fin;     ///< last year
     Niche niche;
@@ -204,9 +213,10 @@ struct LigneEtalee {
     CaseSortie report;    ///< what the tax can't bear is added here
     Enveloppe enveloppe;
     FractionsSuivantes suivantes;
-    consteval LigneEtalee(const char* code, double t, int a, int f, Niche n, CaseSortie p, CaseSortie r,
-                          Enveloppe e = Enveloppe::Neuve)
-        : sortie(CaseSortie::Requise("U_REDUC_", code)),
+    consteval LigneEtalee(Parametre pl, const char* code, Parametre t, int a, int f, Niche n, CaseSortie p,
+                          CaseSortie r, Enveloppe e = Enveloppe::Neuve)
+        : plafond(pl),
+          sortie(CaseSortie::Requise("U_REDUC_", code)),
           entree(code),
           taux(t),
           annees(a),
@@ -220,83 +230,85 @@ struct LigneEtalee {
 
 /// Rental investments of the year: each group of lines shares a ceiling.
 inline constexpr LigneEtalee investissementsDeLAnnee[] = {
-    {"7EL", 29, 9, 2025, N2013, "NP1_7S19", {}},
-    {"7EK", 18, 9, 2025, N2013, "NP1_7S19", {}, MemeEnveloppe},
-    {"7GI", 29, 9, 2025, N2013, "NP1_7S19", {}},
-    {"7GH", 18, 9, 2025, N2013, "NP1_7S19", {}, MemeEnveloppe},
-    {"7QP", 29, 9, 2025, N2013S, "NP1_7S23", {}},
-    {"7QO", 23, 6, 2022, N2013S, "NP1_7S24", {}, MemeEnveloppe},
-    {"7QN", 18, 9, 2025, N2013, "NP1_7S21", {}, MemeEnveloppe},
-    {"7QM", 12, 6, 2022, N2013, "NP1_7S22", {}, MemeEnveloppe},
-    {"7QL", 29, 9, 2025, N2013S, "NP1_7S23", {}},
-    {"7QK", 23, 6, 2022, N2013S, "NP1_7S24", {}, MemeEnveloppe},
-    {"7QJ", 18, 9, 2025, N2013, "NP1_7S21", {}, MemeEnveloppe},
-    {"7QI", 12, 6, 2022, N2013, "NP1_7S22", {}, MemeEnveloppe},
-    {"7QH", 29, 9, 2025, N2013S, "NP1_7S23", {}},
-    {"7QG", 23, 6, 2022, N2013S, "NP1_7S24", {}, MemeEnveloppe},
-    {"7QF", 18, 9, 2025, N2013, "NP1_7S21", {}, MemeEnveloppe},
-    {"7QE", 12, 6, 2022, N2013, "NP1_7S22", {}, MemeEnveloppe},
-    {"7QD", 29, 9, 2025, N2013S, "NP1_7S23", {}},
-    {"7QC", 23, 6, 2022, N2013S, "NP1_7S24", {}, MemeEnveloppe},
-    {"7QB", 18, 9, 2025, N2013, "NP1_7S21", {}, MemeEnveloppe},
-    {"7QA", 12, 6, 2022, N2013, "NP1_7S22", {}, MemeEnveloppe},
+    {intermediaire, "7EL", "reductions.7EL.taux", 9, 2025, N2013, "NP1_7S19", {}},
+    {intermediaire, "7EK", "reductions.7EK.taux", 9, 2025, N2013, "NP1_7S19", {}, MemeEnveloppe},
+    {intermediaire, "7GI", "reductions.7EL.taux", 9, 2025, N2013, "NP1_7S19", {}},
+    {intermediaire, "7GH", "reductions.7EK.taux", 9, 2025, N2013, "NP1_7S19", {}, MemeEnveloppe},
+    {intermediaire, "7QP", "reductions.7QP.taux", 9, 2025, N2013S, "NP1_7S23", {}},
+    {intermediaire, "7QO", "reductions.7QO.taux", 6, 2022, N2013S, "NP1_7S24", {}, MemeEnveloppe},
+    {intermediaire, "7QN", "reductions.7QN.taux", 9, 2025, N2013, "NP1_7S21", {}, MemeEnveloppe},
+    {intermediaire, "7QM", "reductions.7QM.taux", 6, 2022, N2013, "NP1_7S22", {}, MemeEnveloppe},
+    {intermediaire, "7QL", "reductions.7QP.taux", 9, 2025, N2013S, "NP1_7S23", {}},
+    {intermediaire, "7QK", "reductions.7QO.taux", 6, 2022, N2013S, "NP1_7S24", {}, MemeEnveloppe},
+    {intermediaire, "7QJ", "reductions.7QN.taux", 9, 2025, N2013, "NP1_7S21", {}, MemeEnveloppe},
+    {intermediaire, "7QI", "reductions.7QM.taux", 6, 2022, N2013, "NP1_7S22", {}, MemeEnveloppe},
+    {intermediaire, "7QH", "reductions.7QP.taux", 9, 2025, N2013S, "NP1_7S23", {}},
+    {intermediaire, "7QG", "reductions.7QO.taux", 6, 2022, N2013S, "NP1_7S24", {}, MemeEnveloppe},
+    {intermediaire, "7QF", "reductions.7QN.taux", 9, 2025, N2013, "NP1_7S21", {}, MemeEnveloppe},
+    {intermediaire, "7QE", "reductions.7QM.taux", 6, 2022, N2013, "NP1_7S22", {}, MemeEnveloppe},
+    {intermediaire, "7QD", "reductions.7QP.taux", 9, 2025, N2013S, "NP1_7S23", {}},
+    {intermediaire, "7QC", "reductions.7QO.taux", 6, 2022, N2013S, "NP1_7S24", {}, MemeEnveloppe},
+    {intermediaire, "7QB", "reductions.7QN.taux", 9, 2025, N2013, "NP1_7S21", {}, MemeEnveloppe},
+    {intermediaire, "7QA", "reductions.7QM.taux", 6, 2022, N2013, "NP1_7S22", {}, MemeEnveloppe},
 };
 
 /// Subscriptions to the capital of small companies.
 inline constexpr LigneTaux souscriptions[] = {
-    {"U_CAPITAL_NOUV_NM4", "7CL", 18, Commun::Capital, N2013},
-    {"U_CAPITAL_NOUV_NM3", "7CM", 18, Commun::Capital, N2013},
-    {"U_CAPITAL_NOUV_NM2", "7CN", 18, Commun::Capital, N2013},
-    {"U_CAPITAL_NOUV_NM1", "7CC", 18, Commun::Capital, N2013},
+    {"U_CAPITAL_NOUV_NM4", "7CL", "reductions.7CF.taux", Commun::Capital, N2013},
+    {"U_CAPITAL_NOUV_NM3", "7CM", "reductions.7CF.taux", Commun::Capital, N2013},
+    {"U_CAPITAL_NOUV_NM2", "7CN", "reductions.7CF.taux", Commun::Capital, N2013},
+    {"U_CAPITAL_NOUV_NM1", "7CC", "reductions.7CF.taux", Commun::Capital, N2013},
 };
 inline constexpr LigneTaux souscriptionsPME[] = {
-    {"U_CAPITAL_NOUV_7CQ", "7CQ", 18, Commun::CapitalPME, N2013},
-    {"U_CAPITAL_NOUV_7CR", "7CR", 18, Commun::CapitalPME, N2013},
-    {"U_CAPITAL_NOUV_7CV", "7CV", 18, Commun::CapitalPME, N2013},
-    {"U_CAPITAL_NOUV_7CX", "7CX", 18, Commun::CapitalPME, N2013},
-    {"U_CAPITAL_PE_N", "7CF", 18, Commun::CapitalPME, N2013},
+    {"U_CAPITAL_NOUV_7CQ", "7CQ", "reductions.7CF.taux", Commun::CapitalPME, N2013},
+    {"U_CAPITAL_NOUV_7CR", "7CR", "reductions.7CF.taux", Commun::CapitalPME, N2013},
+    {"U_CAPITAL_NOUV_7CV", "7CV", "reductions.7CF.taux", Commun::CapitalPME, N2013},
+    {"U_CAPITAL_NOUV_7CX", "7CX", "reductions.7CF.taux", Commun::CapitalPME, N2013},
+    {"U_CAPITAL_PE_N", "7CF", "reductions.7CF.taux", Commun::CapitalPME, N2013},
 };
 /// Reductions in excess of the global cap in earlier years.
 inline constexpr LigneTaux reductionsExcedentaires[] = {
-    {"U_CAPITAL_NOUV_7CY", "7CY", 100, SiImpot(), N2013},
-    {"U_CAPITAL_NOUV_7DY", "7DY", 100, SiImpot(), N2013},
-    {"U_CAPITAL_NOUV_7EY", "7EY", 100, SiImpot(), N2013},
-    {"U_CAPITAL_NOUV_7FY", "7FY", 100, SiImpot(), N2013},
+    {"U_CAPITAL_NOUV_7CY", "7CY", auTaux100, SiImpot(), N2013},
+    {"U_CAPITAL_NOUV_7DY", "7DY", auTaux100, SiImpot(), N2013},
+    {"U_CAPITAL_NOUV_7EY", "7EY", auTaux100, SiImpot(), N2013},
+    {"U_CAPITAL_NOUV_7FY", "7FY", auTaux100, SiImpot(), N2013},
 };
 
 /// Forests bought.
-inline constexpr LigneTaux acquisitionsForestieres[] = {{"U_FOREST_ACQU", "7UN", 18, ParFoyer(5700), N2013}};
+inline constexpr LigneTaux acquisitionsForestieres[] = {
+    {"U_FOREST_ACQU", "7UN", "reductions.7UN.taux", ParFoyer("reductions.7UN.plafond"), N2013}};
 
 /// Forest works of earlier years, under the ceiling that the forest insurance left.
 inline constexpr LigneTaux travauxForestiers[] = {
-    {"U_FOREST_TRAV_NM5_8ans", "7TE", 25, Commun::TravauxForestiers, N2009},
-    {"U_FOREST_TRAV_NM4_8ans", "7TF", 25, Commun::TravauxForestiers, N2010},
-    {"U_FOREST_TRAV_NM3_8ans", "7TG", 22, Commun::TravauxForestiers, N2011},
-    {"U_FOREST_TRAV_NM2_8ans", "7TH", 18, Commun::TravauxForestiers, N2012},
-    {"U_FOREST_TRAV_NM1", "7UU", 18, Commun::TravauxForestiers, N2013},
-    {"U_FOREST_TRAV_NM1_8ans", "7TI", 18, Commun::TravauxForestiers, N2013},
+    {"U_FOREST_TRAV_NM5_8ans", "7TE", "reductions.7TE.taux", Commun::TravauxForestiers, N2009},
+    {"U_FOREST_TRAV_NM4_8ans", "7TF", "reductions.7TF.taux", Commun::TravauxForestiers, N2010},
+    {"U_FOREST_TRAV_NM3_8ans", "7TG", "reductions.7TG.taux", Commun::TravauxForestiers, N2011},
+    {"U_FOREST_TRAV_NM2_8ans", "7TH", "reductions.7TH.taux", Commun::TravauxForestiers, N2012},
+    {"U_FOREST_TRAV_NM1", "7UU", "reductions.7TI.taux", Commun::TravauxForestiers, N2013},
+    {"U_FOREST_TRAV_NM1_8ans", "7TI", "reductions.7TI.taux", Commun::TravauxForestiers, N2013},
 };
 
 /// Tourist residences in rural zones: a rate of the base, but no more than of a sixth of the ceiling.
 struct LigneResidence {
     CaseSortie sortie;
     CaseEntree entree;
-    double taux;
+    Parametre taux;
     Niche niche;
     FractionsSuivantes suivantes;
-    consteval LigneResidence(CaseSortie s, const char* code, double t, Niche n)
-        : sortie(s), entree(code), taux(t), niche(n), suivantes(code) {}
+    consteval LigneResidence(CaseSortie s, const char* code, Niche n)
+        : sortie(s), entree(code), taux(Parametre::Requis("reductions.", code, ".taux")), niche(n), suivantes(code) {}
 };
-inline constexpr Plafond plafondResidences = ParFoyer(50000);
+inline constexpr Plafond plafondResidences = ParFoyer("reductions.7XN.plafond");
 inline constexpr int nAnneesResidences = 6;
 inline constexpr LigneResidence residencesDeTourisme[] = {
-    {"U_INV_ZRR_XN", "7XN", 25, N2011},
-    {"U_INV_ZRR_UY", "7UY", 25, N2012},
-    {"U_INV_ZRR_XV", "7XV", 20, N2011},
-    {"U_INV_ZRR_UZ", "7UZ", 20, N2012},
+    {"U_INV_ZRR_XN", "7XN", N2011},
+    {"U_INV_ZRR_UY", "7UY", N2012},
+    {"U_INV_ZRR_XV", "7XV", N2011},
+    {"U_INV_ZRR_UZ", "7UZ", N2012},
 };
 /// Works on tourist residences.
-inline constexpr LigneTaux travauxDeResidences[] = {{"U_REDUC_7XX", "7XX", 20, 22000, N2013}};
+inline constexpr LigneTaux travauxDeResidences[] = {
+    {"U_REDUC_7XX", "7XX", "reductions.7XX.taux", "reductions.7XX.plafond", N2013}};
 
 /// Furnished letting: reductions that the tax of earlier years could not bear.
 inline constexpr LigneFraction meubleReporte[] = {
@@ -309,20 +321,20 @@ inline constexpr LigneFraction meubleReporte[] = {
     {"7ZP", N2011, "NP1_7ZP"},        {"7ZO", N2011, "NP1_7ZO"},
 };
 
-// ---- Rental schemes, each line within a ceiling of 300 000.
+// ---- Rental schemes, each line within a ceiling of its own.
 
 /// Investments of 2009 and 2010 still spread.
 inline constexpr LigneEtalee locatifAncien[] = {
-    {"7HS", 40, 9, 2017, N2009, {}, "NP1_REPORT_7R5"},
-    {"7HR", 25, 9, 2017, N2009, {}, "NP1_REPORT_7R5"},
-    {"7HU", 40, 9, 2018, N2009, {}, "NP1_REPORT_7R5"},
-    {"7HT", 25, 9, 2018, N2009, {}, "NP1_REPORT_7R5"},
-    {"7HZ", 40, 9, 2018, N2009, {}, "NP1_REPORT_7R5"},
-    {"7HX", 25, 9, 2018, N2009, {}, "NP1_REPORT_7R5"},
-    {"7HW", 40, 9, 2018, N2010, {}, "NP1_REPORT_7R6"},
-    {"7HV", 25, 9, 2018, N2010, {}, "NP1_REPORT_7R6"},
-    {"7IK", 25, 9, 2017, N2009, {}, {}},
-    {"7IR", 25, 9, 2018, N2009, {}, "NP1_REPORT_7R1"},
+    {locatifNeuf, "7HS", "reductions.7HS.taux", 9, 2017, N2009, {}, "NP1_REPORT_7R5"},
+    {locatifNeuf, "7HR", "reductions.7HR.taux", 9, 2017, N2009, {}, "NP1_REPORT_7R5"},
+    {locatifNeuf, "7HU", "reductions.7HS.taux", 9, 2018, N2009, {}, "NP1_REPORT_7R5"},
+    {locatifNeuf, "7HT", "reductions.7HR.taux", 9, 2018, N2009, {}, "NP1_REPORT_7R5"},
+    {locatifNeuf, "7HZ", "reductions.7HS.taux", 9, 2018, N2009, {}, "NP1_REPORT_7R5"},
+    {locatifNeuf, "7HX", "reductions.7HR.taux", 9, 2018, N2009, {}, "NP1_REPORT_7R5"},
+    {locatifNeuf, "7HW", "reductions.7HW.taux", 9, 2018, N2010, {}, "NP1_REPORT_7R6"},
+    {locatifNeuf, "7HV", "reductions.7HV.taux", 9, 2018, N2010, {}, "NP1_REPORT_7R6"},
+    {meuble, "7IK", "reductions.7IR.taux", 9, 2017, N2009, {}, {}},
+    {meuble, "7IR", "reductions.7IR.taux", 9, 2018, N2009, {}, "NP1_REPORT_7R1"},
 };
 
 /// The carry box of a carried rental fraction, by year group.
@@ -372,50 +384,50 @@ inline constexpr LigneFraction locatifFractions[] = {
 };
 
 inline constexpr LigneEtalee locatifRecent[] = {
-    {"7NR", 40, 5, 2021, N2011, "NP1_7S12", "NP1_REPORT_7R7"},
-    {"7NS", 40, 5, 2021, N2011, "NP1_7S12", "NP1_REPORT_7R7"},
-    {"7NT", 36, 5, 2021, N2011, "NP1_7S12", "NP1_REPORT_7R7"},
-    {"7NP", 36, 5, 2021, N2011, "NP1_7S12", "NP1_REPORT_7R7"},
-    {"7NM", 40, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
-    {"7NN", 40, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
-    {"7NO", 36, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
-    {"7NK", 36, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
-    {"7NC", 25, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
-    {"7ND", 25, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
-    {"7NH", 25, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
-    {"7NE", 22, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
-    {"7NA", 22, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
-    {"7NI", 15, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
-    {"7NJ", 13, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
-    {"7NF", 13, 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
-    {"7ZA", 5, 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
-    {"7ZB", 6, 3, 2019, N2010, "NP1_7S10", "REPORT_7R12"},
-    {"7ZC", 6, 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
-    {"7ZD", 5, 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
-    {"7ZE", 5, 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
-    {"7ZF", 6, 3, 2019, N2010, "NP1_7S10", "REPORT_7R12"},
-    {"7ZG", 6, 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
-    {"7ZH", 5, 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
-    {"7ZI", 4, 3, 2019, N2012, "NP1_7S16", "REPORT_7R14"},
-    {"7ZJ", 5, 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
-    {"7ZK", 5, 3, 2019, N2012, "NP1_7S16", "REPORT_7R14"},
-    {"7ZL", 4, 3, 2019, N2012, "NP1_7S16", "REPORT_7R14"},
-    {"7JQ", 36, 5, 2021, N2012, "NP1_7S13", "NP1_REPORT_7R8"},
-    {"7JR", 24, 5, 2021, N2012, "NP1_7S13", "NP1_REPORT_7R8"},
-    {"7JO", 24, 5, 2021, N2012, "NP1_7S13", "NP1_REPORT_7R8"},
-    {"7JM", 36, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
-    {"7JN", 24, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
-    {"7JK", 24, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
-    {"7JD", 22, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
-    {"7JE", 13, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
-    {"7JA", 13, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
-    {"7JH", 13, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
-    {"7JJ", 6, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
-    {"7JF", 6, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
-    {"7FD", 24, 5, 2021, N2012, "NP1_7S13", "NP1_REPORT_7R8"},
-    {"7FC", 24, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
-    {"7FA", 13, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
-    {"7FB", 6, 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {locatifNeuf, "7NR", "reductions.7NM.taux", 5, 2021, N2011, "NP1_7S12", "NP1_REPORT_7R7"},
+    {locatifNeuf, "7NS", "reductions.7NM.taux", 5, 2021, N2011, "NP1_7S12", "NP1_REPORT_7R7"},
+    {locatifNeuf, "7NT", "reductions.7NO.taux", 5, 2021, N2011, "NP1_7S12", "NP1_REPORT_7R7"},
+    {locatifNeuf, "7NP", "reductions.7NO.taux", 5, 2021, N2011, "NP1_7S12", "NP1_REPORT_7R7"},
+    {locatifNeuf, "7NM", "reductions.7NM.taux", 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {locatifNeuf, "7NN", "reductions.7NM.taux", 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {locatifNeuf, "7NO", "reductions.7NO.taux", 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {locatifNeuf, "7NK", "reductions.7NO.taux", 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {locatifNeuf, "7NC", "reductions.7NC.taux", 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {locatifNeuf, "7ND", "reductions.7NC.taux", 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {locatifNeuf, "7NH", "reductions.7NC.taux", 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {locatifNeuf, "7NE", "reductions.7NA.taux", 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {locatifNeuf, "7NA", "reductions.7NA.taux", 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {locatifNeuf, "7NI", "reductions.7NI.taux", 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {locatifNeuf, "7NJ", "reductions.7NF.taux", 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {locatifNeuf, "7NF", "reductions.7NF.taux", 9, 2025, N2011, "NP1_7S11", "NP1_REPORT_7R7"},
+    {locatifNeuf, "7ZA", "reductions.7ZA.taux", 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
+    {locatifNeuf, "7ZB", "reductions.7ZB.taux", 3, 2019, N2010, "NP1_7S10", "REPORT_7R12"},
+    {locatifNeuf, "7ZC", "reductions.7ZC.taux", 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
+    {locatifNeuf, "7ZD", "reductions.7ZA.taux", 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
+    {locatifNeuf, "7ZE", "reductions.7ZA.taux", 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
+    {locatifNeuf, "7ZF", "reductions.7ZB.taux", 3, 2019, N2010, "NP1_7S10", "REPORT_7R12"},
+    {locatifNeuf, "7ZG", "reductions.7ZC.taux", 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
+    {locatifNeuf, "7ZH", "reductions.7ZA.taux", 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
+    {locatifNeuf, "7ZI", "reductions.7ZI.taux", 3, 2019, N2012, "NP1_7S16", "REPORT_7R14"},
+    {locatifNeuf, "7ZJ", "reductions.7ZA.taux", 3, 2019, N2011, "NP1_7S14", "REPORT_7R13"},
+    {locatifNeuf, "7ZK", "reductions.7ZK.taux", 3, 2019, N2012, "NP1_7S16", "REPORT_7R14"},
+    {locatifNeuf, "7ZL", "reductions.7ZI.taux", 3, 2019, N2012, "NP1_7S16", "REPORT_7R14"},
+    {locatifNeuf, "7JQ", "reductions.7JM.taux", 5, 2021, N2012, "NP1_7S13", "NP1_REPORT_7R8"},
+    {locatifNeuf, "7JR", "reductions.7JN.taux", 5, 2021, N2012, "NP1_7S13", "NP1_REPORT_7R8"},
+    {locatifNeuf, "7JO", "reductions.7JN.taux", 5, 2021, N2012, "NP1_7S13", "NP1_REPORT_7R8"},
+    {locatifNeuf, "7JM", "reductions.7JM.taux", 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {locatifNeuf, "7JN", "reductions.7JN.taux", 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {locatifNeuf, "7JK", "reductions.7JN.taux", 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {locatifNeuf, "7JD", "reductions.7JD.taux", 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {locatifNeuf, "7JE", "reductions.7JA.taux", 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {locatifNeuf, "7JA", "reductions.7JA.taux", 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {locatifNeuf, "7JH", "reductions.7JA.taux", 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {locatifNeuf, "7JJ", "reductions.7JF.taux", 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {locatifNeuf, "7JF", "reductions.7JF.taux", 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {locatifNeuf, "7FD", "reductions.7JN.taux", 5, 2021, N2012, "NP1_7S13", "NP1_REPORT_7R8"},
+    {locatifNeuf, "7FC", "reductions.7JN.taux", 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {locatifNeuf, "7FA", "reductions.7JA.taux", 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
+    {locatifNeuf, "7FB", "reductions.7JF.taux", 9, 2025, N2012, "NP1_7S15", "NP1_REPORT_7R8"},
 };
 
 /// Older furnished-letting schemes, without later fractions.
@@ -451,8 +463,8 @@ inline constexpr LigneFraction meubleAncien[] = {
 
 /// Furnished letting, investments of 2010: under what the line 7IR and then each other left.
 inline constexpr LigneEtalee meuble2010[] = {
-    {"7IQ", 25, 9, 2018, N2009, {}, "NP1_REPORT_7R1", Enveloppe::Ligne7IR},
-    {"7IP", 25, 9, 2018, N2010, {}, "NP1_REPORT_7R2", MemeEnveloppe},
+    {meuble, "7IQ", "reductions.7IR.taux", 9, 2018, N2009, {}, "NP1_REPORT_7R1", Enveloppe::Ligne7IR},
+    {meuble, "7IP", "reductions.7IP.taux", 9, 2018, N2010, {}, "NP1_REPORT_7R2", MemeEnveloppe},
 };
 
 inline constexpr LigneFraction meubleFractions[] = {
@@ -465,30 +477,32 @@ inline constexpr LigneFraction meubleFractions[] = {
 };
 
 inline constexpr LigneEtalee meubleRecent[] = {
-    {"7IJ", 18, 9, 2025, N2011, "NP1_7S3", {}},
-    {"7ID", 11, 9, 2025, N2012, "NP1_7S4", {}},
-    {"7JT", 11, 9, 2025, N2013, "NP1_7S18", {}},
-    {"7OU", 11, 9, 2024, N2013, "NP1_7S18", {}, MemeEnveloppe},
-    {"7OV", 11, 9, 2024, N2013, "NP1_7S18", {}, MemeEnveloppe},
-    {"7OW", 11, 9, 2024, N2013, "NP1_7S18", {}, MemeEnveloppe},
-    {"7OX", 11, 9, 2025, N2013, "NP1_7S18", {}, MemeEnveloppe},
+    {meuble, "7IJ", "reductions.7IJ.taux", 9, 2025, N2011, "NP1_7S3", {}},
+    {meuble, "7ID", "reductions.7ID.taux", 9, 2025, N2012, "NP1_7S4", {}},
+    {meuble, "7JT", "reductions.7JT.taux", 9, 2025, N2013, "NP1_7S18", {}},
+    {meuble, "7OU", "reductions.7JT.taux", 9, 2024, N2013, "NP1_7S18", {}, MemeEnveloppe},
+    {meuble, "7OV", "reductions.7JT.taux", 9, 2024, N2013, "NP1_7S18", {}, MemeEnveloppe},
+    {meuble, "7OW", "reductions.7JT.taux", 9, 2024, N2013, "NP1_7S18", {}, MemeEnveloppe},
+    {meuble, "7OX", "reductions.7JT.taux", 9, 2025, N2013, "NP1_7S18", {}, MemeEnveloppe},
 };
 
 /// Preservation of the natural heritage (CGI art. 199 octovicies).
 inline constexpr LigneTaux patrimoine[] = {
-    {"U_PRESERV_PATRIM_NM3", "7KC", 100, 2200, N2011},
-    {"U_PRESERV_PATRIM_NM2", "7KD", 100, 1800, N2012, "NP1_PRESERV_PATRIM_7KD"},
-    {"U_PRESERV_PATRIM_NM1", "7KE", 100, 1800, N2013, "NP1_PRESERV_PATRIM_7KE"},
+    {"U_PRESERV_PATRIM_NM3", "7KC", auTaux100, "reductions.7KC.plafond", N2011},
+    {"U_PRESERV_PATRIM_NM2", "7KD", auTaux100, "reductions.7KD.plafond", N2012, "NP1_PRESERV_PATRIM_7KD"},
+    {"U_PRESERV_PATRIM_NM1", "7KE", auTaux100, "reductions.7KE.plafond", N2013, "NP1_PRESERV_PATRIM_7KE"},
 };
 
 /// Restored buildings (CGI art. 199 tervicies): a ceiling of one year, or of four.
 inline constexpr LigneTaux immeublesRestaures[] = {
-    {"U_REDUC_7SY", "7SY", 30, Commun::ImmeublesRestaures, ToujoursActive},
-    {"U_REDUC_7NX", "7NX", 30, Commun::ImmeublesRestaures, ToujoursActive},
-    {"U_REDUC_7TX", "7TX", 30, Commun::ImmeublesRestauresQuatreAns, ToujoursActive, "NP1_REPORT_7R11"},
-    {"U_REDUC_7SX", "7SX", 22, Commun::ImmeublesRestaures, ToujoursActive},
-    {"U_REDUC_7NY", "7NY", 22, Commun::ImmeublesRestaures, ToujoursActive},
-    {"U_REDUC_7TY", "7TY", 22, Commun::ImmeublesRestauresQuatreAns, ToujoursActive, "NP1_REPORT_7R11"},
+    {"U_REDUC_7SY", "7SY", "reductions.7SY.taux", Commun::ImmeublesRestaures, ToujoursActive},
+    {"U_REDUC_7NX", "7NX", "reductions.7SY.taux", Commun::ImmeublesRestaures, ToujoursActive},
+    {"U_REDUC_7TX", "7TX", "reductions.7SY.taux", Commun::ImmeublesRestauresQuatreAns, ToujoursActive,
+     "NP1_REPORT_7R11"},
+    {"U_REDUC_7SX", "7SX", "reductions.7SX.taux", Commun::ImmeublesRestaures, ToujoursActive},
+    {"U_REDUC_7NY", "7NY", "reductions.7SX.taux", Commun::ImmeublesRestaures, ToujoursActive},
+    {"U_REDUC_7TY", "7TY", "reductions.7SX.taux", Commun::ImmeublesRestauresQuatreAns, ToujoursActive,
+     "NP1_REPORT_7R11"},
 };
 
 // ---- The order of imputation, group by group.
@@ -532,7 +546,7 @@ struct Groupe {
             if constexpr (requires { ligne.report; })
                 if (ligne.report) tous.Ajoute(ligne.report);
             if constexpr (requires { ligne.premiere; })
-                for (int i = 0; ligne.premiere && i < ligne.fin - 2017; ++i) tous.Ajoute(ligne.premiere + i);
+                for (int i = 0; ligne.premiere && i < ligne.fin - anneeDesRevenus; ++i) tous.Ajoute(ligne.premiere + i);
         }
         return tous;
     }();

@@ -62,7 +62,7 @@ void RevenuNet::Charges() {
     CsgDeductible();
     PensionsVersees();
     if (E["6GU"] > 0) Charge("C_AUTRE", E["6GU"], E["6GU"]);
-    if (E["6EU"] > 0) Charge("C_FRAIS", E["6EU"], std::min(E["6EU"], IDX(3445) * E["6EV"]));
+    if (E["6EU"] > 0) Charge("C_FRAIS", E["6EU"], std::min(E["6EU"], loi["charges.accueil.plafond"] * E["6EV"]));
     if (E["6DD"] > 0) Charge("C_DEDUC", E["6DD"], E["6DD"]);
     if (E["REM"] != 0)
         S["C_TM_BIS"] = E["8TMA"];
@@ -77,7 +77,7 @@ void RevenuNet::Charges() {
 void RevenuNet::CsgDeductible() {
     memoire.revenusDejaSoumis = std::min(E["2BH"], E["2CH1"] + E["2TS1"]);
     memoire.revenusDejaSoumisReste = E["2CG"] + E["2BH"] - memoire.revenusDejaSoumis;
-    const std::int32_t taux = faits.nouveauxTaux ? 680 : 510;
+    const std::int32_t taux = EnVigueur("csg.capital.deductible");
     const std::int32_t soumis = faits.forfait ? memoire.revenusDejaSoumis : E["2BH"];
     BaseRetenue("C_CSG_MOB", soumis, soumis, taux);
     S["C_CSG_MOB"] = Impute(nArrondi(dDiv(dDiv(dMul(soumis, taux), 100), 100)));
@@ -85,10 +85,11 @@ void RevenuNet::CsgDeductible() {
 
 // Maintenance paid to adult children and to other persons, each within its own ceiling; the second kind is raised.
 void RevenuNet::PensionsVersees() {
+    const std::int32_t majoration = loi["charges.pensions.majoration"];
     Pensions("C_ENFANTS_1", {"6EL", "6EM", "6EN", "6EQ"}, 0);
-    Pensions("C_ENFANTS_2", {"6GI", "6GJ", "6GK", "6GL"}, 25);
+    Pensions("C_ENFANTS_2", {"6GI", "6GJ", "6GK", "6GL"}, majoration);
 
-    const std::int32_t pensionsJustice = nPourcent(E["6GP"], 125);
+    const std::int32_t pensionsJustice = nAuTaux(E["6GP"], 10000 + majoration);
     if (pensionsJustice > 0) Charge("C_JUSTICE", pensionsJustice, pensionsJustice);
     C1["C_JUSTICE"] = E["6GP"];
 }
@@ -96,8 +97,8 @@ void RevenuNet::PensionsVersees() {
 void RevenuNet::Pensions(CaseSortie ligne, const std::array<CaseEntree, 4>& boxes, std::int32_t majoration) {
     std::int32_t declare = 0, retenu = 0;
     for (const CaseEntree box : boxes) {
-        std::int32_t pension = E[box] + nPourcent(E[box], majoration);
-        nMaximise(&pension, IDX(5795));
+        std::int32_t pension = E[box] + nAuTaux(E[box], majoration);
+        nMaximise(&pension, loi["abattements.enfantMarie"]);
         declare += E[box];
         retenu += pension;
     }
@@ -126,7 +127,8 @@ void RevenuNet::TotaliseCharges() {
 void RevenuNet::EpargneRetraite() {
     const bool nouveauResident = E["6QW"] > 0;  // the ceilings of three more years
     const auto plafond = [&](CaseSortie nouveau, std::initializer_list<CaseEntree> anterieurs) {
-        return nouveauResident ? nArrondi(dMul(S[nouveau], 4.0)) : SommeE(anterieurs);
+        return nouveauResident ? nArrondi(dMul(S[nouveau], loi.Nombre("epargneRetraite.nouveauResident")))
+                               : SommeE(anterieurs);
     };
     const std::int32_t plafondV = plafond("NP1_PLAF_PERP_V_C", {"6PS1", "6PSA", "6PSB", "6PSC"});
     const std::int32_t plafondC = plafond("NP1_PLAF_PERP_C_C", {"6PT1", "6PTA", "6PTB", "6PTC"});
@@ -161,7 +163,7 @@ void RevenuNet::GrossesReparations() {
     };
     std::int32_t depenses = 0;
     for (const Annee& annee : annees) depenses += E[annee.depense];
-    if (depenses > 0) Charge("C_GROSSE_REP", depenses, std::min(depenses, 25000));
+    if (depenses > 0) Charge("C_GROSSE_REP", depenses, std::min(depenses, loi["charges.grossesReparations.plafond"]));
 
     std::int32_t cumul = 0;
     for (const Annee& annee : annees) {
@@ -173,10 +175,11 @@ void RevenuNet::GrossesReparations() {
     }
 }
 
-// The declarants over 65, or disabled.
+// The declarants of a certain age, or disabled.
 std::int32_t RevenuNet::PersonnesAgees() const {
+    const std::int32_t age = loi["abattements.personnesAgees.age"];
     const auto aDroit = [&](CaseEntree naissance, CaseEntree invalide) {
-        return E[naissance] > 0 && (E[invalide] == 1 || 2017 - AnneeOfDate(E[naissance]) >= 65);
+        return E[naissance] > 0 && (E[invalide] == 1 || anneeDesRevenus - AnneeOfDate(E[naissance]) >= age);
     };
     return aDroit("AAF1", "P") + (faits.couple && aDroit("AAF2", "Fp"));
 }
@@ -185,12 +188,15 @@ void RevenuNet::Abattements() {
     if (const std::int32_t personnes = faits.resident ? PersonnesAgees() : 0; personnes > 0) {
         const std::int32_t revenu = S["TOT_R_NET_G"];
         C1["A_AGEES"] = personnes;
-        C2["A_AGEES"] = revenu <= IDX(14900) ? IDX(2376) : revenu <= IDX(24000) ? IDX(1188) : 0;
+        C2["A_AGEES"] = revenu <= loi["abattements.personnesAgees.revenuPlein"]
+                            ? loi["abattements.personnesAgees.montantPlein"]
+                        : revenu <= loi["abattements.personnesAgees.revenu"] ? loi["abattements.personnesAgees.montant"]
+                                                                             : 0;
         S["A_AGEES"] = personnes * C2["A_AGEES"];
         Detail["A_AGEES"] = Texte::Personnes(personnes);
     }
     C1["A_ENFANTS"] = 10 * E["Nm"] - 5 * E["Pm"];  // tenths of persons: half for a child in alternating residence
-    C2["A_ENFANTS"] = IDX(5795);
+    C2["A_ENFANTS"] = loi["abattements.enfantMarie"];
     S["A_ENFANTS"] = nDiv(C1["A_ENFANTS"] * C2["A_ENFANTS"], 10);
     Detail["A_ENFANTS"] = Texte::Enfants(C1["A_ENFANTS"]);
     S["ABAT"] = S["A_AGEES"] + S["A_ENFANTS"];

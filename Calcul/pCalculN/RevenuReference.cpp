@@ -78,7 +78,7 @@ void RevenuReference::RevenuFiscalRef() {
     const PartsExonerees parts = PartsDesSalairesExoneres();
     PrelevementsLiberatoires();
     RevenusExoneres(parts);
-    S["REV_REF_1AT"] = nPourcent(E["1AT"] + E["1BT"], 90);
+    S["REV_REF_1AT"] = nAuTaux(E["1AT"] + E["1BT"], loi.Complement("pensions.capital.abattement"));
     const std::int32_t correction = CorrectionQuotient();
     const std::int32_t base = Base(correction);
 
@@ -126,14 +126,15 @@ std::int32_t RevenuReference::Base(std::int32_t correction) const {
     const std::int32_t gains =
         nPositif(GainsMobiliersNets()) + SommeE({"3VD", "3VI", "3VF", "3SJ", "3SK", "3VM", "3VT", "3PI", "3VC", "3SE",
                                                  "3WE", "3WI", "3WJ", "3WN", "3TZ", "3VZ"});
-    const std::int32_t abattement40 = nPourcent(faits.forfait ? E["2FU"] : E["2FU"] + E["2DC"], 40);
+    const std::int32_t tauxDividendes = loi["mobiliers.dividendes.abattement"];
+    const std::int32_t abattus = nAuTaux(faits.forfait ? E["2FU"] : E["2FU"] + E["2DC"], tauxDividendes);
     const std::int32_t capitauxAuForfait =
         faits.forfait ? SommeE({"2DC", "2CH2", "2CH3", "2TS2", "2TR", "2TT", "2GO"}) : 0;
-    return net + nPourcent(TI["2DC"] - TIX["2DC"], 40) +
+    return net + nAuTaux(TI["2DC"] - TIX["2DC"], tauxDividendes) +
            SommeS({"RR_BAM", "REV_REF_EE", "REV_REF_DH", "REV_REF_FA", "REV_REF_REV_EXO", "REV_REF_BA_EXO",
                    "REV_REF_BIC_EXO", "REV_REF_BNC_EXO", "REV_REF_IMPATRIES_EXO", "C_COT_PERP_V", "C_COT_PERP_C",
                    "C_COT_PERP_E", "RF_PLUS", "RF_INVENTEURS", "REV_REF_1AT"}) -
-           correction + E["1UZ"] + E["1VZ"] + gains + abattement40 + capitauxAuForfait;
+           correction + E["1UZ"] + E["1VZ"] + gains + abattus + capitauxAuForfait;
 }
 
 void RevenuReference::RevenusNetFrais() {
@@ -185,7 +186,8 @@ void RevenuReference::SyntheseProfessionnelle() {
 void RevenuReference::Graphiques() {
     S["GRAPH_SALAIRE"] = S["SALAIRES_RB"] - S["RN_SAL_DED_10"] - S["RD_GAINS_2_Ded"] + S["SALAIRESEXO_RB"] -
                          DeuxColonnes("RN_PART_QA_QB") - DeuxColonnes("RN_PART_SM_DN");
-    S["GRAPH_PENSIONS"] = S["PENSIONS_RB"] - nPourcent(E["1AT"], 10) - S["RN_PEN_ABAT"] - nPourcent(E["1BT"], 10);
+    S["GRAPH_PENSIONS"] = S["PENSIONS_RB"] - nAuTaux(E["1AT"], loi["pensions.capital.abattement"]) - S["RN_PEN_ABAT"] -
+                          nAuTaux(E["1BT"], loi["pensions.capital.abattement"]);
     S["GRAPH_RENTES"] = S["RENTES_RB"];
     S["GRAPH_CAP_MOB"] = S["CAPMOB_RB"] - S["RD_MOB_FRAIS"];
     S["GRAPH_FONCIER"] = S["REVFONCIERS_RB"];
@@ -196,10 +198,17 @@ void RevenuReference::Graphiques() {
         S["REVETRANGER_RB"] - S["RN_PART_DY_EY"] - S["FP_TI_SAL"] - S["FP_TI_PENS"] - DeuxColonnes("RN_PART_DY_EY");
     S["GRAPH_PRELEV_LIB"] = S["PRODPRELEVLIB_RB"];
     S["GRAPH_DEF_GLOBAL"] = S["DEFIMPUTE_RB"];
-    S["GRAPH_REV_PRELEV_LIB"] =
-        nAuTaux(E["2EE"], 1500) + nAuTaux(E["2DH"], 750) + nAuTaux(SommeE({"5TA", "5UA", "5VA"}), 100) +
-        nAuTaux(SommeE({"5TB", "5UB", "5VB"}), 170) + nAuTaux(SommeE({"5TE", "5UE", "5VE"}), 220);
-    S["GRAPH_REV_CONTRIB_SOC"] = nAuTaux(SommeE({"2EE", "2DH", "2BH", "2CG"}), faits.nouveauxTaux ? 1720 : 1550);
+    S["GRAPH_REV_PRELEV_LIB"] = nAuTaux(E["2EE"], loi["mobiliers.2EE.taux"]) +
+                                nAuTaux(E["2DH"], loi["assuranceVie.taux"]) +
+                                nAuTaux(SommeE({"5TA", "5UA", "5VA"}), loi["autoEntrepreneur.ventes.taux"]) +
+                                nAuTaux(SommeE({"5TB", "5UB", "5VB"}), loi["autoEntrepreneur.services.taux"]) +
+                                nAuTaux(SommeE({"5TE", "5UE", "5VE"}), loi["autoEntrepreneur.nonCommercial.taux"]);
+    // All levies on capital together.
+    const std::int32_t csg =
+        faits.nouveauxTaux ? loi["prelevementsSociaux.csg"] : loi["prelevementsSociaux.csgAnterieure"];
+    S["GRAPH_REV_CONTRIB_SOC"] =
+        nAuTaux(SommeE({"2EE", "2DH", "2BH", "2CG"}),
+                loi["prelevementsSociaux.prelevements"] + csg + loi["prelevementsSociaux.crds"]);
     S["GRAPH_REV_NET_FRAIS"] =
         SommeS({"GRAPH_SALAIRE", "GRAPH_PENSIONS", "GRAPH_RENTES", "GRAPH_CAP_MOB", "GRAPH_FONCIER", "GRAPH_NON_SAL",
                 "GRAPH_PV", "GRAPH_ETRANGER", "GRAPH_PRELEV_LIB", "GRAPH_DEF_GLOBAL"});

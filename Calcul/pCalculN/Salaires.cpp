@@ -64,16 +64,18 @@ std::int32_t Total(const MembresCalcules& calcules, Champ champ) {
     return total;
 }
 
-struct Seuils {
-    std::int32_t plancher, plancherMajore, plafond;
+// The flat deduction of a part of the salary, within its bounds for this member.
+struct DeductionForfaitaire {
+    std::int32_t taux, plancher, plafond;
 };
 
-// The flat deduction of 10 % against the actual expenses of one member, between a floor and a ceiling.
-void Deduit(MembreCalcule& t, MemoireSalaires& memoire, std::int32_t plancher, std::int32_t plafond, Passe passe) {
+// The flat deduction against the actual expenses of one member, between a floor and a ceiling.
+void Deduit(MembreCalcule& t, MemoireSalaires& memoire, const DeductionForfaitaire& forfait, Passe passe) {
+    const std::int32_t plancher = forfait.plancher;
     if (0 < t.frais && t.frais < plancher && t.frais < t.salaires && t.salaires < plancher) t.frais = t.salaires;
     if (t.salaires <= 0) return;
-    t.deduction = nPourcent(t.salaires, 10);
-    nMaximise(&t.deduction, plafond);
+    t.deduction = nAuTaux(t.salaires, forfait.taux);
+    nMaximise(&t.deduction, forfait.plafond);
     t.deduction = std::min(std::max(t.deduction, plancher), t.salaires);
     if (passe == Passe::TK) t.deduction = nProrata(memoire.deduction, t.salaires, memoire.salaires);
     if (passe == Passe::Normale) {
@@ -94,15 +96,16 @@ void ChoisitDeduction(MembreCalcule& t, MemoireSalaires& memoire, bool declarant
     if (declarant && t.gains > 0) t.fraisDesGains = nProrata(t.frais, t.gains - t.deductionDesGains, t.salaires);
 }
 
-// The pension allowance of 10 %: a minimum per pensioner, a ceiling per household.
-void AbatPensions(MembresCalcules& calcules, std::array<MemoireSalaires, nMembres>& memoire, std::int32_t minimum,
-                  std::int32_t plafond, Passe passe) {
+// The pension allowance, a part of the pension: a minimum per pensioner, a ceiling per household.
+void AbatPensions(MembresCalcules& calcules, std::array<MemoireSalaires, nMembres>& memoire, const Loi& loi,
+                  Passe passe) {
+    const std::int32_t minimum = loi["pensions.abattement.plancher"], plafond = loi["pensions.abattement.plafond"];
     const std::int32_t pensions = Total(calcules, &MembreCalcule::pensions);
     if (pensions <= 0) return;
 
     std::int32_t pensionsAuPlancher = 0, abattementsAuPlancher = 0;
     for (MembreCalcule& t : calcules) {
-        t.abattement = nPourcent(t.pensions, 10);
+        t.abattement = nAuTaux(t.pensions, loi["pensions.abattement.taux"]);
         if (minimum <= t.abattement || t.pensions <= 0) continue;
         t.abattement = std::min(minimum, t.pensions);
         t.auPlancher = true;
@@ -186,12 +189,13 @@ MembresCalcules Salaires::Membres() const {
 void Salaires::DeduitFrais(MembresCalcules& calcules) {
     lignes.Annule("RN_SAL_DED_10_SEULEMENT");
     if (Total(calcules, &MembreCalcule::salaires) + Total(calcules, &MembreCalcule::frais) <= 0) return;
-    const Seuils seuils{IDX(430), IDX(947), IDX(12305)};
+    const std::int32_t taux = loi["salaires.deduction.taux"], plafond = loi["salaires.deduction.plafond"];
+    const std::int32_t planchers[] = {loi["salaires.deduction.plancher"], loi["salaires.deduction.plancherMajore"]};
     for (std::size_t i = 0; i < nMembres; ++i) {
         MembreCalcule& t = calcules[i];
         const bool declarant = i < 2;
-        const std::int32_t plancher = E[membres[i].plancherMajore] != 0 ? seuils.plancherMajore : seuils.plancher;
-        Deduit(t, memoire.salaires[i], plancher, seuils.plafond, faits.passe);
+        const std::int32_t plancher = planchers[E[membres[i].plancherMajore] != 0 ? 1 : 0];
+        Deduit(t, memoire.salaires[i], {taux, plancher, plafond}, faits.passe);
         if (declarant && t.salaires > 0 && faits.passe != Passe::TK)
             t.deductionDesGains = nProrata(t.deduction, t.gains, t.salaires);
         C[ColonneDe(i)]["RN_SAL_DED_10_SEULEMENT"] += t.deduction;
@@ -202,7 +206,7 @@ void Salaires::DeduitFrais(MembresCalcules& calcules) {
 void Salaires::RevenusSalaires() {
     MembresCalcules calcules = Membres();
     DeduitFrais(calcules);
-    AbatPensions(calcules, memoire.salaires, IDX(383), IDX(3752), faits.passe);
+    AbatPensions(calcules, memoire.salaires, loi, faits.passe);
     EcritSalairesEtPensions(calcules);
     EcritGains(calcules);
     EcritPartsNettes(calcules);
@@ -269,20 +273,20 @@ void Salaires::RentesViageres() {
     struct Tranche {
         CaseSortie sortie;
         CaseEntree francaise, etrangere;
-        std::int32_t taux;
+        Parametre part;
     };
     static constexpr Tranche tranches[] = {
-        {"RD_RENTES_M_50", "1AW", "1AR", 70},
-        {"RD_RENTES_50_59", "1BW", "1BR", 50},
-        {"RD_RENTES_60_69", "1CW", "1CR", 40},
-        {"RD_RENTES_P_70", "1DW", "1DR", 30},
+        {"RD_RENTES_M_50", "1AW", "1AR", "rentes.moinsDe50ans"},
+        {"RD_RENTES_50_59", "1BW", "1BR", "rentes.de50a59ans"},
+        {"RD_RENTES_60_69", "1CW", "1CR", "rentes.de60a69ans"},
+        {"RD_RENTES_P_70", "1DW", "1DR", "rentes.plusDe69ans"},
     };
     S["RD_RENTES"] = 0;
     for (const Tranche& t : tranches) {
-        const std::int32_t base = E[t.francaise] + E[t.etrangere];
-        lignes.BaseEtTaux(t.sortie, base, t.taux);
-        S[t.sortie] = nPourcent(base, t.taux);
-        Detail[t.sortie] = Texte::BaseAuTaux(base, t.taux);
+        const std::int32_t base = E[t.francaise] + E[t.etrangere], taux = loi[t.part];
+        lignes.BaseEtTaux(t.sortie, base, nDiv(taux, 100));  // the column shows a whole percent
+        S[t.sortie] = nAuTaux(base, taux);
+        Detail[t.sortie] = Texte::BaseAuTaux(base, taux);
         S["RD_RENTES"] += S[t.sortie];
     }
 }

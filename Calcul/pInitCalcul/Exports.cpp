@@ -90,7 +90,7 @@ void KV_CalculReports(CDataCalcul* data, const TPeriode* periode, double tauxInd
 
 void KV_RempliBareme(TrancheBareme* bareme, std::int32_t annee) {
     if (!bareme) return;
-    if (annee != 2017) return NUBErreur(u"Aucun barème pour cette année");
+    if (annee != kv::anneeDesRevenus) return NUBErreur(u"Aucun barème pour cette année");
     std::copy(kv::bareme2017.begin(), kv::bareme2017.end(), bareme);
 }
 

@@ -59,7 +59,7 @@ TEST(Lignes, Texts) {
         {kv::Texte::Taux(0), "0%"},
         {kv::Texte::TauxEnDixiemes(-143), "-14.3%"},
         {kv::Texte::TauxDeBase(4737, bas), "47.37% x -2147483648"},
-        {kv::Texte::BaseAuTaux(12000, 70), "12000 x 70%"},
+        {kv::Texte::BaseAuTaux(12000, 7050), "12000 x 70.5%"},
         {kv::Texte::Fraction(100, 150), "1/1.5"},
         {kv::Texte::Personnes(2), "2 personne(s)"},
         {kv::Texte::Enfants(15), "1.5 enfant(s)"},

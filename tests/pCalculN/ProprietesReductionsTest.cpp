@@ -60,19 +60,23 @@ TEST(ProprietesImputation, TheRemainingTaxAndTheYearGroupsBalance) {
             switch (hasard.Entre(0, 2)) {
                 case 0:
                     du = std::min(nPourcent(std::min(base, 10000), 25), 2000);
-                    EXPECT_EQ(imputation.Impute({ligne, niche, 25, base, 10000, 2000, report}), base > 0);
+                    EXPECT_EQ(imputation.Impute({ligne, niche, 2500, base, 10000, 2000, report}), base > 0);
                     EXPECT_EQ(essai.C(2, ligne), std::min(base, 10000));
                     break;
                 case 1:
                     du = base;
                     imputation.ImputeOuMontre(
-                        {.ligne = ligne, .niche = niche, .taux = 100, .base = base, .report = report});
+                        {.ligne = ligne, .niche = niche, .taux = 10000, .base = base, .report = report});
                     break;
                 default:
                     du = nPourcent(nArrondi(std::min(base, 30000) / 5.0), 40);
-                    const auto annuite = imputation.ImputeAnnuite(
-                        {.ligne = ligne, .niche = niche, .taux = 40, .base = base, .plafond = 30000, .report = report},
-                        5);
+                    const auto annuite = imputation.ImputeAnnuite({.ligne = ligne,
+                                                                   .niche = niche,
+                                                                   .taux = 4000,
+                                                                   .base = base,
+                                                                   .plafond = 30000,
+                                                                   .report = report},
+                                                                  5);
                     EXPECT_EQ(annuite.value_or(0), du);
             }
             EXPECT_EQ(essai[ligne], std::min(du, avant));
@@ -100,7 +104,7 @@ TEST(ProprietesImputation, GivingBackUndoesAnImputation) {
         EXPECT_EQ(imputation.Reste(), depart);  // a credit takes nothing from the tax, but counts
         EXPECT_EQ(std::accumulate(totaux.begin(), totaux.end(), 0),
                   niche == Niche::HorsPlafond || niche == Niche::ToujoursActive ? 0 : credit);
-        imputation.Impute({Ligne(0), niche, 100, hasard.Montant(200000)});
+        imputation.Impute({Ligne(0), niche, 10000, hasard.Montant(200000)});
         imputation.Rend(niche, Ligne(1), essai[Ligne(0)]);
         EXPECT_EQ(imputation.Reste(), depart);
         EXPECT_EQ(imputation.LisTotaux(), totaux);
@@ -113,12 +117,13 @@ TEST(ProprietesImputation, WithoutAdvantagesOnlyWhatLiesOutsideTheCapIsImputed) 
         const bool hors = niche == Niche::HorsPlafond || niche == Niche::ToujoursActive;
         Essai essai(1000, true);
         Imputation& imputation = essai.imputation;
-        EXPECT_EQ(imputation.Impute({Ligne(1), niche, 50, 200}), hors);
-        EXPECT_EQ(imputation.ImputeAnnuite({Ligne(3), niche, 10, 27000}, 9), hors ? std::optional(300) : std::nullopt);
+        EXPECT_EQ(imputation.Impute({Ligne(1), niche, 5000, 200}), hors);
+        EXPECT_EQ(imputation.ImputeAnnuite({Ligne(3), niche, 1000, 27000}, 9),
+                  hors ? std::optional(300) : std::nullopt);
         EXPECT_EQ(imputation.Reste(), hors ? 600 : 1000);
         EXPECT_EQ(essai.C(1, Ligne(1)), hors ? 200 : 0);
         // A full line still shows what could have been imputed, and carries nothing.
-        imputation.ImputeOuMontre({.ligne = Ligne(4), .niche = niche, .taux = 100, .base = 5000, .report = report});
+        imputation.ImputeOuMontre({.ligne = Ligne(4), .niche = niche, .taux = 10000, .base = 5000, .report = report});
         EXPECT_EQ(essai[Ligne(4)], hors ? 600 : 1000);
         EXPECT_EQ(essai.C(2, Ligne(4)), 5000);
         EXPECT_EQ(essai[report], hors ? 4400 : 0);

@@ -125,18 +125,20 @@ TEST(TablesReductions, OverseasRowsAgreeWithOneAnother) {
     for (const auto& [numero, niche] : niches)
         EXPECT_EQ(niche, kv::Niche::HorsPlafond) << Nom(CaseSortie::Numero(numero));
 
+    const kv::Loi& loi = kv::loi2017;
     for (const auto& l : om::lignesRetrocedees) {
         // The share kept and the share retroceded make the whole reduction: rate x (1 + b / a) = 100 %, and the limit
         // of what is retroceded is the room of the investor x b / a. Five lines keep the limit of the lower rate, 3/5.
         static const std::set<std::string> limite35 = {"HPX", "HRK", "HRP", "HRU", "HNU"};
-        EXPECT_NEAR(l.taux * (1 + l.b / l.a), 100, 0.01) << Nom(l.reduction);
-        const double salle[] = {40000, 36000, 30600};
-        const double fraction = limite35.contains(Nom(l.reduction).substr(5)) ? 5.0 / 3 : l.b / l.a;
-        EXPECT_NEAR(om::limitesAuForfait[l.limite], salle[l.enveloppe - 1] * fraction, 1) << Nom(l.reduction);
+        const om::Partage& p = om::partages[l.classe];
+        const double pourUn = loi.Nombre(p.retrocedee) / loi.Nombre(p.conservee);
+        EXPECT_NEAR(loi[p.taux] * (1 + pourUn), 10000, 1) << Nom(l.reduction);
+        const double fraction = limite35.contains(Nom(l.reduction).substr(5)) ? 5.0 / 3 : pourUn;
+        const double salle = loi[om::enveloppes[l.enveloppe - 1].plafond];
+        EXPECT_NEAR(loi[om::partages[l.limite].plafond], salle * fraction, 1) << Nom(l.reduction);
     }
-    // Own rooms: 7.5 times the room of the investor.
-    for (const auto& l : om::lignesLimiteesAuForfait)
-        EXPECT_EQ(l.plafond, (l.enveloppe == 1 ? 40000 : l.enveloppe == 2 ? 36000 : 30600) * 15 / 2);
+    // Rooms without retrocession: 7.5 times the room of the investor.
+    for (const om::Enveloppe& e : om::enveloppes) EXPECT_EQ(2 * loi[e.sansRetrocession], 15 * loi[e.plafond]);
 }
 
 TEST(TablesReductions, APartialResetLeavesTheRetrocededOutputsAlone) {
