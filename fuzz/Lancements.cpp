@@ -8,7 +8,8 @@
 #include "support/KVTarvel.h"
 #include "support/Tarvel.h"
 
-// Arbitrary box values, companions and quotient amounts through both launches and the carry-forward computation: they
+// Arbitrary box values, companions, quotient amounts and figures of the law through both launches and the carry-forward
+// computation: they
 // return, and the entries stand as they were given.
 
 namespace {
@@ -63,6 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* donnees, std::size_t t
     const auto data = std::make_unique<CDataCalcul>();
     const std::uint32_t mode = octets.Lit(1);
     const double indexation = mode & 4 ? static_cast<std::int32_t>(octets.Lit(2)) / 100.0 - 100 : -1.0;
+    kv::Loi loi = kv::loi2017;
     while (!octets.Fini()) {
         switch (octets.Lit(1) % 16) {
             case 0:
@@ -86,6 +88,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* donnees, std::size_t t
                 data->AjouteQuotient(map, coefficient, octets.Valeur());
                 break;
             }
+            case 6:
+                Remplit(loi, octets);
+                break;
             default:
                 Remplit(data->Entree, octets);
         }
@@ -94,7 +99,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* donnees, std::size_t t
     const auto ti = data->TI.valeurs;
     const auto tk = data->TK.valeurs;
     const auto quotients = data->MapsQuotients;
-    Exige(kv::Lance(*data, nullptr, true, indexation, (mode & 1) != 0, (mode & 2) != 0), "the launch failed");
+    Exige(kv::Lance(*data, nullptr, true, indexation, (mode & 1) != 0, (mode & 2) != 0, loi), "the launch failed");
     kv::LanceReports(*data, nullptr, indexation);
 
     // The launch writes the totals of the foreign companions, and a comparison ends with both options off.

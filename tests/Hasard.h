@@ -58,6 +58,12 @@ class Hasard {
     /// Nothing to fortunes, the small amounts as often as the large ones.
     std::int32_t Montant() { return Entre(0, Parmi(std::initializer_list<std::int32_t>{600, 15000, 60000, 250000})); }
 
+    /// A law with other figures, from nothing to twice those of the year.
+    kv::Loi Loi() {
+        kv::Loi loi = kv::loi2017;
+        for (std::int32_t& figure : loi.valeurs) figure = nProrata(figure, Entre(0, 200), 100);
+        return loi;
+    }
     /// A return with this many boxes of income and charges, foreign and exceptional income.
     Retour Declaration(int boites = 20) {
         Retour retour;

@@ -67,6 +67,7 @@ class Retour {
         return *this;
     }
     Retour& Indexation(double taux) { return m_indexation = taux, *this; }
+    Retour& Loi(const kv::Loi& loi) { return m_loi = loi, *this; }
     Retour& Periode(const TPeriode& periode) { return m_periode = periode, *this; }
 
     CDataCalcul& Data() { return *m_data; }
@@ -78,13 +79,14 @@ class Retour {
 
   private:
     Resultat Lance(bool optionsForcees, bool optionsSiSaisies) {
-        const bool reussi = kv::Lance(*m_data, &m_periode, true, m_indexation, optionsForcees, optionsSiSaisies);
+        const bool reussi = kv::Lance(*m_data, &m_periode, true, m_indexation, optionsForcees, optionsSiSaisies, m_loi);
         return {std::move(m_data), reussi};
     }
 
     std::unique_ptr<CDataCalcul> m_data = std::make_unique<CDataCalcul>();
     TPeriode m_periode{2017};
     double m_indexation = -1.0;
+    kv::Loi m_loi = kv::loi2017;
 };
 
 /// Everything that a host gave: entries, companions, quotient amounts.

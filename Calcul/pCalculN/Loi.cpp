@@ -30,7 +30,7 @@ Loi Indexee(const Loi& loi, double taux) {
     const double coefficient = dDiv(dMul(taux, 100.0) + 10000.0, 10000.0);
     Loi indexee = loi;
     for (std::size_t i = 0; i < nParametres; ++i)
-        if (lignesLoi2017[i].indexe) indexee.valeurs[i] = nArrondi(dMul(loi.valeurs[i], coefficient));
+        if (lignesLoi[i].indexe) indexee.valeurs[i] = nArrondi(dMul(loi.valeurs[i], coefficient));
     return indexee;
 }
 
@@ -45,8 +45,7 @@ std::string Fixe(Loi& loi, Parametre p, double valeur) {
     const ReglesUnite& r = ReglesDe(p.Ligne().unite);
     const std::int32_t figure = nArrondi(valeur * r.echelle);
     // The figure is the one written when it gives the same decimal number back.
-    if (!(0 <= valeur && valeur <= r.maximum) || figure / r.echelle != valeur)
-        return std::string(p.Ligne().nom) + " takes " + r.etendue;
+    if (!(0 <= valeur && valeur <= r.maximum) || figure / r.echelle != valeur) return r.etendue;
     loi[p] = figure;
     return "";
 }

@@ -12,8 +12,8 @@
 
 namespace kv {
 
-inline constexpr std::size_t nParametres = std::size(lignesLoi2017);
-inline constexpr IndexDesNoms<nParametres> indexLoi{[](std::size_t i) { return lignesLoi2017[i].nom; }};
+inline constexpr std::size_t nParametres = std::size(lignesLoi);
+inline constexpr IndexDesNoms<nParametres> indexLoi{[](std::size_t i) { return lignesLoi[i].nom; }};
 
 /// A parameter of the law by name: its number, or -1 for "none" in a table that leaves one out.
 struct Parametre {
@@ -41,7 +41,7 @@ struct Parametre {
     constexpr explicit operator bool() const { return numero >= 0; }
     friend constexpr bool operator==(Parametre, Parametre) = default;
 
-    constexpr const LigneLoi& Ligne() const { return lignesLoi2017[static_cast<std::size_t>(numero)]; }
+    constexpr const LigneLoi& Ligne() const { return lignesLoi[static_cast<std::size_t>(numero)]; }
 };
 
 /// A parameter that has two figures, of the year and of the following one; one without them has the same figure twice.
@@ -54,6 +54,7 @@ struct ParametreAnnuel {
         if (!annee && !suivante) annee = suivante = nom;
         if (!annee || !suivante) throw "no parameter has this name";
     }
+    consteval ParametreAnnuel(Parametre a, Parametre s) : annee(a), suivante(s) {}
 };
 
 /// The figures of a law, each in the unit of its row: euros, hundredths of a percent, years, hundredths of a number.
@@ -77,7 +78,7 @@ struct Loi {
 
 inline constexpr Loi loi2017 = [] {
     Loi loi{};
-    for (std::size_t i = 0; i < nParametres; ++i) loi.valeurs[i] = lignesLoi2017[i].valeur;
+    for (std::size_t i = 0; i < nParametres; ++i) loi.valeurs[i] = lignesLoi[i].valeur;
     return loi;
 }();
 
@@ -90,7 +91,7 @@ Loi Indexee(const Loi& loi, double taux);
 Parametre ChercheParametre(std::string_view nom);
 /// A figure as a reader writes it: 1939 euros, 12.8 percent, 65 years, 1.5 times.
 double Valeur(const Loi& loi, Parametre p);
-/// Sets a parameter to a figure as a reader writes it; why it can't be, "" when it was set.
+/// Sets a parameter to a figure as a reader writes it; "" when it was set, else what the parameter takes.
 ///
 /// Euros: whole, 0 to 1 000 000 000. Percent: 0 to 100, at most two decimals. Years: whole, 0 to 150. Numbers: 0 to
 /// 1000, at most two decimals.

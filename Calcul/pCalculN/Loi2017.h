@@ -18,7 +18,7 @@ namespace kv {
 inline constexpr std::int32_t anneeDesRevenus = 2017;
 
 // clang-format off
-inline constexpr LigneLoi lignesLoi2017[] = {
+inline constexpr LigneLoi lignesLoi[] = {
     // ---- The progressive scale: what exceeds a threshold, per part, bears the rate of its bracket.
     Pourcent("bareme.tranche1.taux", 0, "CGI art. 197 I-1"),
     Euros("bareme.tranche2.seuil", 9807, "CGI art. 197 I-1"),

@@ -204,11 +204,10 @@ void RevenuReference::Graphiques() {
                                 nAuTaux(SommeE({"5TB", "5UB", "5VB"}), loi["autoEntrepreneur.services.taux"]) +
                                 nAuTaux(SommeE({"5TE", "5UE", "5VE"}), loi["autoEntrepreneur.nonCommercial.taux"]);
     // All levies on capital together.
-    const std::int32_t csg =
-        faits.nouveauxTaux ? loi["prelevementsSociaux.csg"] : loi["prelevementsSociaux.csgAnterieure"];
-    S["GRAPH_REV_CONTRIB_SOC"] =
-        nAuTaux(SommeE({"2EE", "2DH", "2BH", "2CG"}),
-                loi["prelevementsSociaux.prelevements"] + csg + loi["prelevementsSociaux.crds"]);
+    const std::int32_t tauxPrelevements = loi["prelevementsSociaux.prelevements"] +
+                                          EnVigueur({"prelevementsSociaux.csgAnterieure", "prelevementsSociaux.csg"}) +
+                                          loi["prelevementsSociaux.crds"];
+    S["GRAPH_REV_CONTRIB_SOC"] = nAuTaux(SommeE({"2EE", "2DH", "2BH", "2CG"}), tauxPrelevements);
     S["GRAPH_REV_NET_FRAIS"] =
         SommeS({"GRAPH_SALAIRE", "GRAPH_PENSIONS", "GRAPH_RENTES", "GRAPH_CAP_MOB", "GRAPH_FONCIER", "GRAPH_NON_SAL",
                 "GRAPH_PV", "GRAPH_ETRANGER", "GRAPH_PRELEV_LIB", "GRAPH_DEF_GLOBAL"});
