@@ -31,7 +31,8 @@ CaseSortie ReportDe(CaseSortie reduction) {
 
 class Resume {
   public:
-    Resume(std::ostream& sortie, const CDataCalcul& data) : m_sortie(sortie), S(data.Sortie), m_data(data) {}
+    Resume(std::ostream& sortie, const CDataCalcul& data, const LoiNommee& loi)
+        : m_sortie(sortie), S(data.Sortie), m_data(data), m_loi(loi) {}
 
     void Ecrit() {
         Net();
@@ -83,6 +84,7 @@ class Resume {
         if (S["TOT_N_RECOUVRE"] + S["S_NON_RECOUVRE"] != 0)
             Ligne("too small to be collected", std::to_string(S["TOT_N_RECOUVRE"] + S["S_NON_RECOUVRE"]));
         Montant("too small to be refunded", "TOT_N_REST");
+        Loi();
         if (S["PFU"] != 0) Ligne("option applied", "flat tax");
         if (S["BAR"] != 0) Ligne("option applied", "scale");
         const auto taux = [&](std::string_view libelle, CaseSortie sortie) {
@@ -94,6 +96,16 @@ class Resume {
             taux("  first declarant", "TAUX_PAS_IND1");
             taux("  second declarant", "TAUX_PAS_IND2");
         }
+    }
+
+    // The law that the figures follow.
+    void Loi() {
+        const std::size_t changements = m_loi.Changements().size();
+        std::string remarque;
+        if (changements > 0)
+            remarque =
+                std::to_string(changements) + (changements == 1 ? " figure" : " figures") + " changed by " + m_loi.nom;
+        Ligne("law of the year", std::to_string(kv::anneeDesRevenus), remarque);
     }
 
     void Foyer() {
@@ -220,11 +232,14 @@ class Resume {
     std::ostream& m_sortie;
     const kv::ZoneSortie& S;
     const CDataCalcul& m_data;
+    const LoiNommee& m_loi;
     const char* m_titre = nullptr;
 };
 
 }  // namespace
 
-void EcritResume(std::ostream& sortie, const CDataCalcul& data) { Resume(sortie, data).Ecrit(); }
+void EcritResume(std::ostream& sortie, const CDataCalcul& data, const LoiNommee& loi) {
+    Resume(sortie, data, loi).Ecrit();
+}
 
 }  // namespace outil

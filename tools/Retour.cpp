@@ -4,49 +4,19 @@
 #include <charconv>
 #include <chrono>
 #include <concepts>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
 #include <utility>
 
 #include "Calcul/cCalcul/Catalogues.h"
-#include "Calcul/pInitCalcul/KVCalcul.h"
+#include "Calcul/pCalculN/Pilote.h"
 #include "support/KVTarvel.h"
+#include "tools/LectureJson.h"
+#include "tools/Noms.h"
 
 namespace outil {
 
 namespace {
-
-using nlohmann::json;
-
-// Where the parser is: it reads one character beyond a number.
-struct Position {
-    int ligne;
-    char dernier = 0;
-
-    int LigneDUnNombre() const { return ligne - (dernier == '\n'); }
-};
-
-// Keeps the position of the parser.
-struct IterateurDeLignes {
-    using iterator_category = std::input_iterator_tag;
-    using value_type = char;
-    using difference_type = std::ptrdiff_t;
-    using pointer = const char*;
-    using reference = const char&;
-
-    const char* courant;
-    Position* position;
-
-    reference operator*() const { return *courant; }
-    IterateurDeLignes& operator++() {
-        position->dernier = *courant++;
-        position->ligne += position->dernier == '\n';
-        return *this;
-    }
-    bool operator==(const IterateurDeLignes& autre) const { return courant == autre.courant; }
-    bool operator!=(const IterateurDeLignes& autre) const { return courant != autre.courant; }
-};
 
 // The sections that hold amounts by box, and where each amount goes.
 struct Section {
@@ -78,13 +48,13 @@ constexpr Lancement lancements[] = {
 
 // Follows the parser through a return. The structure is small and fixed: sections of amounts by box, amounts by box and
 // coefficient, and three settings.
-class Lecteur : public nlohmann::json_sax<json> {
+class Lecteur : public LecteurJson {
   public:
-    Lecteur(Retour& retour, const std::string& fichier, const Position& position)
-        : m_retour(retour), m_fichier(fichier), m_position(position) {}
+    Lecteur(Retour& retour, const std::string& fichier, const PositionJson& position)
+        : LecteurJson(fichier, position), m_retour(retour) {}
 
     bool key(string_t& nom) override {
-        if (!m_clesVues[m_profondeur].insert(nom).second) Erreur("key \"" + nom + "\" stands twice");
+        NoteCle(m_clesVues[m_profondeur], nom);
         m_cles[m_profondeur] = nom;
         if (m_profondeur == 1) ChoisitSection(nom);
         if (m_profondeur == 2) m_box = Box(nom);
@@ -95,16 +65,13 @@ class Lecteur : public nlohmann::json_sax<json> {
     bool number_unsigned(number_unsigned_t n) override { return Entier(n); }
     bool number_float(number_float_t x, const string_t& texte) override {
         if (m_profondeur == 1 && m_cles[1] == "indexation") return m_retour.indexation = x, true;
-        return ErreurDeNombre(texte + " is not a 32-bit integer");
+        ErreurDeNombre(texte + " is not a 32-bit integer");
     }
     bool string(string_t& texte) override {
         if (m_profondeur == 1 && m_cles[1] == "launch") return ChoisitLancement(texte);
         if (m_dansPeriode) return Date(texte);
-        return Erreur(Ou() + "\"" + texte + "\" is not a 32-bit integer");
+        return Refuse('"' + texte + '"');
     }
-    bool boolean(bool) override { return Erreur(Ou() + "a boolean is not a 32-bit integer"); }
-    bool null() override { return Erreur(Ou() + "null is not a 32-bit integer"); }
-    bool binary(binary_t&) override { return Erreur(Ou() + "binary data is not a 32-bit integer"); }
 
     bool start_object(std::size_t) override {
         const bool permis = m_profondeur == 0 || (m_profondeur == 1 && (m_section || m_cles[1] == "quotients")) ||
@@ -126,24 +93,13 @@ class Lecteur : public nlohmann::json_sax<json> {
         if (m_retour.periode.Fin < m_retour.periode.Deb) Erreur("period ends before it begins");
         return m_dansPeriode = false, true;
     }
-    bool parse_error(std::size_t, const std::string&, const json::exception& e) override {
-        std::string message =
-            e.what();  // "[json.exception.parse_error.101] parse error at line 1, column 2: what it is"
-        const std::size_t ou = message.find(": ");
-        return Erreur("not valid JSON: " + (ou == std::string::npos ? message : message.substr(ou + 2)));
-    }
 
   private:
-    [[noreturn]] bool Erreur(const std::string& message) const { ErreurALaLigne(m_position.ligne, message); }
-    [[noreturn]] bool ErreurDeNombre(const std::string& message) const {
-        ErreurALaLigne(m_position.LigneDUnNombre(), Ou() + message);
-    }
-    [[noreturn]] void ErreurALaLigne(int ligne, const std::string& message) const {
-        throw ErreurEntree(m_fichier + ":" + std::to_string(ligne) + ": " + message);
+    [[noreturn]] bool Refuse(const std::string& valeur) const override {
+        Erreur(Ou() + valeur + " is not a 32-bit integer");
     }
 
-    // Where a value stands, to begin a message with.
-    std::string Ou() const {
+    std::string Ou() const override {
         if (m_profondeur == 0) return "a return is an object: ";
         std::string ou = m_cles[1];
         if (m_profondeur >= 2) ou += ", box " + m_cles[2];
@@ -156,12 +112,18 @@ class Lecteur : public nlohmann::json_sax<json> {
         for (const Section& section : sections)
             if (nom == section.nom) m_section = &section;
         if (m_section || nom == "quotients" || nom == "launch" || nom == "indexation" || nom == "period") return;
-        Erreur("unknown key \"" + nom + "\"");
+        std::vector<std::string_view> noms = {"quotients", "launch", "indexation", "period"};
+        for (const Section& section : sections) noms.push_back(section.nom);
+        Erreur("unknown key \"" + nom + '"' + Proches(nom, noms));
     }
 
     const CaseEntreeDef* Box(const std::string& nom) const {
         const int numero = kv::NumeroEntree(nom);
-        if (numero < 0) Erreur("unknown entry box " + nom);
+        if (numero < 0) {
+            std::vector<std::string_view> noms;
+            for (const auto& ligne : kv::entree::lignes) noms.push_back(ligne.nom);
+            Erreur("unknown entry box " + nom + Proches(nom, noms));
+        }
         const CaseEntreeDef& fiche = TableEntree[static_cast<std::size_t>(numero)];
         if (m_section ? !m_section->valeur(*m_retour.data, fiche) : fiche.nQuotient < 0)
             Erreur("box " + nom + " has no amount in \"" + m_cles[1] + "\"");
@@ -211,8 +173,6 @@ class Lecteur : public nlohmann::json_sax<json> {
     }
 
     Retour& m_retour;
-    const std::string& m_fichier;
-    const Position& m_position;
     std::size_t m_profondeur = 0;
     std::array<std::string, 5> m_cles;
     std::array<std::set<std::string>, 5> m_clesVues;
@@ -224,16 +184,15 @@ class Lecteur : public nlohmann::json_sax<json> {
 
 }  // namespace
 
-bool Retour::Calcule() {
-    return KV_CalculPFUEtCIMR(data.get(), &periode, true, indexation, optionsForcees, optionsSiSaisies);
+bool Retour::Calcule(const kv::Loi& loi) {
+    return kv::Lance(*data, &periode, true, indexation, optionsForcees, optionsSiSaisies, loi);
 }
 
 Retour LisRetour(std::string_view texte, const std::string& fichier, int premiereLigne) {
     Retour retour;
-    Position position{premiereLigne};
+    PositionJson position{premiereLigne};
     Lecteur lecteur(retour, fichier, position);
-    json::sax_parse(IterateurDeLignes{texte.data(), &position},
-                    IterateurDeLignes{texte.data() + texte.size(), &position}, &lecteur);
+    LisJson(texte, position, lecteur);
     return retour;
 }
 

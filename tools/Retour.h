@@ -2,21 +2,17 @@
 
 #include <cstdint>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
 #include "Calcul/cCalcul/DataCalcul.h"
+#include "Calcul/pCalculN/Loi.h"
 #include "KVCommun/cPeriode/Periode.h"
+#include "tools/LectureJson.h"
 
 // A return as a file describes it, and what its computation gives.
 
 namespace outil {
-
-/// Input that can't be used; the message names the file, the line and the box.
-struct ErreurEntree : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
 
 /// A return to compute.
 struct Retour {
@@ -26,8 +22,8 @@ struct Retour {
     /// The two option switches of the launch: the options apply always, or when the return sets one.
     bool optionsForcees = false, optionsSiSaisies = false;
 
-    /// Launches the computation; false when it failed.
-    bool Calcule();
+    /// Launches the computation under a law; false when it failed.
+    bool Calcule(const kv::Loi& loi = kv::loi2017);
 };
 
 /// Reads a return from JSON. fichier and premiereLigne say where the text stands, for the messages.

@@ -40,16 +40,36 @@ void Vide(std::ostream& sortie, const std::string& nom) {
     if (!sortie.flush()) throw ErreurEntree(nom + ": cannot be written");
 }
 
-int Run(const std::string& fichier, Forme forme) {
+// The law of the year, or with a reform laid over it.
+outil::LoiNommee LisLoi(const std::string& fichier) {
+    return fichier.empty() ? outil::LoiNommee() : outil::LisReforme(Contenu(fichier), fichier);
+}
+
+int Run(const std::string& fichier, const std::string& fichierLoi, Forme forme) {
+    const outil::LoiNommee loi = LisLoi(fichierLoi);
     outil::Retour retour = outil::LisRetour(Contenu(fichier), fichier);
-    const bool reussi = retour.Calcule();
-    outil::EcritResultat(std::cout, retour, reussi, forme);
+    const bool reussi = retour.Calcule(loi.loi);
+    outil::EcritResultat(std::cout, retour, loi, reussi, forme);
+    Vide(std::cout, sortieStandard);
+    return reussi ? Calcule : Echec;
+}
+
+int Compare(const std::string& fichier, const std::string& fichierLoi, bool json) {
+    const outil::LoiNommee annee, reforme = LisLoi(fichierLoi);
+    const std::string contenu = Contenu(fichier);
+    outil::Retour avant = outil::LisRetour(contenu, fichier), apres = outil::LisRetour(contenu, fichier);
+    const bool reussi = avant.Calcule(annee.loi) && apres.Calcule(reforme.loi);
+    if (reussi)
+        outil::EcritComparaison(std::cout, *avant.data, annee, *apres.data, reforme, json);
+    else
+        outil::EcritErreur(std::cout, "the computation failed");
     Vide(std::cout, sortieStandard);
     return reussi ? Calcule : Echec;
 }
 
 // One return per line in, one result per line out: memory does not grow with the number of lines.
-int Batch(const std::string& fichier, const std::string& fichierSortie, Forme forme) {
+int Batch(const std::string& fichier, const std::string& fichierSortie, const std::string& fichierLoi, Forme forme) {
+    const outil::LoiNommee loi = LisLoi(fichierLoi);
     std::ifstream fichierEntree;
     std::ofstream versFichier;
     if (!fichier.empty()) fichierEntree = Ouvre(fichier);
@@ -69,8 +89,8 @@ int Batch(const std::string& fichier, const std::string& fichierSortie, Forme fo
     for (int numero = 1; std::getline(entree, ligne); ++numero) {
         try {
             outil::Retour retour = outil::LisRetour(ligne, nom, numero);
-            const bool reussi = retour.Calcule();
-            outil::EcritResultat(sortie, retour, reussi, forme);
+            const bool reussi = retour.Calcule(loi.loi);
+            outil::EcritResultat(sortie, retour, loi, reussi, forme);
             if (!reussi) statut = Echec;
         } catch (const ErreurEntree& e) {
             outil::EcritErreur(sortie, e.what());
@@ -110,23 +130,34 @@ int main(int argc, char** argv) {
         "Exit status: 0 computed; 1 the computation failed, or a line of a batch could not be read or computed; 2 bad\n"
         "usage or input.");
     app.require_subcommand(1);
-    std::string fichier, sortie, motif;
-    bool json = false, complet = false, reductions = false;
+    std::string fichier, sortie, motif, loi;
+    bool json = false, complet = false, reductions = false, compare = false;
+    CLI::Option *drapeauComplet = nullptr, *optionLoi = nullptr;
     const auto formes = [&](CLI::App* commande) {
         auto* drapeauJson = commande->add_flag("--json", json, "print the non-zero outputs by name");
-        commande->add_flag("--full", complet, "print value, columns and text of every output, entries, carry-forwards")
-            ->excludes(drapeauJson);
+        drapeauComplet =
+            commande
+                ->add_flag("--full", complet, "print value, columns and text of every output, entries, carry-forwards")
+                ->excludes(drapeauJson);
+        optionLoi =
+            commande->add_option("--law", loi, "a reform in JSON: figures of the law by name, over those of the year");
     };
 
     CLI::App* run = app.add_subcommand("run", "compute one return and print a summary");
     run->add_option("FILE", fichier, "a return in JSON")->required();
     formes(run);
+    run->add_flag("--compare", compare, "print the figures of both laws where they differ")
+        ->needs(optionLoi)
+        ->excludes(drapeauComplet);
     CLI::App* batch = app.add_subcommand("batch", "compute one return per line, write one result per line");
     batch->add_option("IN", fichier, "returns, one per line (default: standard input)");
     batch->add_option("-o", sortie, "results (default: standard output)");
     formes(batch);
     CLI::App* boxes = app.add_subcommand("boxes", "list the box catalogues");
     CLI::Option* optionMotif = boxes->add_option("PATTERN", motif, "keep the names that contain this text");
+    CLI::App* parametres = app.add_subcommand("law", "list the figures of the law: name, value, unit, indexed, source");
+    parametres->add_option("PATTERN", motif, "keep the names and sources that contain this text");
+    parametres->add_flag("--json", json, "print a JSON array");
     boxes->add_flag("--reductions", reductions, "list the reduction tables instead, in the order of imputation")
         ->excludes(optionMotif);
 
@@ -136,9 +167,15 @@ int main(int argc, char** argv) {
         return app.exit(e) == 0 ? Calcule : MauvaiseEntree;
     }
     try {
-        if (*run) return Run(fichier, complet ? Forme::Complet : json ? Forme::Json : Forme::Resume);
-        if (*batch) return Batch(fichier, sortie, complet ? Forme::Complet : Forme::Json);
-        reductions ? outil::EcritReductions(std::cout) : EcritBoxes(motif);
+        if (*run && compare) return Compare(fichier, loi, json);
+        if (*run) return Run(fichier, loi, complet ? Forme::Complet : json ? Forme::Json : Forme::Resume);
+        if (*batch) return Batch(fichier, sortie, loi, complet ? Forme::Complet : Forme::Json);
+        if (*parametres)
+            outil::EcritLoi(std::cout, motif, json);
+        else if (reductions)
+            outil::EcritReductions(std::cout);
+        else
+            EcritBoxes(motif);
         Vide(std::cout, sortieStandard);
         return Calcule;
     } catch (const ErreurEntree& e) {

@@ -25,6 +25,21 @@ statut 1 "$kvcalcul" batch "$travail/mauvais"
 statut 2 "$kvcalcul" run "$travail/mauvais"
 statut 2 "$kvcalcul" run --nothing "$travail/bon"
 
+# A reform over the law of the year: 33333 less 10 %, of which 2914 at 31 % instead of 30.
+echo '{"bareme.tranche3.taux": 31}' >"$travail/reforme"
+statut 0 "$kvcalcul" run --json --law "$travail/reforme" "$travail/bon"
+grep -q '"law":{"year":2017,"changes":{"bareme.tranche3.taux":31}},.*"TOT_IMPOT":3322' "$travail/sortie"
+statut 0 "$kvcalcul" batch --law "$travail/reforme" "$travail/bon"
+grep -q '"TOT_IMPOT":3322' "$travail/sortie"
+statut 0 "$kvcalcul" run --law "$travail/reforme" --compare "$travail/bon"
+grep -q 'TOT_IMPOT  *3293  *3322  *+29' "$travail/sortie"
+statut 0 "$kvcalcul" law decote
+[ "$(wc -l <"$travail/sortie")" -eq 3 ]
+echo '{"bareme.tranche3.tauxx": 31}' >"$travail/reforme"
+statut 2 "$kvcalcul" batch --law "$travail/reforme" "$travail/bon"
+statut 2 "$kvcalcul" run --compare "$travail/bon"
+statut 2 "$kvcalcul" run --law "$travail/absente" "$travail/bon"
+
 # A program and a temporary directory whose names are no Unicode text: a computation like any other.
 programme=$travail/$(printf 'caf\xe9')
 cp "$kvcalcul" "$programme"

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Calcul/pCalculN/Loi.h"
+
+// A reform: figures of the law that a file changes.
+
+namespace outil {
+
+/// A law and how a reader calls it.
+struct LoiNommee {
+    kv::Loi loi = kv::loi2017;
+    std::string nom = std::to_string(kv::anneeDesRevenus);  ///< the year, or the file of the reform
+
+    /// The parameters that are not those of the year.
+    std::vector<kv::Parametre> Changements() const;
+};
+
+/// Lays the figures of a JSON object, name to value, over the law of the year. Throws ErreurEntree for a name that is
+/// no parameter, a value that the parameter can't take, or brackets that do not ascend; fichier is for the messages.
+LoiNommee LisReforme(std::string_view json, const std::string& fichier);
+
+/// A figure as a reader writes it: a whole number as an integer, others with their decimals.
+nlohmann::ordered_json FigureJson(const kv::Loi& loi, kv::Parametre p);
+
+/// Lists the parameters whose name or source contains a text: name, value, unit, whether indexed, source.
+void EcritLoi(std::ostream& sortie, std::string_view motif, bool json);
+
+}  // namespace outil
