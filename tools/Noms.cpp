@@ -37,18 +37,29 @@ std::string EnMinuscules(std::string_view nom) {
     return minuscules;
 }
 
-std::string Proches(std::string_view saisi, const std::vector<std::string_view>& noms) {
+std::vector<std::string_view> LesPlusProches(std::string_view saisi, const std::vector<std::string_view>& noms) {
     const std::string cherche = EnMinuscules(saisi);
-    std::vector<std::pair<std::size_t, std::string_view>> proches;
+    std::vector<std::pair<std::size_t, std::string_view>> ecarts;
     for (const std::string_view nom : noms)
         if (const std::size_t ecart = Ecart(cherche, EnMinuscules(nom));
             ecart <= std::max<std::size_t>(cherche.size(), 3))
-            proches.emplace_back(ecart, nom);
-    std::sort(proches.begin(), proches.end());
+            ecarts.emplace_back(ecart, nom);
+    std::sort(ecarts.begin(), ecarts.end());
+    std::vector<std::string_view> proches;
+    for (const auto& [ecart, nom] : ecarts)
+        if (proches.size() < 3) proches.push_back(nom);
+    return proches;
+}
+
+std::string Liste(const std::vector<std::string>& proches) {
     std::string texte;
-    for (std::size_t i = 0; i < std::min<std::size_t>(proches.size(), 3); ++i)
-        texte.append(i == 0 ? "; nearest: " : ", ").append(proches[i].second);
+    for (const std::string& nom : proches) texte += (texte.empty() ? "; nearest: " : ", ") + nom;
     return texte;
+}
+
+std::string Proches(std::string_view saisi, const std::vector<std::string_view>& noms) {
+    const auto proches = LesPlusProches(saisi, noms);
+    return Liste({proches.begin(), proches.end()});
 }
 
 }  // namespace outil

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Calcul/pInitCalcul/KVCalcul.h"
+#include "interface/Avertissements.h"
 #include "support/KVTarvel.h"
 
 namespace outil {
@@ -85,7 +86,10 @@ void EcritComparaison(std::ostream& sortie, const CDataCalcul& avant, const LoiN
                       const CDataCalcul& apres, const LoiNommee& loiApres, bool json) {
     const std::vector<Difference> differences = Differences(avant, apres);
     if (json) {
-        Objet objet = {{"ok", true}, {"laws", {Loi(loiAvant), Loi(loiApres)}}, {"differences", Objet::object()}};
+        Objet objet = {{"ok", true},
+                       {"version", KV_VERSION},
+                       {"laws", {Loi(loiAvant), Loi(loiApres)}},
+                       {"differences", Objet::object()}};
         for (const Difference& d : differences) objet["differences"][d.nom] = {d.avant, d.apres};
         sortie << objet.dump() << '\n';
         return;
@@ -113,7 +117,8 @@ void EcritErreur(std::ostream& sortie, const std::string& message) {
 void EcritResultat(std::ostream& sortie, Retour& retour, const LoiNommee& loi, bool reussi, Forme forme) {
     if (!reussi) return EcritErreur(sortie, "the computation failed");
     if (forme == Forme::Resume) return EcritResume(sortie, *retour.data, loi);
-    Objet objet = {{"ok", true}, {"law", Loi(loi)}};
+    Objet objet = {{"ok", true}, {"version", KV_VERSION}, {"law", Loi(loi)}};
+    if (const auto messages = kv::Avertissements(*retour.data); !messages.empty()) objet["warnings"] = messages;
     if (forme == Forme::Json) {
         objet["outputs"] = SortiesNonNulles(*retour.data);
     } else {

@@ -4,6 +4,8 @@
 #include <utility>
 
 #include "Calcul/pCalculN/ReductionsTable.h"
+#include "interface/Avertissements.h"
+#include "interface/Sens.h"
 #include "support/KVTarvel.h"
 #include "tools/Resultat.h"
 
@@ -35,6 +37,7 @@ class Resume {
         : m_sortie(sortie), S(data.Sortie), m_data(data), m_loi(loi) {}
 
     void Ecrit() {
+        for (const std::string& message : kv::Avertissements(m_data)) m_sortie << "warning: " << message << '\n';
         Net();
         Foyer();
         Revenus();
@@ -52,25 +55,38 @@ class Resume {
 
     void Ligne(std::string_view libelle, const std::string& valeur, const std::string& remarque = "") {
         if (m_titre) m_sortie << '\n' << std::exchange(m_titre, nullptr) << '\n';
-        m_sortie << "  " << std::left << std::setw(46) << libelle << std::right << std::setw(12) << valeur;
+        // Bytes that go on with a character take no place.
+        const auto largeur = std::count_if(libelle.begin(), libelle.end(), [](char c) { return (c & 0xC0) != 0x80; });
+        m_sortie << "  " << libelle
+                 << std::string(static_cast<std::size_t>(std::max<std::ptrdiff_t>(64 - largeur, 1)), ' ')
+                 << std::setw(12) << valeur;
         if (!remarque.empty()) m_sortie << "  " << remarque;
         m_sortie << '\n';
     }
 
     static std::string Decimal(double x) { return kv::VersUtf8(FloatToStr(x)); }
     std::string Detail(CaseSortie sortie) const { return kv::VersUtf8(m_data.Detail[sortie]); }
+    static const std::string& Libelle(CaseSortie sortie) { return kv::sens::De(sortie).libelle; }
 
-    // An amount, left out when it is 0.
-    void Montant(std::string_view libelle, CaseSortie sortie, const std::string& remarque = "") {
-        if (S[sortie] != 0) Ligne(libelle, std::to_string(S[sortie]), remarque);
+    // An amount with the label of its box; left out when it is 0.
+    void Montant(CaseSortie sortie, const std::string& remarque = "") {
+        if (S[sortie] != 0) Toujours(sortie, remarque);
+    }
+    void Toujours(CaseSortie sortie, const std::string& remarque = "") {
+        Ligne(Libelle(sortie), std::to_string(S[sortie]), remarque);
+    }
+
+    // A rate and its base: "25% x 800".
+    static std::string TauxDeBase(std::int32_t centiemes, std::int32_t base) {
+        return Decimal(centiemes / 100.0) + "% x " + std::to_string(base);
     }
 
     // An amount by person: the first declarant, the second, the dependants.
-    void ParPersonne(std::string_view libelle, CaseSortie sortie) {
+    void ParPersonne(CaseSortie sortie) {
         std::string detail;
         for (const auto& colonne : m_data.Colonne)
             detail += (detail.empty() ? "(" : " / ") + std::to_string(colonne[sortie]);
-        Montant(libelle, sortie, detail + ")");
+        Montant(sortie, detail + ")");
     }
 
     // ---- Sections.
@@ -83,7 +99,7 @@ class Resume {
             Ligne("to pay", std::to_string(S["S_NET_A_PAYER"]));
         if (S["TOT_N_RECOUVRE"] + S["S_NON_RECOUVRE"] != 0)
             Ligne("too small to be collected", std::to_string(S["TOT_N_RECOUVRE"] + S["S_NON_RECOUVRE"]));
-        Montant("too small to be refunded", "TOT_N_REST");
+        if (S["TOT_N_REST"] != 0) Ligne("too small to be refunded", std::to_string(S["TOT_N_REST"]));
         Loi();
         if (S["PFU"] != 0) Ligne("option applied", "flat tax");
         if (S["BAR"] != 0) Ligne("option applied", "scale");
@@ -105,70 +121,69 @@ class Resume {
         if (changements > 0)
             remarque =
                 std::to_string(changements) + (changements == 1 ? " figure" : " figures") + " changed by " + m_loi.nom;
+        Ligne("library", KV_VERSION);
         Ligne("law of the year", std::to_string(kv::anneeDesRevenus), remarque);
     }
 
     void Foyer() {
         Section("Household");
         Ligne("parts", Decimal(S["F_NB_PARTS_ALL"] / 100.0));
-        Montant("dependants", "F_NB_CHARGE");
-        Montant("children in alternating residence", "F_NB_ENFANTS_ALTERNE");
+        Montant("F_NB_CHARGE");
+        Montant("F_NB_ENFANTS_ALTERNE");
     }
 
     void Revenus() {
         Section("Income (first declarant / second declarant / dependants)");
-        ParPersonne("net salaries", "RN_SAL");
-        ParPersonne("net pensions", "RN_PEN");
-        Montant("annuities", "RD_RENTES");
-        ParPersonne("farm", "RR_BA");
-        ParPersonne("commercial, professional", "RR_BIC_P");
-        ParPersonne("commercial, non-professional", "RR_BIC_NP");
-        ParPersonne("furnished letting", "RR_BIC_NP_LM");
-        ParPersonne("non-commercial, professional", "RR_BNC_P");
-        ParPersonne("non-commercial, non-professional", "RR_BNC_NP");
-        Montant("investment income", "RD_MOB");
-        Montant("property income", "RD_FON");
-        ParPersonne("share gains taxed as salaries", "RD_GAINS");
-        Montant("gains taxed by the scale", "RD_PV_BAREME");
-        Montant("other income", "RD_AUTRE");
-        Montant("exceptional income, taxed by the quotient", "RQ_REV_EXCEP");
-        Ligne("gross income", std::to_string(S["TOT_R_BRUT"]));
-        Montant("deductible charges", "CHARGES");
-        Montant("allowances", "ABAT");
-        Ligne("net income", std::to_string(S["TOT_R_NET"]));
-        Ligne("taxable income", std::to_string(S["TOT_R_IMPOS"]));
-        Montant("worldwide income", "TOT_R_MONDIAL");
-        Montant("reference income", "REVENU_REF");
+        ParPersonne("RN_SAL");
+        ParPersonne("RN_PEN");
+        Montant("RD_RENTES");
+        ParPersonne("RR_BA");
+        ParPersonne("RR_BIC_P");
+        ParPersonne("RR_BIC_NP");
+        ParPersonne("RR_BIC_NP_LM");
+        ParPersonne("RR_BNC_P");
+        ParPersonne("RR_BNC_NP");
+        Montant("RD_MOB");
+        Montant("RD_FON");
+        ParPersonne("RD_GAINS");
+        Montant("RD_PV_BAREME");
+        Montant("RD_AUTRE");
+        Montant("RQ_REV_EXCEP");
+        Toujours("TOT_R_BRUT");
+        Montant("CHARGES");
+        Montant("ABAT");
+        Toujours("TOT_R_NET");
+        Toujours("TOT_R_IMPOS");
+        Montant("TOT_R_MONDIAL");
+        Montant("REVENU_REF");
     }
 
     void Impot() {
         Section("Tax");
-        Ligne("scale, all parts", std::to_string(S["I_IMP_NORM"]));
+        Toujours("I_IMP_NORM");
         if (S["I_IMP_SIMP"] != 0) {
-            Montant("scale, parts without dependants", "I_IMP_SIMP");
-            Montant("cap on the family quotient", "I_PLAF_FAM");
-            Montant("complementary reduction", "I_NEUT_PLAF_FAM");
-            Montant("adjustment for widowed parents", "I_AJUST_PLAF_FAM");
+            Montant("I_IMP_SIMP");
+            Montant("I_PLAF_FAM");
+            Montant("I_NEUT_PLAF_FAM");
+            Montant("I_AJUST_PLAF_FAM");
         }
-        Montant("tax on exceptional income", "I_QUOT");
-        Ligne("gross tax", std::to_string(S["TOT_IMPOT"]));
+        Montant("I_QUOT");
+        Toujours("TOT_IMPOT");
         Ligne("marginal rate", Decimal(S["TAUX_MARGINAL_3"] / 100.0) + "%");
-        if (S["IMPOT_CALC"] != 0)
-            Montant("tax at the effective rate", "IMPOT_TX_EFFECTIF", "(" + Detail("IMPOT_CALC") + ")");
+        if (S["IMPOT_CALC"] != 0) Montant("IMPOT_TX_EFFECTIF", "(" + Detail("IMPOT_CALC") + ")");
         if (S["IMPOT_TM_RETENU"] != 0)
-            Montant("tax of a non-resident", "IMPOT_TM",
-                    "at " + Decimal(m_data.Colonne[2]["IMPOT_TM_RETENU"] / 100.0) + "%");
-        Montant("overseas abatement", "U_DECOTE_DOM_GMR");
-        Montant("overseas abatement", "U_DECOTE_DOM_GUY");
-        Montant("low-tax relief", "U_DECOTE");
-        Montant("reduction for modest incomes", "U_CLASSES_MOYENNES");
-        Montant("reductions, modest incomes included", "REDUCTIONS");
-        Montant("tax after reductions", "TOT_IMP_RED");
-        Montant("taxes at proportional rates", "CORRECTIONS");
-        Montant("contribution on high incomes", "CONTRIBUTIONS");
-        Montant("advantages above the global cap", "NICHE_FISCALE");
-        Montant("credits", "D_CREDIT");
-        Montant("average rate, hundredths of a percent", "TAUX_IMPOS_MOY");
+            Montant("IMPOT_TM", "at " + Decimal(m_data.Colonne[2]["IMPOT_TM_RETENU"] / 100.0) + "%");
+        Montant("U_DECOTE_DOM_GMR");
+        Montant("U_DECOTE_DOM_GUY");
+        Montant("U_DECOTE");
+        Montant("U_CLASSES_MOYENNES");
+        Montant("REDUCTIONS");
+        Montant("TOT_IMP_RED");
+        Montant("CORRECTIONS");
+        Montant("CONTRIBUTIONS");
+        Montant("NICHE_FISCALE");
+        Montant("D_CREDIT");
+        if (S["TAUX_IMPOS_MOY"] != 0) Ligne(Libelle("TAUX_IMPOS_MOY"), Decimal(S["TAUX_IMPOS_MOY"] / 100.0) + "%");
     }
 
     void Reductions() {
@@ -183,7 +198,7 @@ class Resume {
             std::string remarque = Detail(sortie);
             if (report && S[report] != 0)
                 remarque += ", carried: " + std::to_string(S[report]) + " in " + kv::sortie::noms[report.numero];
-            Ligne(nom.substr(2), std::to_string(S[sortie]), remarque);
+            Toujours(sortie, remarque);
         }
         std::int32_t rendus = 0;
         kv::reductions::GroupesPartages([&](const auto& groupe) {
@@ -196,37 +211,49 @@ class Resume {
     void Credits() {
         Section("Credits");
         for (int j = 0; j < kv::nSorties; ++j) {
+            const CaseSortie credit = CaseSortie::Numero(j);
             const std::string_view nom = kv::sortie::noms[j];
-            if (nom.starts_with("D_") && nom != "D_CREDIT" && nom != "D_CREDIT_TOT")
-                Montant(nom.substr(2), CaseSortie::Numero(j), Detail(CaseSortie::Numero(j)));
+            if (!nom.starts_with("D_") || credit == "D_CREDIT" || credit == "D_CREDIT_TOT") continue;
+            const std::int32_t retenu = m_data.Colonne[1][credit], taux = m_data.Colonne[2][credit];
+            const std::string texte = Detail(credit);
+            Montant(credit, !texte.empty() ? texte : retenu != 0 && taux != 0 ? TauxDeBase(taux, retenu) : "");
         }
     }
 
     void Prelevements() {
         Section("Social levies");
-        if (S["S_CONTR_SOC"] != 0)
-            Montant("property and capital income", "S_CONTR_SOC", "on " + std::to_string(m_data.Colonne[0]["S_BASES"]));
-        Montant("income without levy at source", "S_CSG_CRDS_ETR");
-        Montant("share gains", "S_CSG_CRDS_SAL");
-        Montant("employee contribution on gains", "S_CONTR_SAL");
-        Montant("carried interest", "S_CONTR_CARRIED");
-        Montant("to pay", "S_A_PAYER");
-        Montant("deductible next year", "S_DEDUC");
+        static constexpr std::string_view parts[3] = {"solidarité et assimilés", "CSG", "CRDS"};
+        const bool deuxTaux = m_data.Colonne[1]["S_TAUX"] == 0;  // deferred gains bear another one
+        for (std::size_t k = 0; k < 3; ++k) {
+            const auto& colonne = m_data.Colonne[k];
+            if (colonne["S_CONTR_SOC"] == 0) continue;
+            const std::string base = std::to_string(colonne["S_BASES"]);
+            Ligne(Libelle("S_CONTR_SOC") + ", " + std::string(parts[k]), std::to_string(colonne["S_CONTR_SOC"]),
+                  k == 1 && deuxTaux ? "two rates x " + base : TauxDeBase(colonne["S_TAUX"], colonne["S_BASES"]));
+        }
+        for (int j = 0; j < kv::nSorties; ++j) {
+            const CaseSortie ligne = CaseSortie::Numero(j);
+            const std::string_view nom = kv::sortie::noms[j];
+            if (nom.starts_with("S_E_") || nom.starts_with("S_S_") || ligne == "S_CRDS_SAL" || ligne == "S_CSG_SAL")
+                if (ligne != "S_E_CSG_4_NP1") Montant(ligne, Detail(ligne));
+        }
+        Montant("S_A_PAYER");
+        Montant("S_DEDUC");
     }
 
     void AnneeSuivante() {
         Section("For next year's return");
-        Montant("global deficit", "NP1_GLOBAL");
-        Montant("farm deficit", "NP1_BA");
-        Montant("commercial deficit, non-professional", "NP1_BICNP");
-        Montant("furnished-letting deficit", "NP1_BICNP_LM");
-        Montant("non-commercial deficit, non-professional", "NP1_BNCNP");
-        Montant("property deficit", "NP1_FON");
-        Montant("investment deficit", "NP1_REV_MOB");
-        Montant("donations of this year", "NP1_DONS_N");
-        Montant("donations of last year", "NP1_DONS_Nm1");
-        Montant("retirement-savings ceiling, first declarant", "NP1_PLAF_PERP_V");
-        Montant("retirement-savings ceiling, second declarant", "NP1_PLAF_PERP_C");
+        Montant("NP1_GLOBAL");
+        Montant("NP1_BA");
+        Montant("NP1_BICNP");
+        Montant("NP1_BICNP_LM");
+        Montant("NP1_BNCNP");
+        Montant("NP1_FON");
+        Montant("NP1_REV_MOB");
+        Montant("NP1_DONS_N");
+        Montant("NP1_DONS_Nm1");
+        Montant("NP1_PLAF_PERP_V");
+        Montant("NP1_PLAF_PERP_C");
     }
 
     std::ostream& m_sortie;

@@ -11,6 +11,7 @@
 #include "Calcul/cCalcul/Catalogues.h"
 #include "Calcul/pCalculN/Pilote.h"
 #include "support/KVTarvel.h"
+#include "tools/Boites.h"
 #include "tools/LectureJson.h"
 #include "tools/Noms.h"
 
@@ -119,11 +120,7 @@ class Lecteur : public LecteurJson {
 
     const CaseEntreeDef* Box(const std::string& nom) const {
         const int numero = kv::NumeroEntree(nom);
-        if (numero < 0) {
-            std::vector<std::string_view> noms;
-            for (const auto& ligne : kv::entree::lignes) noms.push_back(ligne.nom);
-            Erreur("unknown entry box " + nom + Proches(nom, noms));
-        }
+        if (numero < 0) Erreur("unknown entry box " + nom + BoitesProches(nom));
         const CaseEntreeDef& fiche = TableEntree[static_cast<std::size_t>(numero)];
         if (m_section ? !m_section->valeur(*m_retour.data, fiche) : fiche.nQuotient < 0)
             Erreur("box " + nom + " has no amount in \"" + m_cles[1] + "\"");
@@ -186,6 +183,12 @@ class Lecteur : public LecteurJson {
 
 bool Retour::Calcule(const kv::Loi& loi) {
     return kv::Lance(*data, &periode, true, indexation, optionsForcees, optionsSiSaisies, loi);
+}
+
+std::vector<std::string> NomsDesLancements() {
+    std::vector<std::string> noms;
+    for (const Lancement& l : lancements) noms.emplace_back(l.nom);
+    return noms;
 }
 
 Retour LisRetour(std::string_view texte, const std::string& fichier, int premiereLigne) {

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "Calcul/cCalcul/DataCalcul.h"
 #include "Calcul/pCalculN/Loi.h"
@@ -29,5 +30,8 @@ struct Retour {
 /// Reads a return from JSON. fichier and premiereLigne say where the text stands, for the messages.
 /// Throws ErreurEntree for anything that is not exactly a return.
 Retour LisRetour(std::string_view json, const std::string& fichier, int premiereLigne = 1);
+
+/// The launches by the names that a return may give them.
+std::vector<std::string> NomsDesLancements();
 
 }  // namespace outil

@@ -6,7 +6,8 @@
 #include <optional>
 #include <string_view>
 
-#include "Calcul/cCalcul/Catalogues.h"
+#include "interface/Avertissements.h"
+#include "tools/Boites.h"
 #include "tools/Resultat.h"
 #include "tools/Retour.h"
 
@@ -91,6 +92,8 @@ int Batch(const std::string& fichier, const std::string& fichierSortie, const st
             outil::Retour retour = outil::LisRetour(ligne, nom, numero);
             const bool reussi = retour.Calcule(loi.loi);
             outil::EcritResultat(sortie, retour, loi, reussi, forme);
+            for (const std::string& message : kv::Avertissements(*retour.data))
+                std::cerr << nom << ':' << numero << ": warning: " << message << '\n';
             if (!reussi) statut = Echec;
         } catch (const ErreurEntree& e) {
             outil::EcritErreur(sortie, e.what());
@@ -100,24 +103,6 @@ int Batch(const std::string& fichier, const std::string& fichierSortie, const st
     if (entree.bad()) throw ErreurEntree(nom + ": cannot be read");
     Vide(sortie, fichierSortie.empty() ? sortieStandard : fichierSortie);
     return statut;
-}
-
-void EcritBoxes(const std::string& motif) {
-    const auto retenue = [&](std::string_view nom) { return nom.find(motif) != nom.npos; };
-    for (const CaseEntreeDef& c : TableEntree) {
-        const char* nom = kv::entree::lignes[c.Index].nom;
-        if (!retenue(nom)) continue;
-        std::cout << "entry    " << c.Index << '\t' << nom << "\tperson " << c.Type;
-        if (c.CaseLiee >= 0) std::cout << "\tlinked to " << kv::entree::lignes[c.CaseLiee].nom;
-        for (const auto& [zone, slot] : {std::pair("quotient", c.nQuotient), std::pair("ti", c.nTI),
-                                         std::pair("tix", c.nTIX), std::pair("tk", c.nTK)})
-            if (slot >= 0) std::cout << '\t' << zone << ' ' << slot;
-        std::cout << '\n';
-    }
-    for (std::size_t j = 0; j < kv::nSorties; ++j)
-        if (retenue(kv::sortie::noms[j])) std::cout << "output   " << j << '\t' << kv::sortie::noms[j] << '\n';
-    for (std::size_t r = 0; r < kv::nReports; ++r)
-        if (retenue(kv::report::noms[r])) std::cout << "carry    " << r << '\t' << kv::report::noms[r] << '\n';
 }
 
 }  // namespace
@@ -131,7 +116,7 @@ int main(int argc, char** argv) {
         "usage or input.");
     app.require_subcommand(1);
     std::string fichier, sortie, motif, loi;
-    bool json = false, complet = false, reductions = false, compare = false;
+    bool json = false, complet = false, reductions = false, compare = false, markdown = false;
     CLI::Option *drapeauComplet = nullptr, *optionLoi = nullptr;
     const auto formes = [&](CLI::App* commande) {
         auto* drapeauJson = commande->add_flag("--json", json, "print the non-zero outputs by name");
@@ -153,13 +138,20 @@ int main(int argc, char** argv) {
     batch->add_option("IN", fichier, "returns, one per line (default: standard input)");
     batch->add_option("-o", sortie, "results (default: standard output)");
     formes(batch);
-    CLI::App* boxes = app.add_subcommand("boxes", "list the box catalogues");
-    CLI::Option* optionMotif = boxes->add_option("PATTERN", motif, "keep the names that contain this text");
+    CLI::App* boxes = app.add_subcommand("boxes", "list the boxes, or find some with what they mean");
+    CLI::Option* optionMotif =
+        boxes->add_option("PATTERN", motif, "find the boxes whose name contains this text, or whose label its words");
+    CLI::Option* boitesJson = boxes->add_flag("--json", json, "print a JSON array");
+    CLI::Option* boitesMarkdown = boxes->add_flag("--markdown", markdown, "print docs/boxes.md")->excludes(boitesJson);
+    boitesMarkdown->excludes(optionMotif);
     CLI::App* parametres = app.add_subcommand("law", "list the figures of the law: name, value, unit, indexed, source");
     parametres->add_option("PATTERN", motif, "keep the names and sources that contain this text");
     parametres->add_flag("--json", json, "print a JSON array");
     boxes->add_flag("--reductions", reductions, "list the reduction tables instead, in the order of imputation")
-        ->excludes(optionMotif);
+        ->excludes(optionMotif)
+        ->excludes(boitesJson)
+        ->excludes(boitesMarkdown);
+    CLI::App* schema = app.add_subcommand("schema", "print the JSON Schema of a return");
 
     try {
         app.parse(argc, argv);
@@ -172,10 +164,18 @@ int main(int argc, char** argv) {
         if (*batch) return Batch(fichier, sortie, loi, complet ? Forme::Complet : Forme::Json);
         if (*parametres)
             outil::EcritLoi(std::cout, motif, json);
+        else if (*schema)
+            outil::EcritSchema(std::cout);
         else if (reductions)
             outil::EcritReductions(std::cout);
-        else
-            EcritBoxes(motif);
+        else if (json)
+            outil::EcritBoitesJson(std::cout, motif);
+        else if (markdown)
+            outil::EcritBoitesMarkdown(std::cout);
+        else if (motif.empty())
+            outil::EcritCatalogues(std::cout);
+        else if (!outil::EcritBoites(std::cout, motif))
+            throw ErreurEntree("no box has \"" + motif + "\" in its name or label" + outil::BoitesProches(motif));
         Vide(std::cout, sortieStandard);
         return Calcule;
     } catch (const ErreurEntree& e) {

@@ -70,7 +70,8 @@ constexpr auto rangDesEtapes = [] {
     return rangs;
 }();
 
-// What "1:Calcul" runs itself.
+constexpr std::u16string_view libelleCalcul = u"1:Calcul";
+// What it runs itself.
 constexpr Etape etapesPrincipales[] = {Etape::NichesFiscales, Etape::Reports,         Etape::PrelevLib,
                                        Etape::TauxImposMoyen, Etape::ImposTxMarginal, Etape::ImposTrancheSup};
 
@@ -172,7 +173,7 @@ void CCalcul_N::TraceEntrees() const {
 }
 
 bool CCalcul_N::Pipeline(bool drapeau) {
-    const kv::EtapeTracee tracee(m_trace, u"1:Calcul");
+    const kv::EtapeTracee tracee(m_trace, libelleCalcul);
 
     const bool premierPassage = !m_bSimulationBAR && !m_bPassageFinal;
     if (m_saisie["AVA"] != 0 && premierPassage) m_saisie["PFU"] = 1;
@@ -257,6 +258,11 @@ bool CCalcul_N::SimulationSuivante(bool drapeau) {
 }
 
 namespace kv {
+
+std::string LibelleEtape(Etape etape) {
+    return VersUtf8(etape == Etape{} ? libelleCalcul
+                                     : lignesEtapes[rangDesEtapes[static_cast<std::size_t>(etape)]].libelle);
+}
 
 bool Lance(CDataCalcul& data, const TPeriode* periode, bool drapeau, double tauxIndexation, bool optionsForcees,
            bool optionsSiSaisies, const Loi& loi) noexcept {

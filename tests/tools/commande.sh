@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # The command as a user meets it: what it says of itself, its exit statuses, and names that are no Unicode text.
-#   commande.sh KVCALCUL VERSION
+#   commande.sh KVCALCUL VERSION PROJECT
 set -euo pipefail
-kvcalcul=$1 version=$2
+kvcalcul=$1 version=$2 projet=$3
 travail=$(mktemp -d)
 trap 'rm -rf "$travail"' EXIT
 
@@ -39,6 +39,51 @@ echo '{"bareme.tranche3.tauxx": 31}' >"$travail/reforme"
 statut 2 "$kvcalcul" batch --law "$travail/reforme" "$travail/bon"
 statut 2 "$kvcalcul" run --compare "$travail/bon"
 statut 2 "$kvcalcul" run --law "$travail/absente" "$travail/bon"
+
+# What the boxes mean: the document is that of this build, a search shows blocks, an unknown box its neighbours.
+statut 0 "$kvcalcul" boxes --markdown
+cmp "$travail/sortie" "$projet/docs/boxes.md" || { echo "docs/boxes.md: kvcalcul boxes --markdown >docs/boxes.md" >&2; exit 1; }
+statut 0 "$kvcalcul" boxes "SALAIRES traitements"
+grep -qx '1BJ  Traitements et salaires' "$travail/sortie"
+statut 0 "$kvcalcul" boxes
+[ "$(wc -l <"$travail/sortie")" -eq $((2128 + 2288 + 736)) ]
+statut 2 "$kvcalcul" boxes zzzz
+echo '{"entries": {"1AJX": 1}}' >"$travail/inconnue"
+statut 2 "$kvcalcul" run "$travail/inconnue"
+grep -q 'unknown entry box 1AJX; nearest: 1AJ (Traitements et salaires)' "$travail/erreurs"
+
+# Warnings stand in the result; in a batch they go to standard error with the line.
+{ cat "$travail/bon"; echo '{"entries": {"C": 1, "M": 1}}'; } >"$travail/douteux"
+statut 0 "$kvcalcul" batch "$travail/douteux"
+grep -q ':2: warning: M .* and C .*: more than one family situation' "$travail/erreurs"
+[ "$(wc -l <"$travail/erreurs")" -eq 1 ]
+grep -q '"warnings":\["M ' "$travail/sortie"
+
+# The schema accepts every example, and refuses what the reader of returns refuses.
+"$kvcalcul" schema >"$travail/schema.json"
+"$kvcalcul" boxes --json >"$travail/boxes.json"
+for python in python3 /usr/bin/python3; do
+    "$python" -c 'import jsonschema' 2>/dev/null && break
+done
+"$python" - "$travail/schema.json" "$travail/boxes.json" "$projet"/examples/*.json <<'FIN'
+import json, sys
+import jsonschema
+schema, boites = json.load(open(sys.argv[1])), json.load(open(sys.argv[2]))
+jsonschema.Draft202012Validator.check_schema(schema)
+valide = jsonschema.Draft202012Validator(schema)
+for exemple in sys.argv[3:]:
+    valide.validate(json.load(open(exemple)))
+bon = {"entries": {"1AJ": 1}, "ti": {"1AW": 5}, "quotients": {"1AJ": {"4": 10}}, "launch": "forced", "indexation": 1.5,
+       "period": ["2017-01-01", "31/12/2017"]}
+valide.validate(bon)
+for faux in ({}, {"entries": {"1ZZ": 1}}, {"entries": {"1AJ": 1.5}}, {"entries": {"1AJ": 2**31}}, {"entries": {}, "x": 1},
+             {"entries": {}, "ti": {"1AJ": 1}}, {"entries": {}, "quotients": {"1AJ": {"04": 1}}},
+             {"entries": {}, "launch": "other"}, {"entries": {}, "period": ["2017-01-01"]}):
+    assert not valide.is_valid(faux), faux
+assert len(boites) == 2128 + 2288 + 736
+assert all(b["label"] and b["kind"] and b["person"] and b["group"] for b in boites)
+assert [b["number"] for b in boites if b["catalogue"] == "output"] == list(range(2288))
+FIN
 
 # A program and a temporary directory whose names are no Unicode text: a computation like any other.
 programme=$travail/$(printf 'caf\xe9')
