@@ -2,18 +2,14 @@
 
 #include <nlohmann/json.hpp>
 #include <set>
-#include <stdexcept>
 #include <string>
 #include <string_view>
+
+#include "tools/ErreurEntree.h"
 
 // Reading the small JSON files of a user, so that a message can say where in the file something is wrong.
 
 namespace outil {
-
-/// Input that can't be used; the message names the file, the line and what is wrong there.
-struct ErreurEntree : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
 
 /// Where the parser is: it reads one character beyond a number.
 struct PositionJson {

@@ -9,7 +9,7 @@
 #include "Calcul/cCalcul/DataCalcul.h"
 #include "Calcul/pCalculN/Loi.h"
 #include "KVCommun/cPeriode/Periode.h"
-#include "tools/LectureJson.h"
+#include "tools/ErreurEntree.h"
 
 // A return as a file describes it, and what its computation gives.
 
