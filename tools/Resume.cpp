@@ -66,7 +66,13 @@ class Resume {
 
     static std::string Decimal(double x) { return kv::VersUtf8(FloatToStr(x)); }
     std::string Detail(CaseSortie sortie) const { return kv::VersUtf8(m_data.Detail[sortie]); }
-    static const std::string& Libelle(CaseSortie sortie) { return kv::sens::De(sortie).libelle; }
+    // The label, without what the title of its section says.
+    static std::string_view Libelle(CaseSortie sortie) {
+        std::string_view libelle = kv::sens::De(sortie).libelle;
+        for (const std::string_view titre : {"Réduction : ", "Crédit : "})
+            if (libelle.starts_with(titre)) libelle.remove_prefix(titre.size());
+        return libelle;
+    }
 
     // An amount with the label of its box; left out when it is 0.
     void Montant(CaseSortie sortie, const std::string& remarque = "") {
@@ -228,7 +234,8 @@ class Resume {
             const auto& colonne = m_data.Colonne[k];
             if (colonne["S_CONTR_SOC"] == 0) continue;
             const std::string base = std::to_string(colonne["S_BASES"]);
-            Ligne(Libelle("S_CONTR_SOC") + ", " + std::string(parts[k]), std::to_string(colonne["S_CONTR_SOC"]),
+            Ligne(std::string(Libelle("S_CONTR_SOC")) + ", " + std::string(parts[k]),
+                  std::to_string(colonne["S_CONTR_SOC"]),
                   k == 1 && deuxTaux ? "two rates x " + base : TauxDeBase(colonne["S_TAUX"], colonne["S_BASES"]));
         }
         for (int j = 0; j < kv::nSorties; ++j) {
