@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <memory_resource>
+#include <optional>
 
 #include "Calcul/pCalculN/Calcul.h"
 #include "Calcul/pCalculN/ChainesConnues.h"
@@ -11,7 +12,7 @@
 /// The income tax of a year: the numbered steps, run over one return under one law.
 ///
 /// The return is read when the object is made; the computation works on values of its own, so that an exception leaves
-/// nothing of the return half done. The object lives for one launch.
+/// nothing of the return half done. The object lives for one launch, and the law at least as long.
 class CCalcul_N final : public CCalcul, private kv::Chaine {
   public:
     CCalcul_N(CDataCalcul& data, bool optionsForcees, bool optionsSiSaisies, double tauxIndexation, const kv::Loi& loi);
@@ -39,7 +40,8 @@ class CCalcul_N final : public CCalcul, private kv::Chaine {
     }
 
     kv::Lancement m_lancement;
-    const kv::Loi m_loi;
+    const std::optional<kv::Loi> m_loiIndexee;  ///< where the launch raises the indexed amounts
+    const kv::Loi& m_loi;
     const kv::Bareme m_bareme;
     kv::Saisie m_saisie;
     kv::CasesEntree m_remplies;  ///< the boxes that a family may look for; the driver's own switches are not among them

@@ -25,8 +25,8 @@ const ReglesUnite& ReglesDe(Unite unite) { return regles[static_cast<std::size_t
 
 }  // namespace
 
-Loi Indexee(const Loi& loi, double taux) {
-    if (taux == -1.0 || taux == 0.0) return loi;
+std::optional<Loi> Indexee(const Loi& loi, double taux) {
+    if (taux == -1.0 || taux == 0.0) return {};
     const double coefficient = dDiv(dMul(taux, 100.0) + 10000.0, 10000.0);
     Loi indexee = loi;
     for (std::size_t i = 0; i < nParametres; ++i)

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -82,8 +83,8 @@ inline constexpr Loi loi2017 = [] {
     return loi;
 }();
 
-/// The law with the indexed amounts raised by a rate in percent; -1.0 for none.
-Loi Indexee(const Loi& loi, double taux);
+/// The law with the indexed amounts raised by a rate in percent; none for -1.0 and 0, which raise nothing.
+std::optional<Loi> Indexee(const Loi& loi, double taux);
 
 // ---- Reforms: parameters by name, as a reader writes them.
 

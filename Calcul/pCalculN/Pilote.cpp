@@ -105,7 +105,8 @@ CCalcul_N::CCalcul_N(CDataCalcul& data, bool optionsForcees, bool optionsSiSaisi
     : CCalcul(data),
       m_lancement{
           .tauxIndexation = tauxIndexation, .optionsForcees = optionsForcees, .optionsSiSaisies = optionsSiSaisies},
-      m_loi(kv::Indexee(loi, tauxIndexation)),
+      m_loiIndexee(kv::Indexee(loi, tauxIndexation)),
+      m_loi(m_loiIndexee ? *m_loiIndexee : loi),
       m_bareme(kv::BaremeDe(m_loi)),
       m_saisie(kv::LisSaisie(data)),
       m_exceptionnels(kv::LisExceptionnels(data)) {
