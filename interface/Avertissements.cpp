@@ -17,8 +17,8 @@ class Controle {
     std::vector<std::string> Fait() {
         Situations();
         SecondDeclarant();
-        Enfants("Gm", "Fm", "disabled children");
-        Enfants("Im", "Hm", "disabled children in alternating residence");
+        Invalides("Gm", {"Fm", "Jm", "Rm"}, "disabled dependants");
+        Invalides("Im", {"Hm"}, "disabled children in alternating residence");
         static const std::vector<CaseEntree> dates = DuGenre(sens::Genre::Date), coches = DuGenre(sens::Genre::Coche);
         for (const CaseEntree c : dates) Date(c);
         for (const CaseEntree c : coches) Coche(c);
@@ -66,8 +66,12 @@ class Controle {
             m_messages.push_back(boites + ": income of a second declarant, but neither M nor O is ticked");
     }
 
-    void Enfants(CaseEntree parmi, CaseEntree tous, const char* quoi) {
-        if (E(parmi) > E(tous)) m_messages.push_back(Valeur(parmi) + ": more " + quoi + " than " + Valeur(tous));
+    void Invalides(CaseEntree parmi, std::initializer_list<CaseEntree> tous, const char* quoi) {
+        std::int32_t nombre = 0;
+        std::string boites;
+        for (const CaseEntree c : tous) nombre += E(c), boites.append(boites.empty() ? "" : " + ").append(Nom(c));
+        if (E(parmi) > nombre)
+            m_messages.push_back(Valeur(parmi) + ": more " + quoi + " than " + boites + " = " + std::to_string(nombre));
     }
 
     // AAAAMMJJ, or a year where the box asks for one.

@@ -8,8 +8,8 @@
 namespace kv {
 
 /// What can't be true of a return, in English, each line naming its boxes: two family situations, a second declarant's
-/// income without a couple, more disabled children than children, impossible or future dates, a tick that is neither 0
-/// nor
+/// income without a couple, more disabled dependants than dependants, impossible or future dates, a tick that is
+/// neither 0 nor
 /// 1. The figures are computed all the same. Only the entry boxes are read; unset ones count as 0.
 std::vector<std::string> Avertissements(const CDataCalcul& data);
 

@@ -129,11 +129,11 @@ TEST(Avertissements, NameWhatCannotBeTrue) {
         const char *foyer, *mention;  // "" for a return that may well be
     } cas[] = {
         {"M Fm=2 Gm=1 1AJ=30000 1BJ=20000 AAF1=19700228", ""},
-        {"C 1AJ=30000 5XC=2016", ""},
+        {"C Jm=1 Gm=1 1AJ=30000 5XC=2016", ""},
         {"Vp Z1=20170301 1BJ=20000", ""},
         {"M C 1AJ=30000", "M (Mariés) and C (Célibataire): more than one family situation"},
         {"C 1BJ=20000 5IC=100", "5IC, 1BJ: income of a second declarant"},
-        {"M Fm=1 Gm=2", "Gm = 2: more disabled children than Fm = 1"},
+        {"M Fm=1 Gm=2", "Gm = 2: more disabled dependants than Fm + Jm + Rm = 1"},
         {"C Im=1", "Im = 1: more disabled children in alternating residence than Hm = 0"},
         {"C AAF1=20180101", "AAF1 = 20180101 (Date de naissance): after the end of 2017"},
         {"C AAF1=19700230", "not a date"},
