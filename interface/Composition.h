@@ -14,7 +14,7 @@ namespace kv::sens {
 namespace r = reductions;
 namespace om = outremer;
 
-inline constexpr const char* inutilisee = "Inutilisée";
+inline constexpr const char* inutilisee = "inutilisée";
 inline const char* Nom(CaseEntree c) { return entree::lignes[c.numero].nom; }
 inline const char* Nom(CaseSortie c) { return sortie::noms[c.numero]; }
 

@@ -19,7 +19,7 @@ struct SensEntree {
 
 /// An output box.
 struct SensSortie {
-    std::string libelle;  ///< "Inutilisée" when no step writes it
+    std::string libelle;  ///< "inutilisée" when no step writes it
     Genre genre = Genre::Euros;
     std::string etape;  ///< the step that writes it, "4:RevenusSalaires"; "" for none
     Groupe groupe = Groupe::HorsCalcul;
@@ -28,7 +28,7 @@ struct SensSortie {
 
 /// A carry-forward box.
 struct SensReport {
-    std::string libelle;  ///< "Inutilisée" when nothing is carried into it
+    std::string libelle;  ///< "inutilisée" when nothing is carried into it
     std::string boite;    ///< the box of next year's return
     std::string source;   ///< the box of this year whose figure it takes; "" when it is computed or unused
 };

@@ -15,7 +15,7 @@ namespace {
 namespace sens = kv::sens;
 using sens::De;
 
-bool Inutilisee(CaseSortie c) { return De(c).libelle == "Inutilisée"; }
+bool Inutilisee(CaseSortie c) { return De(c).libelle == "inutilisée"; }
 
 TEST(Sens, EveryBoxHasALabel) {
     const auto controle = [](const std::string& libelle, const std::string& nom) {
@@ -100,7 +100,7 @@ TEST(Sens, NothingIsSaidThatAReturnShowsOtherwise) {
                 if (data.Colonne[k][c] != 0 && !*noms[k]) colonnes.insert(10 * j + static_cast<int>(k) + 1);
         }
         for (int r = 0; r < kv::nReports; ++r)
-            EXPECT_FALSE(data.Report[CaseReport::Numero(r)] != 0 && De(CaseReport::Numero(r)).libelle == "Inutilisée")
+            EXPECT_FALSE(data.Report[CaseReport::Numero(r)] != 0 && De(CaseReport::Numero(r)).libelle == "inutilisée")
                 << kv::report::noms[r];
     }
     for (const int j : inutiles) ADD_FAILURE() << kv::sortie::noms[j] << " is written";
