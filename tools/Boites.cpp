@@ -1,6 +1,5 @@
 #include "tools/Boites.h"
 
-#include <map>
 #include <nlohmann/json.hpp>
 #include <utility>
 

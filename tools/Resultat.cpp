@@ -5,7 +5,6 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
-#include "Calcul/pInitCalcul/KVCalcul.h"
 #include "interface/Avertissements.h"
 #include "support/KVTarvel.h"
 
@@ -74,6 +73,9 @@ std::vector<Difference> Differences(const CDataCalcul& avant, const CDataCalcul&
         constexpr const char* colonnes[] = {".c1", ".c2", ".c3"};
         for (std::size_t k = 0; k < 3; ++k) compare(colonnes[k], avant.Colonne[k], apres.Colonne[k]);
     }
+    for (std::size_t r = 0; r < kv::nReports; ++r)
+        if (avant.Report.valeurs[r] != apres.Report.valeurs[r])
+            differences.push_back({kv::report::noms[r], avant.Report.valeurs[r], apres.Report.valeurs[r]});
     return differences;
 }
 
@@ -124,7 +126,7 @@ void EcritResultat(std::ostream& sortie, Retour& retour, const LoiNommee& loi, b
     } else {
         objet["outputs"] = SortiesCompletes(*retour.data);
         objet["entries"] = Entrees(*retour.data);
-        KV_CalculReports(retour.data.get(), &retour.periode, retour.indexation);
+        retour.CalculeReports();
         objet["carry_forwards"] = Reports(*retour.data);
     }
     sortie << objet.dump() << '\n';

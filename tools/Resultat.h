@@ -17,8 +17,8 @@ enum class Forme {
 
 /// Writes the result of a return computed under a law.
 void EcritResultat(std::ostream& sortie, Retour& retour, const LoiNommee& loi, bool reussi, Forme forme);
-/// Writes the figures of one return under two laws where they differ: values and columns ("CO_19.c2"). The second
-/// computation did not see the first one's figures. As a table, or as JSON on one line.
+/// Writes the figures of one return under two laws where they differ: values, columns ("CO_19.c2"), carry-forwards. The
+/// second computation did not see the first one's figures. As a table, or as JSON on one line.
 void EcritComparaison(std::ostream& sortie, const CDataCalcul& avant, const LoiNommee& loiAvant,
                       const CDataCalcul& apres, const LoiNommee& loiApres, bool json);
 /// Writes an error object, on one line.

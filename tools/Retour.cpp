@@ -185,6 +185,8 @@ bool Retour::Calcule(const kv::Loi& loi) {
     return kv::Lance(*data, &periode, true, indexation, optionsForcees, optionsSiSaisies, loi);
 }
 
+void Retour::CalculeReports() { kv::LanceReports(*data, &periode, indexation); }
+
 std::vector<std::string> NomsDesLancements() {
     std::vector<std::string> noms;
     for (const Lancement& l : lancements) noms.emplace_back(l.nom);

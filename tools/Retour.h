@@ -25,6 +25,8 @@ struct Retour {
 
     /// Launches the computation under a law; false when it failed.
     bool Calcule(const kv::Loi& loi = kv::loi2017);
+    /// Fills the carry-forward boxes from what the launch left.
+    void CalculeReports();
 };
 
 /// Reads a return from JSON. fichier and premiereLigne say where the text stands, for the messages.

@@ -60,6 +60,7 @@ int Compare(const std::string& fichier, const std::string& fichierLoi, bool json
     const std::string contenu = Contenu(fichier);
     outil::Retour avant = outil::LisRetour(contenu, fichier), apres = outil::LisRetour(contenu, fichier);
     const bool reussi = avant.Calcule(annee.loi) && apres.Calcule(reforme.loi);
+    for (outil::Retour* retour : {&avant, &apres}) retour->CalculeReports();
     if (reussi)
         outil::EcritComparaison(std::cout, *avant.data, annee, *apres.data, reforme, json);
     else
