@@ -19,8 +19,10 @@ class Controle {
         SecondDeclarant();
         Invalides("Gm", {"Fm", "Jm", "Rm"}, "disabled dependants");
         Invalides("Im", {"Hm"}, "disabled children in alternating residence");
-        static const std::vector<CaseEntree> dates = DuGenre(sens::Genre::Date), coches = DuGenre(sens::Genre::Coche);
+        static const std::vector<CaseEntree> dates = DuGenre(sens::Genre::Date), annees = DuGenre(sens::Genre::Annee),
+                                             coches = DuGenre(sens::Genre::Coche);
         for (const CaseEntree c : dates) Date(c);
+        for (const CaseEntree c : annees) Annee(c);
         for (const CaseEntree c : coches) Coche(c);
         return std::move(m_messages);
     }
@@ -74,15 +76,19 @@ class Controle {
             m_messages.push_back(Valeur(parmi) + ": more " + quoi + " than " + boites + " = " + std::to_string(nombre));
     }
 
-    // AAAAMMJJ, or a year where the box asks for one.
     void Date(CaseEntree c) {
-        const std::int32_t date = E(c), annee = date < 10000 ? date : AnneeOfDate(date);
-        if (date == 0) return;
+        const std::int32_t date = E(c), annee = AnneeOfDate(date);
         const std::chrono::year_month_day jour{std::chrono::year(annee),
                                                std::chrono::month(static_cast<unsigned>(date / 100 % 100)),
                                                std::chrono::day(static_cast<unsigned>(date % 100))};
-        if (date < 0 || (date >= 10000 && !jour.ok()))
-            m_messages.push_back(Valeur(c) + Libelle(c) + ": not a date (AAAAMMJJ)");
+        Passee(c, annee, annee >= 1000 && jour.ok(), "a date (AAAAMMJJ)");
+    }
+    void Annee(CaseEntree c) { Passee(c, E(c), 1000 <= E(c) && E(c) <= 9999, "a year (AAAA)"); }
+
+    void Passee(CaseEntree c, std::int32_t annee, bool valable, const char* attendue) {
+        if (E(c) == 0) return;
+        if (!valable)
+            m_messages.push_back(Valeur(c) + Libelle(c) + ": not " + attendue);
         else if (annee > anneeDesRevenus)
             m_messages.push_back(Valeur(c) + Libelle(c) + ": after the end of " + std::to_string(anneeDesRevenus));
     }

@@ -198,7 +198,7 @@ inline constexpr LigneEntree entreesNonSalaries[] = {
     {"5XE 5YE 5ZE", "Agricole, micro : recettes de 2016 entrant dans la moyenne"},
     {"5XF 5YF 5ZF", "Agricole, micro : recettes de 2015 entrant dans la moyenne"},
     {"5XD 5YD 5ZD", "Agricole, micro : bénéfice forfaitaire de 2015"},
-    {"5XC 5YC 5ZC", "Agricole, micro : année de début d'activité", Genre::Date},
+    {"5XC 5YC 5ZC", "Agricole, micro : année de début d'activité", Genre::Annee},
     {"5HD 5ID 5JD", "Agricole : revenu forfaitaire des coupes de bois"},
     {"5HW 5IW 5JW", "Agricole, micro : plus-values à court terme"},
     {"5XO 5YO 5ZO", "Agricole, micro : moins-values à court terme"},

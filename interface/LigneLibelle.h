@@ -14,7 +14,8 @@ enum class Genre : std::uint8_t {
     Nombre,  ///< a count; parts and persons in hundredths or tenths where the label says so
     Coche,   ///< 1 when ticked
     Code,    ///< a number that stands for a choice
-    Date,    ///< AAAAMMJJ, or a year
+    Date,    ///< AAAAMMJJ
+    Annee,   ///< AAAA
     Taux,    ///< hundredths of a percent, unless the label says otherwise
     Marque,  ///< a mark for the layout of a printed result: 1 when its section has something to show
 };

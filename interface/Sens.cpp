@@ -204,7 +204,7 @@ class Reports {
         if (s.libelle.empty()) s.libelle = std::move(libelle), s.source = std::move(source);
     }
 
-    // Each box takes what is left of the deficit a year later than the one it holds now; the last one adds the year's.
+    // Each box takes what is left of the deficit a year later than the one it holds now.
     void Deficits() {
         static constexpr struct {
             const char* categorie;
@@ -264,7 +264,7 @@ const char* Personne(CaseEntree c) {
 }
 
 const char* NomGenre(Genre genre) {
-    static constexpr const char* noms[] = {"euros", "count", "tick", "code", "date", "rate", "mark"};
+    static constexpr const char* noms[] = {"euros", "count", "tick", "code", "date", "year", "rate", "mark"};
     return noms[static_cast<std::size_t>(genre)];
 }
 

@@ -39,7 +39,7 @@ const SensReport& De(CaseReport c);
 
 /// "déclarant 1", "personnes à charge", "foyer": whose box it is.
 const char* Personne(CaseEntree c);
-/// "euros", "count", "tick", "code", "date", "rate", "mark".
+/// "euros", "count", "tick", "code", "date", "year", "rate", "mark".
 const char* NomGenre(Genre genre);
 /// "Foyer", "Salaires et pensions", ..., "Outre-mer".
 const char* NomGroupe(Groupe groupe);

@@ -137,7 +137,9 @@ TEST(Avertissements, NameWhatCannotBeTrue) {
         {"C Im=1", "Im = 1: more disabled children in alternating residence than Hm = 0"},
         {"C AAF1=20180101", "AAF1 = 20180101 (Date de naissance): after the end of 2017"},
         {"C AAF1=19700230", "not a date"},
-        {"C 5XC=2019", "5XC = 2019"},
+        {"C AAF1=1970", "not a date"},
+        {"C 5XC=20160301", "not a year"},
+        {"C 5XC=2019", "after the end of 2017"},
         {"C T=2", "T = 2 (Parent isolé): a tick is 0 or 1"},
     };
     for (const auto& c : cas) {
