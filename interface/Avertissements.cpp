@@ -12,7 +12,7 @@ namespace {
 
 class Controle {
   public:
-    explicit Controle(const CDataCalcul& data) : m_data(data) {}
+    explicit Controle(const ZoneEntree& entrees) : m_entrees(entrees) {}
 
     std::vector<std::string> Fait() {
         Situations();
@@ -28,7 +28,7 @@ class Controle {
     }
 
   private:
-    std::int32_t E(CaseEntree c) const { return nValForc(m_data.Entree[c], 0); }
+    std::int32_t E(CaseEntree c) const { return nValForc(m_entrees[c], 0); }
     static const char* Nom(CaseEntree c) { return entree::lignes[c.numero].nom; }
     std::string Valeur(CaseEntree c) const { return Nom(c) + std::string(" = ") + std::to_string(E(c)); }
     static std::string Libelle(CaseEntree c) { return " (" + sens::De(c).libelle + ")"; }
@@ -97,12 +97,12 @@ class Controle {
         if (E(c) != 0 && E(c) != 1) m_messages.push_back(Valeur(c) + Libelle(c) + ": a tick is 0 or 1");
     }
 
-    const CDataCalcul& m_data;
+    const ZoneEntree& m_entrees;
     std::vector<std::string> m_messages;
 };
 
 }  // namespace
 
-std::vector<std::string> Avertissements(const CDataCalcul& data) { return Controle(data).Fait(); }
+std::vector<std::string> Avertissements(const ZoneEntree& entrees) { return Controle(entrees).Fait(); }
 
 }  // namespace kv

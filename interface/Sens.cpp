@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "Calcul/pCalculN/Calculateur.h"
 #include "Calcul/pCalculN/CreditsTable.h"
-#include "Calcul/pCalculN/Pilote.h"
 #include "Calcul/pCalculN/ReportsTable.h"
 #include "interface/Composition.h"
 #include "interface/LibellesSortie.h"

@@ -120,7 +120,7 @@ void EcritResultat(std::ostream& sortie, Retour& retour, const LoiNommee& loi, b
     if (!reussi) return EcritErreur(sortie, "the computation failed");
     if (forme == Forme::Resume) return EcritResume(sortie, *retour.data, loi);
     Objet objet = {{"ok", true}, {"version", KV_VERSION}, {"law", Loi(loi)}};
-    if (const auto messages = kv::Avertissements(*retour.data); !messages.empty()) objet["warnings"] = messages;
+    if (const auto messages = kv::Avertissements(retour.data->Entree); !messages.empty()) objet["warnings"] = messages;
     if (forme == Forme::Json) {
         objet["outputs"] = SortiesNonNulles(*retour.data);
     } else {

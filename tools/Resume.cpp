@@ -37,7 +37,7 @@ class Resume {
         : m_sortie(sortie), S(data.Sortie), m_data(data), m_loi(loi) {}
 
     void Ecrit() {
-        for (const std::string& message : kv::Avertissements(m_data)) m_sortie << "warning: " << message << '\n';
+        for (const std::string& message : kv::Avertissements(m_data.Entree)) m_sortie << "warning: " << message << '\n';
         Net();
         Foyer();
         Revenus();

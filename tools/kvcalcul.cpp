@@ -93,7 +93,7 @@ int Batch(const std::string& fichier, const std::string& fichierSortie, const st
             outil::Retour retour = outil::LisRetour(ligne, nom, numero);
             const bool reussi = retour.Calcule(loi.loi);
             outil::EcritResultat(sortie, retour, loi, reussi, forme);
-            for (const std::string& message : kv::Avertissements(*retour.data))
+            for (const std::string& message : kv::Avertissements(retour.data->Entree))
                 std::cerr << nom << ':' << numero << ": warning: " << message << '\n';
             if (!reussi) statut = Echec;
         } catch (const ErreurEntree& e) {

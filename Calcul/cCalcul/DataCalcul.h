@@ -43,6 +43,7 @@ static_assert(nQuotients == 87 && nTI == 115 && nTIX == 81 && nTK == 77);
 
 using ZoneEntree = Zone<CaseEntree, nEntrees>;
 using ZoneSortie = Zone<CaseSortie, nSorties>;
+using ZoneReport = Zone<CaseReport, nReports>;
 
 }  // namespace kv
 
@@ -71,10 +72,10 @@ class CDataCalcul {
     kv::Zone<kv::CaseTIX, kv::nTIX> TIY{};
     kv::Zone<kv::CaseTK, kv::nTK> TK{};
     kv::Zone<kv::CaseTK, kv::nTK> TKZ{};
-    std::array<kv::ZoneSortie, 3> Colonne{};      ///< the three auxiliary figures of an output box
-    kv::ZoneSortie Sortie{};                      ///< what the computation finds
-    kv::ZoneTextes Detail;                        ///< how an output was found, for the reader
-    kv::Zone<CaseReport, kv::nReports> Report{};  ///< next year's return
+    std::array<kv::ZoneSortie, 3> Colonne{};  ///< the three auxiliary figures of an output box
+    kv::ZoneSortie Sortie{};                  ///< what the computation finds
+    kv::ZoneTextes Detail;                    ///< how an output was found, for the reader
+    kv::ZoneReport Report{};                  ///< next year's return
 
     CDataCalcul() = default;
     CDataCalcul(const CDataCalcul&) = delete;

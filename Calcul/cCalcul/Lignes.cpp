@@ -24,6 +24,10 @@ constexpr CasesSortie sortiesRazComplete = [] {
     return sorties;
 }();
 
+Ligne LigneDe(const CDataCalcul& data, CaseSortie c) {
+    return {data.Sortie[c], {data.Colonne[0][c], data.Colonne[1][c], data.Colonne[2][c]}};
+}
+
 // Clears a whole area. In blocks: a large area cleared in one go may be cleared byte by byte.
 template <class Zone>
 void Efface(Zone& zone) {
@@ -128,12 +132,11 @@ void Lignes::RemetAZero(Raz raz) {
 }
 
 void Lignes::ReprendPlafondsPERP(const CDataCalcul& data) {
-    PlafondsPERP plafonds;
-    for (std::size_t i = 0; i < plafonds.size(); ++i) {
-        const CaseSortie c = plafondsPERP[i];
-        plafonds[i] = {data.Sortie[c], {data.Colonne[0][c], data.Colonne[1][c], data.Colonne[2][c]}};
-    }
-    PosePlafonds(plafonds);
+    for (const CaseSortie c : plafondsPERP) Ecrit(c) = LigneDe(data, c);
+}
+
+void Lignes::ReprendFigures(const CDataCalcul& data) {
+    for (int j = 0; j < nSorties; ++j) Ecrit(CaseSortie::Numero(j)) = LigneDe(data, CaseSortie::Numero(j));
 }
 
 void Lignes::PosePlafonds(const PlafondsPERP& plafonds) {

@@ -99,6 +99,8 @@ class Lignes {
 
     /// Takes the ten retirement-savings ceilings that an earlier launch left: they outlive every reset.
     void ReprendPlafondsPERP(const CDataCalcul& data);
+    /// Takes the values and columns that an earlier launch left; their texts stay behind.
+    void ReprendFigures(const CDataCalcul& data);
     PlafondsPERP Plafonds() const;
     void PosePlafonds(const PlafondsPERP& plafonds);
     /// Replaces every output of a return by these.

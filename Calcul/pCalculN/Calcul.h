@@ -9,7 +9,7 @@ class CCalcul {
     /// The carry-forward computation: fills the carry-forward boxes from what the last launch left. The period is not
     /// read.
     virtual void CalculReports(const TPeriode* periode) = 0;
-    /// "1:Calcul", the pipeline. False when a step failed. The flag is handed on to nested runs only.
+    /// "1:Calcul", the pipeline. False when a step failed. The flag is not read.
     virtual bool Calcul(const TPeriode& periode, bool drapeau) = 0;
 
     CCalcul(const CCalcul&) = delete;

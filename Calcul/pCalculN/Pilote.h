@@ -1,8 +1,5 @@
 #pragma once
 
-#include <cstdint>
-#include <string>
-
 #include "Calcul/cCalcul/DataCalcul.h"
 #include "Calcul/cCalcul/Fiches.h"
 #include "Calcul/pCalculN/Loi.h"
@@ -11,11 +8,6 @@
 // The entry points of the computation. None lets an exception out: a failure is reported through the error services.
 
 namespace kv {
-
-enum class Etape : std::uint8_t;
-
-/// The label of a step, "4:RevenusSalaires"; "1:Calcul" for Etape{}.
-std::string LibelleEtape(Etape etape);
 
 /// Computes a return under a law. periode null: the calendar year 2017. tauxIndexation in percent, -1.0 for none.
 ///

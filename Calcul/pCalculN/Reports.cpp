@@ -4,13 +4,12 @@
 #include <limits>
 #include <span>
 
-#include "Calcul/cCalcul/Saisie.h"
 #include "Calcul/pCalculN/CreditsTable.h"
 #include "Calcul/pCalculN/ReportsTable.h"
 #include "support/KVTarvel.h"
 
 // The carry-forward computation: what next year's return takes over from this one. It runs no step; it reads the
-// entries and outputs as the last launch left them.
+// entries and outputs of the launch.
 
 namespace kv {
 
@@ -36,8 +35,8 @@ constexpr CaseEntree globaux[] = {"6FL", "6FE", "6FD", "6FC", "6FB", "6FA"};
 
 class AnneeSuivante {
   public:
-    AnneeSuivante(const Saisie& saisie, CDataCalcul& data)
-        : E(saisie.entrees), S(data.Sortie), C2(data.Colonne[1]), R(data.Report) {}
+    AnneeSuivante(const Saisie& saisie, const Lignes& lignes, ZoneReport& reports)
+        : m_lignes(lignes), E(saisie.entrees), R(reports) {}
 
     void Copies();
     void Calcules();
@@ -51,10 +50,13 @@ class AnneeSuivante {
     void Repartit(const Deficits& d, std::int32_t reste, std::int32_t annee, std::int32_t limite = nSansLimite);
     void Reporte(const Deficits& d, std::int32_t reste, std::int32_t annee);
 
+    // A value, the second column of a line.
+    std::int32_t S(CaseSortie c) const { return m_lignes.Lit(c).valeur; }
+    std::int32_t C2(CaseSortie c) const { return m_lignes.Lit(c).colonnes[1]; }
+
+    const Lignes& m_lignes;
     const ZoneEntree& E;
-    const ZoneSortie& S;
-    const ZoneSortie& C2;
-    Zone<CaseReport, nReports>& R;
+    ZoneReport& R;
 };
 
 std::int32_t AnneeSuivante::Total(const Deficits& d) const {
@@ -93,57 +95,56 @@ void AnneeSuivante::Reporte(const Deficits& d, std::int32_t reste, std::int32_t 
 
 void AnneeSuivante::Copies() {
     for (const reports::Copie& copie : reports::copies) {
-        const auto n = static_cast<std::size_t>(copie.numero);
-        R[copie.vers] = copie.source == reports::Copie::DEntree    ? E.valeurs[n]
-                        : copie.source == reports::Copie::DeSortie ? S.valeurs[n]
-                                                                   : C2.valeurs[n];
+        R[copie.vers] = copie.source == reports::Copie::DEntree    ? E[CaseEntree::Numero(copie.numero)]
+                        : copie.source == reports::Copie::DeSortie ? S(CaseSortie::Numero(copie.numero))
+                                                                   : C2(CaseSortie::Numero(copie.numero));
     }
 }
 
 void AnneeSuivante::Calcules() {
-    R["F11_IRNm1"] = S["TOT_PAYER"] - S["TOT_REST"] - S["TOT_N_REST"] - S["TOT_N_RECOUVRE"];
-    R["F11_6DE"] = std::min(S["S_DEDUC"] + S["S_DEDUC_CSG_SAL"], S["S_A_PAYER"]);
-    R["F11_7WL"] = nPositif(C2["D_AIDE_RISQUE_TECHNO"]);
+    R["F11_IRNm1"] = S("TOT_PAYER") - S("TOT_REST") - S("TOT_N_REST") - S("TOT_N_RECOUVRE");
+    R["F11_6DE"] = std::min(S("S_DEDUC") + S("S_DEDUC_CSG_SAL"), S("S_A_PAYER"));
+    R["F11_7WL"] = nPositif(C2("D_AIDE_RISQUE_TECHNO"));
     bool depenses = false;
     std::int32_t retenues = 0;
     for (const auto& t : credits::transitionEnergetique) {
         depenses = depenses || E[t.depense] > 0;
-        retenues += C2[t.credit];
+        retenues += C2(t.credit);
     }
     R["F11_7WHA"] = depenses ? retenues : 0;
 }
 
 void AnneeSuivante::DeficitsParAnnee() {
     const Deficits agricole = {reportsAgricoles, agricoles};
-    if (S["NP1_BA"] + S["NP1_BA_ANN"] != 0) {
-        if (S["NP1_BA"] < S["NP1_BA_ANT"])
-            Repartit(agricole, S["NP1_BA"], S["NP1_BA_ANN"], nPositif(E["5QG"]));
+    if (S("NP1_BA") + S("NP1_BA_ANN") != 0) {
+        if (S("NP1_BA") < S("NP1_BA_ANT"))
+            Repartit(agricole, S("NP1_BA"), S("NP1_BA_ANN"), nPositif(E["5QG"]));
         else
-            Decale(agricole, S["NP1_BA"] > S["NP1_BA_ANT"] ? S["NP1_BA_ANN"] : 0);
+            Decale(agricole, S("NP1_BA") > S("NP1_BA_ANT") ? S("NP1_BA_ANN") : 0);
     }
-    Reporte({reportsCommerciaux, commerciaux}, S["NP1_BICNP"], S["NP1_BICNP_ANN"]);
-    Reporte({reportsMeubles, meubles}, S["NP1_BICNP_LM"], S["NP1_BICNP_LM_ANN"]);
-    if (S["NP1_BNCNP"] + S["NP1_BNCNP_PER"] != 0)
-        Repartit({reportsNonCommerciaux, nonCommerciaux}, S["NP1_BNCNP"],
-                 nPositif(S["NP1_BNCNP_ANN"] - S["NP1_BNCNP_IMP"]));
+    Reporte({reportsCommerciaux, commerciaux}, S("NP1_BICNP"), S("NP1_BICNP_ANN"));
+    Reporte({reportsMeubles, meubles}, S("NP1_BICNP_LM"), S("NP1_BICNP_LM_ANN"));
+    if (S("NP1_BNCNP") + S("NP1_BNCNP_PER") != 0)
+        Repartit({reportsNonCommerciaux, nonCommerciaux}, S("NP1_BNCNP"),
+                 nPositif(S("NP1_BNCNP_ANN") - S("NP1_BNCNP_IMP")));
 
     const Deficits global = {reportsGlobaux, globaux};
-    if (S["NP1_GLOBAL"] != 0) {
-        if (S["NP1_GLOBAL"] < Total(global))
-            Repartit(global, S["NP1_GLOBAL"], S["NP1_GLOBAL_ANN"],
-                     nPositif(E["6FB"] + E["6FA"] - S["NP1_GLOBAL_IMP"] - S["NP1_GLOBAL_PER"]));
+    if (S("NP1_GLOBAL") != 0) {
+        if (S("NP1_GLOBAL") < Total(global))
+            Repartit(global, S("NP1_GLOBAL"), S("NP1_GLOBAL_ANN"),
+                     nPositif(E["6FB"] + E["6FA"] - S("NP1_GLOBAL_IMP") - S("NP1_GLOBAL_PER")));
         else
-            Decale(global, S["NP1_GLOBAL_ANN"]);
+            Decale(global, S("NP1_GLOBAL_ANN"));
     }
 }
 
 }  // namespace
 
-void RemplitReports(const Saisie& saisie, CDataCalcul& data) {
-    AnneeSuivante reports(saisie, data);
-    reports.Copies();
-    reports.Calcules();
-    reports.DeficitsParAnnee();
+void RemplitReports(const Saisie& saisie, const Lignes& lignes, ZoneReport& reports) {
+    AnneeSuivante annee(saisie, lignes, reports);
+    annee.Copies();
+    annee.Calcules();
+    annee.DeficitsParAnnee();
 }
 
 }  // namespace kv

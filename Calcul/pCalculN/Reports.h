@@ -1,13 +1,12 @@
 #pragma once
 
-class CDataCalcul;
+#include "Calcul/cCalcul/Lignes.h"
+#include "Calcul/cCalcul/Saisie.h"
 
 namespace kv {
 
-struct Saisie;
-
-/// Fills the carry-forward boxes of a return from its inputs and from the outputs that the last launch left. The boxes
-/// of a deficit category without deficits keep what they held.
-void RemplitReports(const Saisie& saisie, CDataCalcul& data);
+/// Fills the carry-forward boxes from the inputs and the outputs of a launch. The boxes of a deficit category without
+/// deficits keep what they held.
+void RemplitReports(const Saisie& saisie, const Lignes& lignes, ZoneReport& reports);
 
 }  // namespace kv

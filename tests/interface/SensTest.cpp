@@ -143,13 +143,13 @@ TEST(Avertissements, NameWhatCannotBeTrue) {
         {"C T=2", "T = 2 (Parent isolé): a tick is 0 or 1"},
     };
     for (const auto& c : cas) {
-        const auto messages = kv::Avertissements(Foyer(c.foyer).Data());
+        const auto messages = kv::Avertissements(Foyer(c.foyer).Data().Entree);
         ASSERT_EQ(messages.size(), *c.mention ? 1u : 0u) << c.foyer << (messages.empty() ? "" : ": " + messages[0]);
         for (const std::string& message : messages) EXPECT_NE(message.find(c.mention), std::string::npos) << message;
     }
     Retour nonSaisi = Foyer("C 1AJ=30000");
     nonSaisi.Avec({{"M", nNonSaisi}, {"1BJ", nNonSaisi}, {"AAF1", nNonSaisi}, {"T", nNonSaisi}});
-    EXPECT_TRUE(kv::Avertissements(nonSaisi.Data()).empty());
+    EXPECT_TRUE(kv::Avertissements(nonSaisi.Data().Entree).empty());
 }
 
 }  // namespace
