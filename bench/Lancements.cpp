@@ -1,5 +1,6 @@
 #include <benchmark/benchmark.h>
 
+#include <kv.hpp>
 #include <memory>
 #include <random>
 #include <string_view>
@@ -30,6 +31,14 @@ void Lance(benchmark::State& etat, CDataCalcul& data, bool options = false) {
 
 void Celibataire(benchmark::State& etat) { Lance(etat, *Retour({{"1AJ", 30000}})); }
 BENCHMARK(Celibataire);
+
+// The same through kv.h, next year's return included.
+void CelibataireParKv(benchmark::State& etat) {
+    kv::Return retour;
+    retour.set("1AJ", 30000);
+    for (auto _ : etat) benchmark::DoNotOptimize(retour.compute()["S_NET_A_PAYER"]);
+}
+BENCHMARK(CelibataireParKv);
 
 // The same with one more box, each amount box of the form in its turn: what a box costs is the difference.
 void CelibataireEtUneCase(benchmark::State& etat) {

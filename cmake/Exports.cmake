@@ -42,3 +42,15 @@ function(kv_exporte cible liste)
     target_link_options(${cible} PRIVATE "LINKER:--version-script=${PROJECT_BINARY_DIR}/exports.map")
   endif()
 endfunction()
+
+# kv_exporte_prefixe(TARGET PREFIX): makes the shared library export the names that begin so, and nothing else. On
+# Windows they are those that the header declares for export.
+function(kv_exporte_prefixe cible prefixe)
+  if(WIN32)
+    target_link_options(${cible} PRIVATE -static)  # no compiler runtime to ship
+    set_target_properties(${cible} PROPERTIES PREFIX "")
+  else()
+    file(WRITE ${PROJECT_BINARY_DIR}/${cible}.map "{ global: ${prefixe}*; local: *; };\n")
+    target_link_options(${cible} PRIVATE "LINKER:--version-script=${PROJECT_BINARY_DIR}/${cible}.map")
+  endif()
+endfunction()

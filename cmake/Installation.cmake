@@ -1,14 +1,18 @@
-# Installs the library, its headers, a CMake package and a pkg-config file.
+# Installs the libraries, their headers, a CMake package and a pkg-config file for each.
 include(CMakePackageConfigHelpers)
 
-target_include_directories(kvcalcul INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
-                                              $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/KVCalcul>)
-install(TARGETS kvcalcul EXPORT KVCalculTargets
+target_include_directories(kvcalcul INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+target_include_directories(kv INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/interface>)
+foreach(bibliotheque kvcalcul kv)
+  target_include_directories(${bibliotheque} INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/KVCalcul>)
+endforeach()
+install(TARGETS kvcalcul kv EXPORT KVCalculTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(FILES Calcul/pInitCalcul/KVCalcul.h Calcul/pInitCalcul/KVCalculMaps.h
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/KVCalcul/Calcul/pInitCalcul)
+install(FILES interface/kv.h interface/kv.hpp DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/KVCalcul)
 install(FILES Calcul/cCalcul/Fiches.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/KVCalcul/Calcul/cCalcul)
 
 set(paquet ${CMAKE_INSTALL_LIBDIR}/cmake/KVCalcul)
@@ -36,5 +40,10 @@ foreach(repertoire LIBDIR INCLUDEDIR)
     set(KV_PC_${repertoire} "\${prefix}/${CMAKE_INSTALL_${repertoire}}")
   endif()
 endforeach()
-configure_file(cmake/kvcalcul.pc.in ${PROJECT_BINARY_DIR}/kvcalcul.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/kvcalcul.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+# kv_pkgconfig(NAME LIBRARY DESCRIPTION): what pkg-config answers for a library.
+function(kv_pkgconfig KV_PC_NOM KV_PC_BIBLIOTHEQUE KV_PC_DESCRIPTION)
+  configure_file(cmake/bibliotheque.pc.in ${PROJECT_BINARY_DIR}/${KV_PC_NOM}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${KV_PC_NOM}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endfunction()
+kv_pkgconfig(kvcalcul KVCalcul "French income tax of return 2042, income of 2017: sessions on one return")
+kv_pkgconfig(kv kv "French income tax of return 2042, income of 2017")

@@ -1,7 +1,8 @@
+#include <gtest/gtest.h>
+
 #include <fstream>
 #include <iterator>
 
-#include "tests/Foyer.h"
 #include "tools/Retour.h"
 
 namespace {
@@ -46,15 +47,12 @@ TEST(Exemples, PartsTaxableIncomeAndGrossTax) {
     for (const auto& c : cas) {
         std::ifstream entree(KV_RACINE "/examples/" + std::string(c.fichier), std::ios::binary);
         const std::string texte(std::istreambuf_iterator<char>(entree), {});
-        outil::Retour retour = outil::LisRetour(texte, c.fichier);
-        ASSERT_TRUE(retour.Calcule()) << c.fichier;
-        const kv::ZoneSortie& S = retour.data->Sortie;
-        Attend(S,
-               {{"F_NB_PARTS_ALL", c.parts},
-                {"TOT_R_IMPOS", c.imposable},
-                {"TOT_IMPOT", c.impot},
-                {"TAUX_MARGINAL_3", c.tauxMarginal}},
-               c.fichier);
+        kv::Return retour = outil::LisRetour(texte, c.fichier);
+        retour.compute();
+        EXPECT_EQ(retour["F_NB_PARTS_ALL"], c.parts) << c.fichier;
+        EXPECT_EQ(retour["TOT_R_IMPOS"], c.imposable) << c.fichier;
+        EXPECT_EQ(retour["TOT_IMPOT"], c.impot) << c.fichier;
+        EXPECT_EQ(retour["TAUX_MARGINAL_3"], c.tauxMarginal) << c.fichier;
     }
 }
 

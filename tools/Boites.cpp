@@ -1,141 +1,121 @@
-#include "tools/Boites.h"
+#include "Boites.h"
 
+#include <algorithm>
+#include <iterator>
+#include <kv.hpp>
 #include <nlohmann/json.hpp>
 #include <utility>
-
-#include "Calcul/cCalcul/Catalogues.h"
-#include "interface/Sens.h"
-#include "tools/Noms.h"
+#include <vector>
 
 namespace outil {
 
 namespace {
 
 using Objet = nlohmann::ordered_json;
-namespace sens = kv::sens;
 
-std::vector<std::string> ColonnesDe(const sens::Colonnes& c) {
-    if (!*c.c1 && !*c.c2 && !*c.c3) return {};
-    return {c.c1, c.c2, c.c3};
+constexpr kv_catalogue catalogues[] = {KV_ENTRY, KV_OUTPUT, KV_CARRY};
+
+const char* NomCatalogue(kv_catalogue catalogue) {
+    static constexpr const char* noms[] = {"entry", "output", "carry-forward"};
+    return noms[catalogue];
 }
 
-// The companion areas in which an entry box has a slot.
-std::vector<const char*> Zones(const CaseEntreeDef& c) {
-    std::vector<const char*> zones;
-    for (const auto& [zone, slot] : {std::pair("quotients", c.nQuotient), std::pair("ti", c.nTI),
-                                     std::pair("tix", c.nTIX), std::pair("tk", c.nTK)})
-        if (slot >= 0) zones.push_back(zone);
-    return zones;
-}
-
-// Calls f with each box of the three catalogues: its type, its number, its name and what it means.
+// Calls f with each box of a catalogue: its number, and what it means.
 template <class Fonction>
-void PourChaqueBoite(Fonction f) {
-    for (int i = 0; i < kv::nEntrees; ++i) f(CaseEntree::Numero(i), kv::entree::lignes[i].nom);
-    for (int j = 0; j < kv::nSorties; ++j) f(CaseSortie::Numero(j), kv::sortie::noms[j]);
-    for (int r = 0; r < kv::nReports; ++r) f(CaseReport::Numero(r), kv::report::noms[r]);
+void PourChaqueBoite(kv_catalogue catalogue, Fonction f) {
+    for (int32_t i = 0, n = kv::count(catalogue); i < n; ++i) f(i, kv::describe(catalogue, i));
 }
 
-std::string Joint(const std::vector<const char*>& morceaux) {
-    std::string texte;
-    for (const char* morceau : morceaux) texte.append(texte.empty() ? "" : ", ").append(morceau);
-    return texte;
+// Calls f with the boxes that a text finds, in the three catalogues; with all of them for an empty text.
+template <class Fonction>
+void PourChaqueBoite(const std::string& motif, Fonction f) {
+    for (const kv_catalogue catalogue : catalogues) {
+        if (motif.empty())
+            PourChaqueBoite(catalogue, [&](int32_t i, const kv_box& box) { f(catalogue, i, box); });
+        else
+            for (const int32_t i : kv::search(catalogue, motif)) f(catalogue, i, kv::describe(catalogue, i));
+    }
+}
+
+// What an entry box can hold beside its own amount, by the names that a return gives it.
+std::vector<std::pair<const char*, int32_t>> Aires(const kv_box& box) {
+    std::vector<std::pair<const char*, int32_t>> aires = {
+        {"quotients", box.quotient}, {"ti", box.ti}, {"tix", box.tix}, {"tk", box.tk}};
+    std::erase_if(aires, [](const auto& aire) { return aire.second < 0; });
+    return aires;
 }
 
 // The second line of a block, and the rest of a row of the document: what is known of a box beside its label.
-std::string Precisions(CaseEntree c) {
-    const sens::SensEntree& s = sens::De(c);
-    const std::string zones = Joint(Zones(TableEntree[static_cast<std::size_t>(c.numero)]));
-    return std::string(sens::NomGenre(s.genre)) + ", " + sens::Personne(c) + ", " + sens::NomGroupe(s.groupe) +
-           (zones.empty() ? "" : " (" + zones + ")");
-}
-std::string Precisions(CaseSortie c) {
-    const sens::SensSortie& s = sens::De(c);
-    if (s.etape.empty()) return "no step writes it";
-    std::string texte = std::string(sens::NomGenre(s.genre)) + ", step " + s.etape;
-    const auto colonne = [&](const char* nom, const char* libelle) {
-        if (*libelle) texte += std::string("; ") + nom + ": " + libelle;
-    };
-    colonne("c1", s.colonnes.c1), colonne("c2", s.colonnes.c2), colonne("c3", s.colonnes.c3);
-    return texte;
-}
-std::string Precisions(CaseReport c) {
-    const sens::SensReport& s = sens::De(c);
-    return "euros, box " + s.boite + " of next year's return" + (s.source.empty() ? "" : ", takes over " + s.source);
+std::string Precisions(kv_catalogue catalogue, const kv_box& box) {
+    std::string texte = box.kind_name;
+    if (catalogue == KV_CARRY) {
+        texte += std::string(", box ") + box.next + " of next year's return";
+        return *box.takes ? texte + ", takes over " + box.takes : texte;
+    }
+    if (catalogue == KV_OUTPUT) {
+        if (!*box.step) return "no step writes it";
+        texte += std::string(", step ") + box.step;
+        for (std::size_t k = 0; k < std::size(box.columns); ++k)
+            if (*box.columns[k]) texte += "; c" + std::to_string(k + 1) + ": " + box.columns[k];
+        return texte;
+    }
+    texte += std::string(", ") + box.person_name + ", " + box.group;
+    std::string aires;
+    for (const auto& [aire, place] : Aires(box)) aires.append(aires.empty() ? "" : ", ").append(aire);
+    return aires.empty() ? texte : texte + " (" + aires + ")";
 }
 
-Objet Json(CaseEntree c) {
-    const sens::SensEntree& s = sens::De(c);
-    Objet objet = {{"name", kv::entree::lignes[c.numero].nom},
-                   {"catalogue", "entry"},
-                   {"number", c.numero},
-                   {"label", s.libelle},
-                   {"kind", sens::NomGenre(s.genre)},
-                   {"person", sens::Personne(c)},
-                   {"group", sens::NomGroupe(s.groupe)}};
-    if (const auto zones = Zones(TableEntree[static_cast<std::size_t>(c.numero)]); !zones.empty())
-        objet["areas"] = zones;
+Objet Json(kv_catalogue catalogue, int32_t numero, const kv_box& box) {
+    Objet objet = {{"name", box.name},      {"catalogue", catalogue == KV_CARRY ? "carry" : NomCatalogue(catalogue)},
+                   {"number", numero},      {"label", box.label},
+                   {"kind", box.kind_name}, {"person", box.person_name},
+                   {"group", box.group}};
+    switch (catalogue) {
+        case KV_ENTRY:
+            for (const auto& [aire, place] : Aires(box)) objet["areas"].push_back(aire);
+            break;
+        case KV_OUTPUT:
+            objet["step"] = box.step;
+            objet["columns"] = Objet::array();
+            if (std::any_of(std::begin(box.columns), std::end(box.columns), [](const char* c) { return *c != 0; }))
+                objet["columns"] = box.columns;
+            break;
+        case KV_CARRY:
+            objet["box"] = box.next;
+            objet["takes"] = box.takes;
+    }
     return objet;
 }
-Objet Json(CaseSortie c) {
-    const sens::SensSortie& s = sens::De(c);
-    return {{"name", kv::sortie::noms[c.numero]},
-            {"catalogue", "output"},
-            {"number", c.numero},
-            {"label", s.libelle},
-            {"kind", sens::NomGenre(s.genre)},
-            {"person", "foyer"},
-            {"group", sens::NomGroupe(s.groupe)},
-            {"step", s.etape},
-            {"columns", ColonnesDe(s.colonnes)}};
-}
-Objet Json(CaseReport c) {
-    const sens::SensReport& s = sens::De(c);
-    return {{"name", kv::report::noms[c.numero]},
-            {"catalogue", "carry"},
-            {"number", c.numero},
-            {"label", s.libelle},
-            {"kind", "euros"},
-            {"person", "foyer"},
-            {"group", "Déclaration suivante"},
-            {"box", s.boite},
-            {"takes", s.source}};
-}
-
-const char* Catalogue(CaseEntree) { return "entry"; }
-const char* Catalogue(CaseSortie) { return "output"; }
-const char* Catalogue(CaseReport) { return "carry-forward"; }
 
 }  // namespace
 
 void EcritCatalogues(std::ostream& sortie) {
-    for (const CaseEntreeDef& c : TableEntree) {
-        sortie << "entry    " << c.Index << '\t' << kv::entree::lignes[c.Index].nom << "\tperson " << c.Type;
-        if (c.CaseLiee >= 0) sortie << "\tlinked to " << kv::entree::lignes[c.CaseLiee].nom;
-        for (const auto& [zone, slot] : {std::pair("quotient", c.nQuotient), std::pair("ti", c.nTI),
-                                         std::pair("tix", c.nTIX), std::pair("tk", c.nTK)})
-            if (slot >= 0) sortie << '\t' << zone << ' ' << slot;
+    PourChaqueBoite(KV_ENTRY, [&](int32_t i, const kv_box& box) {
+        sortie << "entry    " << i << '\t' << box.name << "\tperson " << box.person;
+        if (box.linked >= 0) sortie << "\tlinked to " << kv::describe(KV_ENTRY, box.linked).name;
+        for (const auto& [aire, place] : Aires(box))
+            sortie << '\t' << (place == box.quotient && *aire == 'q' ? "quotient" : aire) << ' ' << place;
         sortie << '\n';
-    }
-    for (std::size_t j = 0; j < kv::nSorties; ++j) sortie << "output   " << j << '\t' << kv::sortie::noms[j] << '\n';
-    for (std::size_t r = 0; r < kv::nReports; ++r) sortie << "carry    " << r << '\t' << kv::report::noms[r] << '\n';
+    });
+    PourChaqueBoite(KV_OUTPUT,
+                    [&](int32_t j, const kv_box& box) { sortie << "output   " << j << '\t' << box.name << '\n'; });
+    PourChaqueBoite(KV_CARRY,
+                    [&](int32_t r, const kv_box& box) { sortie << "carry    " << r << '\t' << box.name << '\n'; });
 }
 
-bool EcritBoites(std::ostream& sortie, std::string_view motif) {
+bool EcritBoites(std::ostream& sortie, const std::string& motif) {
     bool trouvee = false;
-    PourChaqueBoite([&](auto c, const char* nom) {
-        if (!sens::Correspond(nom, sens::De(c).libelle, motif)) return;
-        sortie << (std::exchange(trouvee, true) ? "\n" : "") << nom << "  " << sens::De(c).libelle << "\n    "
-               << Catalogue(c) << ' ' << c.numero << ", " << Precisions(c) << '\n';
+    PourChaqueBoite(motif, [&](kv_catalogue catalogue, int32_t numero, const kv_box& box) {
+        sortie << (std::exchange(trouvee, true) ? "\n" : "") << box.name << "  " << box.label << "\n    "
+               << NomCatalogue(catalogue) << ' ' << numero << ", " << Precisions(catalogue, box) << '\n';
     });
     return trouvee;
 }
 
-void EcritBoitesJson(std::ostream& sortie, std::string_view motif) {
+void EcritBoitesJson(std::ostream& sortie, const std::string& motif) {
     const char* avant = "[\n";
-    PourChaqueBoite([&](auto c, const char* nom) {
-        if (!motif.empty() && !sens::Correspond(nom, sens::De(c).libelle, motif)) return;
-        sortie << std::exchange(avant, ",\n") << Json(c).dump();
+    PourChaqueBoite(motif, [&](kv_catalogue catalogue, int32_t numero, const kv_box& box) {
+        sortie << std::exchange(avant, ",\n") << Json(catalogue, numero, box).dump();
     });
     sortie << (*avant == '[' ? "[]" : "\n]") << '\n';
 }
@@ -144,37 +124,43 @@ void EcritBoitesMarkdown(std::ostream& sortie) {
     sortie << "# The boxes\n\n"
               "Generated by `kvcalcul boxes --markdown`; `kvcalcul boxes WORDS` searches.\n\n"
               "## Entry boxes\n";
-    for (int g = 0; g <= static_cast<int>(sens::Groupe::HorsCalcul); ++g) {
-        const auto groupe = static_cast<sens::Groupe>(g);
-        sortie << "\n### " << sens::NomGroupe(groupe)
-               << "\n\n| box | label | kind | person |\n| --- | --- | --- | --- |\n";
-        for (int i = 0; i < kv::nEntrees; ++i) {
-            const CaseEntree c = CaseEntree::Numero(i);
-            const sens::SensEntree& s = sens::De(c);
-            if (s.groupe == groupe)
-                sortie << "| " << kv::entree::lignes[i].nom << " | " << s.libelle << " | " << sens::NomGenre(s.genre)
-                       << " | " << sens::Personne(c) << " |\n";
-        }
+    for (int32_t groupe = 0, ecrites = 0; ecrites < kv::count(KV_ENTRY); ++groupe) {
+        bool titre = false;
+        PourChaqueBoite(KV_ENTRY, [&](int32_t, const kv_box& box) {
+            if (box.group_number != groupe) return;
+            if (!std::exchange(titre, true))
+                sortie << "\n### " << box.group << "\n\n| box | label | kind | person |\n| --- | --- | --- | --- |\n";
+            sortie << "| " << box.name << " | " << box.label << " | " << box.kind_name << " | " << box.person_name
+                   << " |\n";
+            ++ecrites;
+        });
     }
     sortie << "\n## Output boxes\n\n| box | label | kind, step and columns |\n| --- | --- | --- |\n";
-    for (int j = 0; j < kv::nSorties; ++j) {
-        const CaseSortie c = CaseSortie::Numero(j);
-        sortie << "| " << kv::sortie::noms[j] << " | " << sens::De(c).libelle << " | " << Precisions(c) << " |\n";
-    }
+    PourChaqueBoite(KV_OUTPUT, [&](int32_t, const kv_box& box) {
+        sortie << "| " << box.name << " | " << box.label << " | " << Precisions(KV_OUTPUT, box) << " |\n";
+    });
     sortie << "\n## Carry-forward boxes\n\n| box | label | takes over |\n| --- | --- | --- |\n";
-    for (int r = 0; r < kv::nReports; ++r) {
-        const sens::SensReport& s = sens::De(CaseReport::Numero(r));
-        sortie << "| " << kv::report::noms[r] << " | " << s.libelle << " | " << s.source << " |\n";
+    PourChaqueBoite(KV_CARRY, [&](int32_t, const kv_box& box) {
+        sortie << "| " << box.name << " | " << box.label << " | " << box.takes << " |\n";
+    });
+}
+
+void EcritReductions(std::ostream& sortie) {
+    for (const kv_reduction& r : kv::reduction_lines()) {
+        sortie << r.line;
+        for (const char* valeur : {r.base, r.rate, r.ceiling, r.group, r.years, r.last, r.carried})
+            sortie << '\t' << (*valeur ? valeur : "-");
+        sortie << '\n';
     }
 }
 
-std::string BoitesProches(std::string_view saisi) {
-    std::vector<std::string_view> noms;
-    for (const auto& ligne : kv::entree::lignes) noms.push_back(ligne.nom);
-    std::vector<std::string> proches;
-    for (const std::string_view nom : LesPlusProches(saisi, noms))
-        proches.push_back(std::string(nom) + " (" + sens::De(CaseEntree::Numero(kv::NumeroEntree(nom))).libelle + ")");
-    return Liste(proches);
+std::string BoitesProches(const std::string& saisi) {
+    std::string texte;
+    for (const int32_t i : kv::nearest(KV_ENTRY, saisi)) {
+        const kv_box box = kv::describe(KV_ENTRY, i);
+        texte += std::string(texte.empty() ? "; nearest: " : ", ") + box.name + " (" + box.label + ")";
+    }
+    return texte;
 }
 
 }  // namespace outil

@@ -1,4 +1,4 @@
-#include "tools/LectureJson.h"
+#include "LectureJson.h"
 
 #include <iterator>
 

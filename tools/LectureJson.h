@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "tools/ErreurEntree.h"
+#include "ErreurEntree.h"
 
 // Reading the small JSON files of a user, so that a message can say where in the file something is wrong.
 
@@ -46,10 +46,11 @@ class LecteurJson : public nlohmann::json_sax<nlohmann::json> {
 
     [[noreturn]] void Erreur(const std::string& message) const { ErreurALaLigne(m_position.ligne, message); }
     [[noreturn]] void ErreurDeNombre(const std::string& message) const {
-        ErreurALaLigne(m_position.LigneDUnNombre(), Ou() + message);
+        ErreurALaLigne(m_position.LigneDUnNombre(), message);
     }
-    /// Notes a key of an object: it stands there once.
+    /// Notes a key of an object: it stands there once, and is a name that a C interface can be given.
     void NoteCle(std::set<std::string>& vues, const std::string& nom) const {
+        if (nom.find('\0') != nom.npos) Erreur("a key holds a zero character");
         if (!vues.insert(nom).second) Erreur("key \"" + nom + "\" stands twice");
     }
 

@@ -1,13 +1,10 @@
 #include <algorithm>
 #include <iomanip>
+#include <string>
 #include <string_view>
 #include <utility>
 
-#include "Calcul/pCalculN/ReductionsTable.h"
-#include "interface/Avertissements.h"
-#include "interface/Sens.h"
-#include "support/KVTarvel.h"
-#include "tools/Resultat.h"
+#include "Resultat.h"
 
 // The summary: what a person wants to know of a computed return, the net amount first, then how it was reached.
 
@@ -15,29 +12,13 @@ namespace outil {
 
 namespace {
 
-// The box of next year's return that takes what the tax could not bear of a reduction; none for a line without one.
-CaseSortie ReportDe(CaseSortie reduction) {
-    CaseSortie report;
-    kv::reductions::TousLesGroupes([&](const auto& groupe) {
-        for (const auto& ligne : groupe) {
-            if constexpr (requires { ligne.ligne.sortie; }) {
-                if (ligne.ligne.sortie == reduction) report = ligne.report;
-            } else if (ligne.sortie == reduction) {
-                if constexpr (requires { ligne.report; }) report = ligne.report;
-                if constexpr (requires { ligne.suite; }) report = ligne.suite;
-            }
-        }
-    });
-    return report;
-}
-
 class Resume {
   public:
-    Resume(std::ostream& sortie, const CDataCalcul& data, const LoiNommee& loi)
-        : m_sortie(sortie), S(data.Sortie), m_data(data), m_loi(loi) {}
+    Resume(std::ostream& sortie, const kv::Return& retour, const LoiNommee& loi)
+        : m_sortie(sortie), S(retour), m_loi(loi) {}
 
     void Ecrit() {
-        for (const std::string& message : kv::Avertissements(m_data.Entree)) m_sortie << "warning: " << message << '\n';
+        for (const std::string& message : S.warnings()) m_sortie << "warning: " << message << '\n';
         Net();
         Foyer();
         Revenus();
@@ -64,34 +45,44 @@ class Resume {
         m_sortie << '\n';
     }
 
-    static std::string Decimal(double x) { return kv::VersUtf8(FloatToStr(x)); }
-    std::string Detail(CaseSortie sortie) const { return kv::VersUtf8(m_data.Detail[sortie]); }
+    using Nom = const std::string&;
+
+    static int32_t Numero(Nom sortie) { return kv::find(KV_OUTPUT, sortie).value(); }
+    // Calls f with each output of the catalogue.
+    template <class Fonction>
+    static void PourChaqueSortie(Fonction f) {
+        for (int32_t j = 0, n = kv::count(KV_OUTPUT); j < n; ++j) {
+            const kv_box box = kv::describe(KV_OUTPUT, j);
+            f(j, std::string(box.name), box);
+        }
+    }
+    int32_t Colonne(Nom sortie, int32_t colonne) const { return S.output(Numero(sortie), colonne); }
     // The label, without what the title of its section says.
-    static std::string_view Libelle(CaseSortie sortie) {
-        std::string_view libelle = kv::sens::De(sortie).libelle;
+    static std::string_view Libelle(Nom sortie) {
+        std::string_view libelle = kv::describe(KV_OUTPUT, Numero(sortie)).label;
         for (const std::string_view titre : {"Réduction : ", "Crédit : "})
             if (libelle.starts_with(titre)) libelle.remove_prefix(titre.size());
         return libelle;
     }
 
     // An amount with the label of its box; left out when it is 0.
-    void Montant(CaseSortie sortie, const std::string& remarque = "") {
+    void Montant(Nom sortie, const std::string& remarque = "") {
         if (S[sortie] != 0) Toujours(sortie, remarque);
     }
-    void Toujours(CaseSortie sortie, const std::string& remarque = "") {
+    void Toujours(Nom sortie, const std::string& remarque = "") {
         Ligne(Libelle(sortie), std::to_string(S[sortie]), remarque);
     }
 
     // A rate and its base: "25% x 800".
-    static std::string TauxDeBase(std::int32_t centiemes, std::int32_t base) {
+    static std::string TauxDeBase(int32_t centiemes, int32_t base) {
         return Decimal(centiemes / 100.0) + "% x " + std::to_string(base);
     }
 
     // An amount by person: the first declarant, the second, the dependants.
-    void ParPersonne(CaseSortie sortie) {
+    void ParPersonne(Nom sortie) {
         std::string detail;
-        for (const auto& colonne : m_data.Colonne)
-            detail += (detail.empty() ? "(" : " / ") + std::to_string(colonne[sortie]);
+        for (int32_t colonne = 1; colonne <= 3; ++colonne)
+            detail += (detail.empty() ? "(" : " / ") + std::to_string(Colonne(sortie, colonne));
         Montant(sortie, detail + ")");
     }
 
@@ -109,7 +100,11 @@ class Resume {
         Loi();
         if (S["PFU"] != 0) Ligne("option applied", "flat tax");
         if (S["BAR"] != 0) Ligne("option applied", "scale");
-        const auto taux = [&](std::string_view libelle, CaseSortie sortie) {
+        if (const kv_options options = S.options(); options.compared != 0) {
+            Ligne("  to pay with the flat tax", std::to_string(options.flat_tax));
+            Ligne("  to pay with the scale", std::to_string(options.scale));
+        }
+        const auto taux = [&](std::string_view libelle, Nom sortie) {
             Ligne(libelle, Decimal(S[sortie] / 10.0) + "%");
         };
         if (S["NON_TAUX_PAS"] != 0) return Ligne("withholding rate", "none", "the household changed during the year");
@@ -127,8 +122,8 @@ class Resume {
         if (changements > 0)
             remarque =
                 std::to_string(changements) + (changements == 1 ? " figure" : " figures") + " changed by " + m_loi.nom;
-        Ligne("library", KV_VERSION);
-        Ligne("law of the year", std::to_string(kv::anneeDesRevenus), remarque);
+        Ligne("library", kv_version());
+        Ligne("law of the year", std::to_string(kv_year()), remarque);
     }
 
     void Foyer() {
@@ -176,9 +171,8 @@ class Resume {
         Montant("I_QUOT");
         Toujours("TOT_IMPOT");
         Ligne("marginal rate", Decimal(S["TAUX_MARGINAL_3"] / 100.0) + "%");
-        if (S["IMPOT_CALC"] != 0) Montant("IMPOT_TX_EFFECTIF", "(" + Detail("IMPOT_CALC") + ")");
-        if (S["IMPOT_TM_RETENU"] != 0)
-            Montant("IMPOT_TM", "at " + Decimal(m_data.Colonne[2]["IMPOT_TM_RETENU"] / 100.0) + "%");
+        if (S["IMPOT_CALC"] != 0) Montant("IMPOT_TX_EFFECTIF", "(" + S.text("IMPOT_CALC") + ")");
+        if (S["IMPOT_TM_RETENU"] != 0) Montant("IMPOT_TM", "at " + Decimal(S["IMPOT_TM_RETENU.c3"] / 100.0) + "%");
         Montant("U_DECOTE_DOM_GMR");
         Montant("U_DECOTE_DOM_GUY");
         Montant("U_DECOTE");
@@ -194,56 +188,46 @@ class Resume {
 
     void Reductions() {
         Section("Reductions, as imputed");
-        for (int j = 0; j < kv::nSorties; ++j) {
-            const CaseSortie sortie = CaseSortie::Numero(j);
-            const std::string_view nom = kv::sortie::noms[j];
+        PourChaqueSortie([&](int32_t j, const std::string& nom, const kv_box& box) {
             const bool ligne = nom.starts_with("U_") && !nom.starts_with("U_DECOTE") && !nom.starts_with("U_PR_") &&
-                               sortie != "U_CLASSES_MOYENNES";
-            if (!ligne || m_data.Colonne[0][sortie] == 0) continue;
-            const CaseSortie report = ReportDe(sortie);
-            std::string remarque = Detail(sortie);
-            if (report && S[report] != 0)
-                remarque += ", carried: " + std::to_string(S[report]) + " in " + kv::sortie::noms[report.numero];
-            Toujours(sortie, remarque);
-        }
-        std::int32_t rendus = 0;
-        kv::reductions::GroupesPartages([&](const auto& groupe) {
-            for (const auto& ligne : groupe)
-                if constexpr (requires { ligne.excedent; }) rendus += S[ligne.excedent];
+                               nom != "U_CLASSES_MOYENNES";
+            if (!ligne || S.output(j, 1) == 0) return;
+            std::string remarque = S.text(j);
+            if (box.carried >= 0 && S.output(box.carried) != 0)
+                remarque += ", carried: " + std::to_string(S.output(box.carried)) + " in " +
+                            kv::describe(KV_OUTPUT, box.carried).name;
+            Toujours(nom, remarque);
         });
+        int32_t rendus = 0;
+        for (const kv_reduction& ligne : kv::reduction_lines())
+            if (ligne.given_back != 0) rendus += S.output(ligne.output);
         if (rendus != 0) Ligne("overseas shares given back", std::to_string(-rendus));
     }
 
     void Credits() {
         Section("Credits");
-        for (int j = 0; j < kv::nSorties; ++j) {
-            const CaseSortie credit = CaseSortie::Numero(j);
-            const std::string_view nom = kv::sortie::noms[j];
-            if (!nom.starts_with("D_") || credit == "D_CREDIT" || credit == "D_CREDIT_TOT") continue;
-            const std::int32_t retenu = m_data.Colonne[1][credit], taux = m_data.Colonne[2][credit];
-            const std::string texte = Detail(credit);
-            Montant(credit, !texte.empty() ? texte : retenu != 0 && taux != 0 ? TauxDeBase(taux, retenu) : "");
-        }
+        PourChaqueSortie([&](int32_t j, const std::string& nom, const kv_box&) {
+            if (!nom.starts_with("D_") || nom == "D_CREDIT" || nom == "D_CREDIT_TOT") return;
+            const int32_t retenu = S.output(j, 2), taux = S.output(j, 3);
+            const std::string texte = S.text(j);
+            Montant(nom, !texte.empty() ? texte : retenu != 0 && taux != 0 ? TauxDeBase(taux, retenu) : "");
+        });
     }
 
     void Prelevements() {
         Section("Social levies");
         static constexpr std::string_view parts[3] = {"solidarité et assimilés", "CSG", "CRDS"};
-        const bool deuxTaux = m_data.Colonne[1]["S_TAUX"] == 0;  // deferred gains bear another one
-        for (std::size_t k = 0; k < 3; ++k) {
-            const auto& colonne = m_data.Colonne[k];
-            if (colonne["S_CONTR_SOC"] == 0) continue;
-            const std::string base = std::to_string(colonne["S_BASES"]);
-            Ligne(std::string(Libelle("S_CONTR_SOC")) + ", " + std::string(parts[k]),
-                  std::to_string(colonne["S_CONTR_SOC"]),
-                  k == 1 && deuxTaux ? "two rates x " + base : TauxDeBase(colonne["S_TAUX"], colonne["S_BASES"]));
+        const bool deuxTaux = Colonne("S_TAUX", 2) == 0;  // deferred gains bear another one
+        for (int32_t k = 1; k <= 3; ++k) {
+            const int32_t montant = Colonne("S_CONTR_SOC", k), base = Colonne("S_BASES", k);
+            if (montant == 0) continue;
+            Ligne(std::string(Libelle("S_CONTR_SOC")) + ", " + std::string(parts[k - 1]), std::to_string(montant),
+                  k == 2 && deuxTaux ? "two rates x " + std::to_string(base) : TauxDeBase(Colonne("S_TAUX", k), base));
         }
-        for (int j = 0; j < kv::nSorties; ++j) {
-            const CaseSortie ligne = CaseSortie::Numero(j);
-            const std::string_view nom = kv::sortie::noms[j];
-            if (nom.starts_with("S_E_") || nom.starts_with("S_S_") || ligne == "S_CRDS_SAL" || ligne == "S_CSG_SAL")
-                if (ligne != "S_E_CSG_4_NP1") Montant(ligne, Detail(ligne));
-        }
+        PourChaqueSortie([&](int32_t j, const std::string& nom, const kv_box&) {
+            if (nom.starts_with("S_E_") || nom.starts_with("S_S_") || nom == "S_CRDS_SAL" || nom == "S_CSG_SAL")
+                if (nom != "S_E_CSG_4_NP1") Montant(nom, S.text(j));
+        });
         Montant("S_A_PAYER");
         Montant("S_DEDUC");
     }
@@ -264,16 +248,15 @@ class Resume {
     }
 
     std::ostream& m_sortie;
-    const kv::ZoneSortie& S;
-    const CDataCalcul& m_data;
+    const kv::Return& S;
     const LoiNommee& m_loi;
     const char* m_titre = nullptr;
 };
 
 }  // namespace
 
-void EcritResume(std::ostream& sortie, const CDataCalcul& data, const LoiNommee& loi) {
-    Resume(sortie, data, loi).Ecrit();
+void EcritResume(std::ostream& sortie, const kv::Return& retour, const LoiNommee& loi) {
+    Resume(sortie, retour, loi).Ecrit();
 }
 
 }  // namespace outil

@@ -1,72 +1,71 @@
-#include "tools/Retour.h"
+#include "Retour.h"
 
+#include <algorithm>
 #include <array>
-#include <charconv>
-#include <chrono>
 #include <concepts>
-#include <optional>
 #include <set>
 #include <utility>
 
-#include "Calcul/cCalcul/Catalogues.h"
-#include "Calcul/pCalculN/Pilote.h"
-#include "support/KVTarvel.h"
-#include "tools/Boites.h"
-#include "tools/LectureJson.h"
-#include "tools/Noms.h"
+#include "Boites.h"
+#include "LectureJson.h"
 
 namespace outil {
 
 namespace {
 
-// The sections that hold amounts by box, and where each amount goes.
-struct Section {
-    const char* nom;
-    std::int32_t* (*valeur)(CDataCalcul&, const CaseEntreeDef&);  // null when the box has no such slot
-};
+// The sections that hold amounts by box; in each the name of an amount begins with that of the section.
+constexpr const char *sectionDesBoites = "entries", *sectionDesQuotients = "quotients";
+constexpr const char* sections[] = {sectionDesBoites, "ti", "tix", "tiy", "tk", "tkz"};
+constexpr const char* reglages[] = {"launch", "indexation", "period"};
 
-template <class Zone>
-std::int32_t* Slot(Zone& zone, std::int32_t slot) {
-    return slot < 0 ? nullptr : &zone.valeurs[static_cast<std::size_t>(slot)];
+constexpr std::pair<const char*, kv_launch> lancements[] = {{"normal", KV_LAUNCH_NORMAL},
+                                                            {"options", KV_LAUNCH_OPTIONS},
+                                                            {"forced", KV_LAUNCH_FORCED},
+                                                            {"forced-options", KV_LAUNCH_FORCED_OPTIONS}};
+
+// "\"normal\", \"options\"": names as a message lists them.
+template <class Noms>
+std::string EntreGuillemets(const Noms& noms) {
+    std::string texte;
+    for (const auto& nom : noms) texte += std::string(texte.empty() ? "\"" : ", \"") + nom + '"';
+    return texte;
 }
 
-constexpr Section sections[] = {
-    {"entries", [](CDataCalcul& d, const CaseEntreeDef& c) { return &d.Entree.valeurs[c.Index]; }},
-    {"ti", [](CDataCalcul& d, const CaseEntreeDef& c) { return Slot(d.TI, c.nTI); }},
-    {"tix", [](CDataCalcul& d, const CaseEntreeDef& c) { return Slot(d.TIX, c.nTIX); }},
-    {"tiy", [](CDataCalcul& d, const CaseEntreeDef& c) { return Slot(d.TIY, c.nTIY); }},
-    {"tk", [](CDataCalcul& d, const CaseEntreeDef& c) { return Slot(d.TK, c.nTK); }},
-    {"tkz", [](CDataCalcul& d, const CaseEntreeDef& c) { return Slot(d.TKZ, c.nTKZ); }},
-};
-
-// The launches by name, each with the two option switches.
-struct Lancement {
-    const char* nom;
-    bool optionsForcees, optionsSiSaisies;
-};
-constexpr Lancement lancements[] = {
-    {"normal", false, false}, {"options", false, true}, {"forced", true, false}, {"forced-options", true, true}};
+// A date AAAAMMJJ of a text "AAAA-MM-JJ" or "JJ/MM/AAAA"; 0 for any other text.
+int32_t DateDe(std::string_view texte) {
+    const bool iso = texte.size() == 10 && texte[4] == '-' && texte[7] == '-';
+    const bool francaise = texte.size() == 10 && texte[2] == '/' && texte[5] == '/';
+    if (!iso && !francaise) return 0;
+    const auto nombre = [&](std::size_t debut, std::size_t taille) {
+        int32_t n = 0;
+        for (const char c : texte.substr(debut, taille)) n = '0' <= c && c <= '9' ? 10 * n + (c - '0') : -10000;
+        return n;
+    };
+    const int32_t annee = iso ? nombre(0, 4) : nombre(6, 4), mois = iso ? nombre(5, 2) : nombre(3, 2),
+                  jour = iso ? nombre(8, 2) : nombre(0, 2);
+    return annee < 0 || mois < 0 || jour < 0 ? 0 : 10000 * annee + 100 * mois + jour;
+}
 
 // Follows the parser through a return. The structure is small and fixed: sections of amounts by box, amounts by box and
 // coefficient, and three settings.
 class Lecteur : public LecteurJson {
   public:
-    Lecteur(Retour& retour, const std::string& fichier, const PositionJson& position)
+    Lecteur(kv::Return& retour, const std::string& fichier, const PositionJson& position)
         : LecteurJson(fichier, position), m_retour(retour) {}
 
     bool key(string_t& nom) override {
         NoteCle(m_clesVues[m_profondeur], nom);
         m_cles[m_profondeur] = nom;
         if (m_profondeur == 1) ChoisitSection(nom);
-        if (m_profondeur == 2) m_box = Box(nom);
+        if (m_profondeur == 2) ControleBoite(nom);
         return true;
     }
 
     bool number_integer(number_integer_t n) override { return Entier(n); }
     bool number_unsigned(number_unsigned_t n) override { return Entier(n); }
     bool number_float(number_float_t x, const string_t& texte) override {
-        if (m_profondeur == 1 && m_cles[1] == "indexation") return m_retour.indexation = x, true;
-        ErreurDeNombre(texte + " is not a 32-bit integer");
+        if (m_profondeur == 1 && m_cles[1] == "indexation") return Indexation(x);
+        ErreurDeNombre(Ou() + texte + " is not a 32-bit integer");
     }
     bool string(string_t& texte) override {
         if (m_profondeur == 1 && m_cles[1] == "launch") return ChoisitLancement(texte);
@@ -75,8 +74,8 @@ class Lecteur : public LecteurJson {
     }
 
     bool start_object(std::size_t) override {
-        const bool permis = m_profondeur == 0 || (m_profondeur == 1 && (m_section || m_cles[1] == "quotients")) ||
-                            (m_profondeur == 2 && !m_section);
+        const bool permis = m_profondeur == 0 || (m_profondeur == 1 && (m_section || m_quotients)) ||
+                            (m_profondeur == 2 && m_quotients);
         if (!permis || m_dansPeriode) Erreur(Ou() + "an object does not belong here");
         m_clesVues[++m_profondeur].clear();
         return true;
@@ -90,8 +89,9 @@ class Lecteur : public LecteurJson {
         return m_dansPeriode = true;
     }
     bool end_array() override {
-        if (m_dates != 2) Erreur("period needs two dates");
-        if (m_retour.periode.Fin < m_retour.periode.Deb) Erreur("period ends before it begins");
+        if (m_dates != m_periode.size()) Erreur("period needs two dates");
+        if (kv_set_period(m_retour.handle(), m_periode[0], m_periode[1]) != KV_OK)
+            Erreur(kv_message(m_retour.handle()));
         return m_dansPeriode = false, true;
     }
 
@@ -109,92 +109,81 @@ class Lecteur : public LecteurJson {
     }
 
     void ChoisitSection(const std::string& nom) {
-        m_section = nullptr;
-        for (const Section& section : sections)
-            if (nom == section.nom) m_section = &section;
-        if (m_section || nom == "quotients" || nom == "launch" || nom == "indexation" || nom == "period") return;
-        std::vector<std::string_view> noms = {"quotients", "launch", "indexation", "period"};
-        for (const Section& section : sections) noms.push_back(section.nom);
-        Erreur("unknown key \"" + nom + '"' + Proches(nom, noms));
+        m_section = std::find(std::begin(sections), std::end(sections), nom) != std::end(sections);
+        m_quotients = nom == sectionDesQuotients;
+        if (m_section || m_quotients || std::find(std::begin(reglages), std::end(reglages), nom) != std::end(reglages))
+            return;
+        std::vector<std::string> noms(std::begin(sections), std::end(sections));
+        noms.push_back(sectionDesQuotients);
+        noms.insert(noms.end(), std::begin(reglages), std::end(reglages));
+        Erreur("unknown key \"" + nom + "\"; a return has " + EntreGuillemets(noms));
     }
 
-    const CaseEntreeDef* Box(const std::string& nom) const {
-        const int numero = kv::NumeroEntree(nom);
-        if (numero < 0) Erreur("unknown entry box " + nom + BoitesProches(nom));
-        const CaseEntreeDef& fiche = TableEntree[static_cast<std::size_t>(numero)];
-        if (m_section ? !m_section->valeur(*m_retour.data, fiche) : fiche.nQuotient < 0)
-            Erreur("box " + nom + " has no amount in \"" + m_cles[1] + "\"");
-        return &fiche;
+    // The name of an amount as the library knows it: "1AJ", "ti.1AW", "quotient.4.1AJ".
+    std::string Montant(const std::string& boite, const std::string& coefficient) const {
+        if (m_quotients) return "quotient." + coefficient + '.' + boite;
+        return m_cles[1] == sectionDesBoites ? boite : m_cles[1] + '.' + boite;
+    }
+
+    // A box that does not exist, or can't hold what the section says, is an error where it stands.
+    void ControleBoite(const std::string& boite) {
+        if (!kv::find(KV_ENTRY, boite)) Erreur("unknown entry box " + boite + BoitesProches(boite));
+        int32_t montant = 0;
+        if (kv_get(m_retour.handle(), Montant(boite, "0").c_str(), &montant) != KV_OK)
+            Erreur(kv_message(m_retour.handle()));
     }
 
     bool Entier(std::integral auto n) {
-        if (m_profondeur == 1 && m_cles[1] == "indexation") return m_retour.indexation = static_cast<double>(n), true;
-        if (!std::in_range<std::int32_t>(n)) ErreurDeNombre("the value is not a 32-bit integer");
-        const auto valeur = static_cast<std::int32_t>(n);
-        if (m_profondeur == 2 && m_section)
-            *m_section->valeur(*m_retour.data, *m_box) = valeur;
-        else if (m_profondeur == 3)
-            m_retour.data->AjouteQuotient(m_box->nQuotient, Coefficient(), valeur);
-        else
-            ErreurDeNombre("a number does not belong here");
+        if (m_profondeur == 1 && m_cles[1] == "indexation") return Indexation(static_cast<double>(n));
+        if (!std::in_range<int32_t>(n)) ErreurDeNombre(Ou() + "the value is not a 32-bit integer");
+        if (m_profondeur != (m_quotients ? 3u : 2u)) ErreurDeNombre(Ou() + "a number does not belong here");
+        const std::string montant = Montant(m_cles[2], m_cles[3]);
+        if (kv_set(m_retour.handle(), montant.c_str(), static_cast<int32_t>(n)) != KV_OK)
+            ErreurDeNombre(Ou() + kv_message(m_retour.handle()));
         return true;
     }
 
-    std::int32_t Coefficient() const {
-        // In the one form that a number has: two spellings of a coefficient would hide each other's amount.
-        std::int32_t coefficient = 0;
-        std::from_chars(m_cles[3].data(), m_cles[3].data() + m_cles[3].size(), coefficient);
-        if (std::to_string(coefficient) == m_cles[3]) return coefficient;
-        ErreurDeNombre("the coefficient is not a 32-bit integer");
+    bool Indexation(double taux) {
+        if (kv_set_indexation(m_retour.handle(), taux) != KV_OK) ErreurDeNombre(kv_message(m_retour.handle()));
+        return true;
     }
 
     bool ChoisitLancement(const std::string& texte) {
-        for (const Lancement& l : lancements)
-            if (texte == l.nom)
-                return m_retour.optionsForcees = l.optionsForcees, m_retour.optionsSiSaisies = l.optionsSiSaisies, true;
-        std::string noms;
-        for (const Lancement& l : lancements) noms += std::string(noms.empty() ? "\"" : ", \"") + l.nom + '"';
-        Erreur("launch is one of " + noms + ", not \"" + texte + "\"");
+        for (const auto& [nom, lancement] : lancements)
+            if (texte == nom) return m_retour.set_launch(lancement), true;
+        Erreur("launch is one of " + EntreGuillemets(NomsDesLancements()) + ", not \"" + texte + "\"");
     }
 
     bool Date(const std::string& texte) {
-        const std::int32_t date = DateToInt(kv::VersUtf16(texte), false);
-        const std::chrono::year_month_day jour{std::chrono::year(date / 10000),
-                                               std::chrono::month(static_cast<unsigned>(date / 100 % 100)),
-                                               std::chrono::day(static_cast<unsigned>(date % 100))};
-        if (date == 0 || !jour.ok()) Erreur("period: \"" + texte + "\" is not a date (AAAA-MM-JJ)");
-        if (m_dates == 2) Erreur("period needs two dates");
-        (m_dates++ == 0 ? m_retour.periode.Deb : m_retour.periode.Fin) =
-            kv::Date(date / 10000, date / 100 % 100, date % 100);
+        const int32_t date = DateDe(texte);
+        if (kv_set_period(m_retour.handle(), date, date) != KV_OK)
+            Erreur("period: \"" + texte + "\" is not a date (AAAA-MM-JJ)");
+        if (m_dates == m_periode.size()) Erreur("period needs two dates");
+        m_periode[m_dates++] = date;
         return true;
     }
 
-    Retour& m_retour;
+    kv::Return& m_retour;
     std::size_t m_profondeur = 0;
     std::array<std::string, 5> m_cles;
     std::array<std::set<std::string>, 5> m_clesVues;
-    const Section* m_section = nullptr;
-    const CaseEntreeDef* m_box = nullptr;
+    bool m_section = false,
+         m_quotients = false;  ///< what the key of the return holds: amounts by box, exceptional ones
     bool m_dansPeriode = false;
-    int m_dates = 0;
+    std::array<int32_t, 2> m_periode{};
+    std::size_t m_dates = 0;
 };
 
 }  // namespace
 
-bool Retour::Calcule(const kv::Loi& loi) {
-    return kv::Lance(*data, &periode, true, indexation, optionsForcees, optionsSiSaisies, loi);
-}
-
-void Retour::CalculeReports() { kv::LanceReports(*data, &periode, indexation); }
-
 std::vector<std::string> NomsDesLancements() {
     std::vector<std::string> noms;
-    for (const Lancement& l : lancements) noms.emplace_back(l.nom);
+    for (const auto& [nom, lancement] : lancements) noms.emplace_back(nom);
     return noms;
 }
 
-Retour LisRetour(std::string_view texte, const std::string& fichier, int premiereLigne) {
-    Retour retour;
+kv::Return LisRetour(std::string_view texte, const std::string& fichier, int premiereLigne) {
+    kv::Return retour;
     PositionJson position{premiereLigne};
     Lecteur lecteur(retour, fichier, position);
     LisJson(texte, position, lecteur);

@@ -1,10 +1,9 @@
+#include <kv.hpp>
 #include <limits>
 #include <nlohmann/json.hpp>
 
-#include "Calcul/cCalcul/Catalogues.h"
-#include "interface/Sens.h"
-#include "tools/Boites.h"
-#include "tools/Retour.h"
+#include "Boites.h"
+#include "Retour.h"
 
 // The JSON Schema of a return, made from the catalogues: what the reader of returns accepts.
 
@@ -18,12 +17,10 @@ using Objet = nlohmann::ordered_json;
 template <class Choix>
 Objet Montants(const char* montant, Choix choix) {
     Objet boites = Objet::object();
-    for (const CaseEntreeDef& fiche : TableEntree) {
-        if (!choix(fiche)) continue;
-        const CaseEntree c = CaseEntree::Numero(static_cast<int>(fiche.Index));
-        Objet boite = {{"$ref", montant}};
-        boite["description"] = kv::sens::De(c).libelle + ", " + kv::sens::Personne(c);
-        boites[kv::entree::lignes[fiche.Index].nom] = boite;
+    for (int32_t i = 0, n = kv::count(KV_ENTRY); i < n; ++i) {
+        const kv_box box = kv::describe(KV_ENTRY, i);
+        if (!choix(box)) continue;
+        boites[box.name] = {{"$ref", montant}, {"description", std::string(box.label) + ", " + box.person_name}};
     }
     return {{"type", "object"}, {"properties", boites}, {"additionalProperties", false}};
 }
@@ -41,13 +38,13 @@ void EcritSchema(std::ostream& sortie) {
                                  {"patternProperties", {{"^(0|-?[1-9][0-9]*)$", {{"$ref", montant}}}}},
                                  {"additionalProperties", false}}}};
     const Objet date = {{"type", "string"}, {"pattern", "^([0-9]{4}-[0-9]{2}-[0-9]{2}|[0-9]{2}/[0-9]{2}/[0-9]{4})$"}};
-    Objet proprietes = {{"entries", Montants(montant, [](const auto&) { return true; })}};
-    proprietes["ti"] = Montants(montant, [](const auto& c) { return c.nTI >= 0; });
+    Objet proprietes = {{"entries", Montants(montant, [](const kv_box&) { return true; })}};
+    proprietes["ti"] = Montants(montant, [](const kv_box& box) { return box.ti >= 0; });
     for (const char* zone : {"tix", "tiy"})
-        proprietes[zone] = Montants(montant, [](const auto& c) { return c.nTIX >= 0; });
+        proprietes[zone] = Montants(montant, [](const kv_box& box) { return box.tix >= 0; });
     for (const char* zone : {"tk", "tkz"})
-        proprietes[zone] = Montants(montant, [](const auto& c) { return c.nTK >= 0; });
-    proprietes["quotients"] = Montants(parCoefficient, [](const auto& c) { return c.nQuotient >= 0; });
+        proprietes[zone] = Montants(montant, [](const kv_box& box) { return box.tk >= 0; });
+    proprietes["quotients"] = Montants(parCoefficient, [](const kv_box& box) { return box.quotient >= 0; });
     proprietes["launch"] = {{"enum", NomsDesLancements()}};
     proprietes["indexation"] = {{"type", "number"}};
     proprietes["period"] = {{"type", "array"}, {"items", date}, {"minItems", 2}, {"maxItems", 2}};

@@ -6,10 +6,9 @@
 #include <optional>
 #include <string_view>
 
-#include "interface/Avertissements.h"
-#include "tools/Boites.h"
-#include "tools/Resultat.h"
-#include "tools/Retour.h"
+#include "Boites.h"
+#include "Resultat.h"
+#include "Retour.h"
 
 // kvcalcul, a command-line host of the library.
 
@@ -48,25 +47,18 @@ outil::LoiNommee LisLoi(const std::string& fichier) {
 
 int Run(const std::string& fichier, const std::string& fichierLoi, Forme forme) {
     const outil::LoiNommee loi = LisLoi(fichierLoi);
-    outil::Retour retour = outil::LisRetour(Contenu(fichier), fichier);
-    const bool reussi = retour.Calcule(loi.loi);
-    outil::EcritResultat(std::cout, retour, loi, reussi, forme);
+    kv::Return retour = outil::LisRetour(Contenu(fichier), fichier);
+    outil::EcritResultat(std::cout, retour.set_law(loi.loi).compute(), loi, forme);
     Vide(std::cout, sortieStandard);
-    return reussi ? Calcule : Echec;
+    return Calcule;
 }
 
 int Compare(const std::string& fichier, const std::string& fichierLoi, bool json) {
     const outil::LoiNommee annee, reforme = LisLoi(fichierLoi);
-    const std::string contenu = Contenu(fichier);
-    outil::Retour avant = outil::LisRetour(contenu, fichier), apres = outil::LisRetour(contenu, fichier);
-    const bool reussi = avant.Calcule(annee.loi) && apres.Calcule(reforme.loi);
-    for (outil::Retour* retour : {&avant, &apres}) retour->CalculeReports();
-    if (reussi)
-        outil::EcritComparaison(std::cout, *avant.data, annee, *apres.data, reforme, json);
-    else
-        outil::EcritErreur(std::cout, "the computation failed");
+    kv::Return avant = outil::LisRetour(Contenu(fichier), fichier), apres = avant;
+    outil::EcritComparaison(std::cout, avant.compute(), annee, apres.set_law(reforme.loi).compute(), reforme, json);
     Vide(std::cout, sortieStandard);
-    return reussi ? Calcule : Echec;
+    return Calcule;
 }
 
 // One return per line in, one result per line out: memory does not grow with the number of lines.
@@ -90,13 +82,11 @@ int Batch(const std::string& fichier, const std::string& fichierSortie, const st
     std::string ligne;
     for (int numero = 1; std::getline(entree, ligne); ++numero) {
         try {
-            outil::Retour retour = outil::LisRetour(ligne, nom, numero);
-            const bool reussi = retour.Calcule(loi.loi);
-            outil::EcritResultat(sortie, retour, loi, reussi, forme);
-            for (const std::string& message : kv::Avertissements(retour.data->Entree))
+            kv::Return retour = outil::LisRetour(ligne, nom, numero);
+            outil::EcritResultat(sortie, retour.set_law(loi.loi).compute(), loi, forme);
+            for (const std::string& message : retour.warnings())
                 std::cerr << nom << ':' << numero << ": warning: " << message << '\n';
-            if (!reussi) statut = Echec;
-        } catch (const ErreurEntree& e) {
+        } catch (const std::runtime_error& e) {  // the line is no return, or its computation failed
             outil::EcritErreur(sortie, e.what());
             statut = Echec;
         }
@@ -111,7 +101,7 @@ int Batch(const std::string& fichier, const std::string& fichierSortie, const st
 int main(int argc, char** argv) {
     std::ios_base::sync_with_stdio(false);  // a read error of the standard input is one of the stream
     CLI::App app{"Computes French income-tax returns (form 2042, income of 2017)."};
-    app.set_version_flag("--version", "kvcalcul " KV_VERSION);
+    app.set_version_flag("--version", std::string("kvcalcul ") + kv_version());
     app.footer(
         "Exit status: 0 computed; 1 the computation failed, or a line of a batch could not be read or computed; 2 bad\n"
         "usage or input.");
@@ -182,5 +172,8 @@ int main(int argc, char** argv) {
     } catch (const ErreurEntree& e) {
         std::cerr << e.what() << '\n';
         return MauvaiseEntree;
+    } catch (const kv::Error& e) {
+        std::cerr << "the computation failed: " << e.what() << '\n';
+        return Echec;
     }
 }

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Checks the Windows library: the 32-bit build that hosts load, then its figures.
+# Checks the Windows libraries: the 32-bit build that hosts load, then their figures.
 #
 # Names and calling conventions are read off the 32-bit file. The figures are compared with the native build under Wine:
 # Debian's 64-bit Wine runs the 64-bit build of the same library. Without Wine the comparison is left out, and said so.
@@ -21,10 +21,19 @@ attendus=$(sed -n '/^[A-Za-z]/p' Calcul/pInitCalcul/exports.txt | sed '/^TPeriod
 diff <(echo "$attendus") <(echo "$exportes")
 echo "$exportes" | column
 echo "Libraries it needs: $(i686-w64-mingw32-objdump -p "$dll" | awk '/DLL Name/ {print $3}' | xargs)"
-if i686-w64-mingw32-objdump -p "$dll" | grep -qiE 'DLL Name: (libgcc|libstdc|libwinpthread)'; then
-    echo "The library needs a compiler runtime." >&2
-    exit 1
-fi
+for arch in i686 x86_64; do
+    diff <(grep -oE '^KV_PUBLIC .*' interface/kv.h | grep -oE '\bkv_[a-z_]+\(' | tr -d '(' | LC_ALL=C sort) \
+         <("$arch-w64-mingw32-objdump" -p "build/windows-$arch/kv.dll" |
+           awk '/Ordinal\/Name Pointer/ {table = 1; next} !NF {table = 0} table {print $NF}' | LC_ALL=C sort)
+    for bibliotheque in KVCalcul kv; do
+        if "$arch-w64-mingw32-objdump" -p "build/windows-$arch/$bibliotheque.dll" |
+            grep -qiE 'DLL Name: (libgcc|libstdc|libwinpthread)'; then
+            echo "$bibliotheque.dll needs a compiler runtime." >&2
+            exit 1
+        fi
+    done
+done
+echo "kv.dll exports what kv.h declares, 32 and 64 bits."
 
 retour() {  # retour FUNCTION: its first return
     i686-w64-mingw32-objdump -d --no-show-raw-insn --disassemble="$1" "$dll" | awk '!vu && $2 == "ret" {print $2, $3; vu = 1}' | xargs
@@ -50,7 +59,8 @@ if ! command -v wine >/dev/null; then
 fi
 natif=build/release
 cc -std=c11 -I. examples/hote.c -o "$travail/hote" "$natif/libKVCalcul.so" -Wl,-rpath,"$PWD/$natif"
-cp "$travail/x86_64/bin/KVCalcul.dll" "$travail/hotes-x86_64"
+cc -std=c99 -Iinterface examples/foyer.c -o "$travail/foyer" "$natif/libkv.so" -Wl,-rpath,"$PWD/$natif"
+cp "$travail/x86_64/bin/"*.dll "$travail/hotes-x86_64"
 export WINEPREFIX="$travail/wine" WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml=
 comptes=0
 for exemple in examples/*.json; do
@@ -61,4 +71,6 @@ for exemple in examples/*.json; do
         { echo "$exemple: the Windows library gives other figures." >&2; exit 1; }
     comptes=$((comptes + 1))
 done
-echo "$comptes example returns give the same outputs under Wine and natively."
+diff <("$travail/foyer") <(wine "$travail/hotes-x86_64/foyer_c.exe" 2>/dev/null | tr -d '\r') ||
+    { echo "kv.dll gives other figures." >&2; exit 1; }
+echo "$comptes example returns and the household of kv.h give the same outputs under Wine and natively."

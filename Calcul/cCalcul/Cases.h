@@ -110,6 +110,7 @@ struct Ensemble {
     std::array<std::uint64_t, nMots> mots{};
 
     constexpr bool operator==(const Ensemble&) const = default;
+    constexpr bool Contient(Case<Catalogue> c) const { return (mots[Mot(c)] & Bit(c)) != 0; }
     constexpr void Ajoute(Case<Catalogue> c) { mots[Mot(c)] |= Bit(c); }
     constexpr void Retire(Case<Catalogue> c) { mots[Mot(c)] &= ~Bit(c); }
     constexpr void Ajoute(const Ensemble& autres) {

@@ -124,6 +124,12 @@ void Texte::Ecrit(std::u16string& vers) const {
 
 Lignes::Lignes() { Efface(m_lignes); }
 
+std::u16string Lignes::LitTexte(CaseSortie c) const {
+    std::u16string texte;
+    if (m_notees.Contient(c)) m_textes[static_cast<std::size_t>(c.numero)].Ecrit(texte);
+    return texte;
+}
+
 void Lignes::RemetAZero(Raz raz) {
     const CasesSortie& sorties = raz == Raz::Partielle ? sortiesRazPartielle : sortiesRazComplete;
     m_touchees.Parcourt([&](std::size_t j) { m_lignes[j] = {}; }, sorties);

@@ -88,6 +88,8 @@ class Lignes {
         return Acces(c);
     }
     const Ligne& Lit(CaseSortie c) const { return m_lignes[static_cast<std::size_t>(c.numero)]; }
+    /// The text of a line in words; "" for none.
+    std::u16string LitTexte(CaseSortie c) const;
     Texte& EcritTexte(CaseSortie c) {
         m_notees.Ajoute(c);
         return m_textes[static_cast<std::size_t>(c.numero)];

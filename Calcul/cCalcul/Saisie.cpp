@@ -1,11 +1,27 @@
 #include "Calcul/cCalcul/Saisie.h"
 
 #include <tuple>
+#include <utility>
 
 #include "Calcul/cCalcul/Catalogues.h"
 #include "support/KVTarvel.h"
 
 namespace kv {
+
+void Exceptionnels::Pose(CaseEntree box, std::int32_t coefficient, std::int32_t montant) {
+    const auto place = std::lower_bound(
+        montants.begin(), montants.end(), std::pair(box.numero, coefficient),
+        [](const Montant& m, const auto& cherche) { return std::pair(m.box.numero, m.coefficient) < cherche; });
+    if (place != montants.end() && place->box == box && place->coefficient == coefficient) {
+        place->montant = montant;
+        return;
+    }
+    const auto rang = place - montants.begin();
+    montants.reserve(montants.size() + 1);  // what can fail comes first
+    if (std::find(coefficients.begin(), coefficients.end(), coefficient) == coefficients.end())
+        coefficients.push_back(coefficient);
+    montants.insert(montants.begin() + rang, {box, coefficient, montant});
+}
 
 std::int32_t Exceptionnels::De(CaseEntree box, std::int32_t coefficient) const {
     for (const Montant& m : montants)
@@ -51,17 +67,41 @@ Saisie& Saisie::operator=(const Saisie& autre) {
     return *this;
 }
 
-Saisie LisSaisie(const CDataCalcul& data) {
+namespace {
+
+Saisie Lis(const ZoneEntree& entrees, const auto& TI, const auto& TIX, const auto& TIY, const auto& TK,
+           const auto& TKZ) {
     Saisie saisie;
     const auto lis = [](auto& vers, const auto& de) {
         EnBlocs(vers, de, [](std::int32_t v) { return v & -(v != nNonSaisi); });
     };
-    lis(saisie.entrees, data.Entree);
-    lis(saisie.TI, data.TI), lis(saisie.TIX, data.TIX), lis(saisie.TIY, data.TIY);
-    lis(saisie.TK, data.TK), lis(saisie.TKZ, data.TKZ);
+    lis(saisie.entrees, entrees);
+    lis(saisie.TI, TI), lis(saisie.TIX, TIX), lis(saisie.TIY, TIY), lis(saisie.TK, TK), lis(saisie.TKZ, TKZ);
     for (const CaseEntree debut : {CaseEntree("5XC"), CaseEntree("5YC"), CaseEntree("5ZC")})
-        saisie[debut] = data.Entree[debut];
+        saisie[debut] = entrees[debut];
     return saisie;
+}
+
+}  // namespace
+
+Saisie LisSaisie(const CDataCalcul& d) { return Lis(d.Entree, d.TI, d.TIX, d.TIY, d.TK, d.TKZ); }
+Saisie SansNonSaisis(const Saisie& s) { return Lis(s.entrees, s.TI, s.TIX, s.TIY, s.TK, s.TKZ); }
+
+Exceptionnels SansNonSaisis(Exceptionnels exceptionnels) {
+    for (Exceptionnels::Montant& m : exceptionnels.montants) m.montant = nValForc(m.montant, 0);
+    return exceptionnels;
+}
+
+std::int32_t Place(Aire aire, CaseEntree box) {
+    const CaseEntreeDef& fiche = TableEntree[static_cast<std::size_t>(box.numero)];
+    const std::int32_t places[] = {box.numero, fiche.nTI, fiche.nTIX, fiche.nTIY, fiche.nTK, fiche.nTKZ};
+    return places[static_cast<std::size_t>(aire)];
+}
+
+std::int32_t& Montant(Saisie& saisie, Aire aire, std::int32_t place) {
+    std::int32_t* const aires[] = {saisie.entrees.valeurs.data(), saisie.TI.valeurs.data(), saisie.TIX.valeurs.data(),
+                                   saisie.TIY.valeurs.data(),     saisie.TK.valeurs.data(), saisie.TKZ.valeurs.data()};
+    return aires[static_cast<std::size_t>(aire)][place];
 }
 
 Exceptionnels LisExceptionnels(const CDataCalcul& data) {

@@ -11,7 +11,8 @@
 
 namespace kv {
 
-/// The entry boxes and the companion amounts of a return. Unset boxes count as 0, but for the start years of the farms.
+/// The entry boxes and the companion amounts of a return. In a computation unset boxes are 0, but for the start years
+/// of the farms.
 struct Saisie {
     ZoneEntree entrees;
     Zone<CaseTI, nTI> TI;
@@ -27,6 +28,14 @@ struct Saisie {
     bool operator==(const Saisie&) const = default;
 };
 
+/// The areas of a return that hold amounts by entry box.
+enum class Aire : std::uint8_t { Entrees, TI, TIX, TIY, TK, TKZ };
+
+/// The place of a box's amount in an area, -1 when the box has none there.
+std::int32_t Place(Aire aire, CaseEntree box);
+/// The amount at a place of an area.
+std::int32_t& Montant(Saisie& saisie, Aire aire, std::int32_t place);
+
 /// The exceptional income of a return, taxed by the quotient: amounts by box and coefficient.
 struct Exceptionnels {
     struct Montant {
@@ -38,6 +47,8 @@ struct Exceptionnels {
     std::vector<Montant> montants;           ///< by quotient map, then by coefficient
     std::vector<std::int32_t> coefficients;  ///< in order of first appearance
 
+    /// Stores an amount, in place of one already stored for this coefficient.
+    void Pose(CaseEntree box, std::int32_t coefficient, std::int32_t montant);
     /// The amount of a box for a coefficient, and over all coefficients; 0 for none.
     std::int32_t De(CaseEntree box, std::int32_t coefficient) const;
     std::int32_t De(CaseEntree box) const;
@@ -49,9 +60,11 @@ struct Exceptionnels {
 /// What a coefficient divides and multiplies by.
 constexpr std::int32_t Diviseur(std::int32_t coefficient) { return coefficient == 0 ? 4 : coefficient; }
 
-/// The inputs of a return as the host filled them in.
+/// What a launch starts from: the inputs of a return as the host filled them in, unset ones as 0.
 Saisie LisSaisie(const CDataCalcul& data);
 Exceptionnels LisExceptionnels(const CDataCalcul& data);
+Saisie SansNonSaisis(const Saisie& saisie);
+Exceptionnels SansNonSaisis(Exceptionnels exceptionnels);
 /// The entry boxes that are not 0.
 CasesEntree BoitesRemplies(const Saisie& saisie);
 /// Whether n values are all 0; several are looked at together.

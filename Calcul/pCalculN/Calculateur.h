@@ -25,7 +25,7 @@ struct OptionsComparees {
 ///
 /// The object lives for one launch; what it is made from lives at least as long. A step may throw for want of memory:
 /// the lines then hold what had been found, and nothing else has changed hands.
-class Calculateur : private Chaine {
+class Calculateur final : private Chaine {
   public:
     /// saisie: the inputs, unset boxes as 0; the launch folds the detailed boxes into their totals and moves its
     /// switches there. lignes: the outputs, empty but for the ten retirement-savings ceilings of an earlier launch.

@@ -61,5 +61,6 @@ std::string Defaut(const Loi& loi) {
 }
 
 const char* NomUnite(Unite unite) { return ReglesDe(unite).nom; }
+Etendue EtendueDe(Unite unite) { return {ReglesDe(unite).maximum, ReglesDe(unite).echelle == 1 ? 0 : 2}; }
 
 }  // namespace kv

@@ -101,5 +101,11 @@ std::string Fixe(Loi& loi, Parametre p, double valeur);
 std::string Defaut(const Loi& loi);
 /// "euros", "percent", "years" or "count".
 const char* NomUnite(Unite unite);
+/// What a figure of a unit may be, as a reader writes it: from 0 to a maximum, with so many decimals.
+struct Etendue {
+    double maximum;
+    int decimales;
+};
+Etendue EtendueDe(Unite unite);
 
 }  // namespace kv

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs the built library to a scratch prefix, builds two hosts against it, and runs them. Then the library alone, for
-# a library directory of several levels, found through pkg-config.
+# Installs the built libraries to a scratch prefix, builds the example hosts against them, and runs them. Then the
+# libraries alone, for a library directory of several levels, found through pkg-config.
 #   verifie.sh BUILD_DIR SOURCE_DIR
 set -euo pipefail
 construction=$1 sources=$2
@@ -19,6 +19,19 @@ grep -qx 'parts 3.00, taxable income 65700, tax 5243, to pay 5243' "$travail/c"
 grep -qx 'RQ_REV_EXCEP 7200' "$travail/cpp"
 grep -qx 'F11_6PSS 4860' "$travail/cpp"
 grep -qx 'F11_6PTS 3973' "$travail/cpp"
+# 5 243 less 66 % of 600, then less 75 %; 10 % of the social-security ceiling, 39 228, for next year.
+"$travail/hotes/foyer_c" >"$travail/foyer_c.txt"
+diff - "$travail/foyer_c.txt" <<'FIN'
+tax 4847, net salary of the second declarant 27900, gifts 66% x 600, next year's ceiling 3923
+tax 4793, net salary of the second declarant 27900, gifts 75% x 600, next year's ceiling 3923
+FIN
+# 9 740 less 396; 384 with the flat tax, 540 with the scale, and 516 of levies. Of the 8 000, 7 200 at 30 %.
+"$travail/hotes/foyer_cpp" >"$travail/foyer_cpp.txt"
+diff - <(head -3 "$travail/foyer_cpp.txt") <<'FIN'
+flat tax 10244, scale 10400: flat tax
+to pay 10244, net salary of the second declarant 34200, gifts 66% x 600, next year's ceiling 4140
+with the deferred salary 2160 more
+FIN
 if "$travail/hotes/hote_c" 1ZZ=3 2>/dev/null; then exit 1; fi
 "$travail/prefixe/bin/kvcalcul" --version | grep -qxE 'kvcalcul [0-9]+(\.[0-9]+){2}'
 
@@ -29,8 +42,12 @@ cmake -S "$sources" --preset library -G Ninja -B "$travail/seule" -DCMAKE_INSTAL
 niveaux=$travail/ailleurs/lib/machine/abi
 mkdir -p "$niveaux/pkgconfig"
 cp -r "$travail/prefixe/include" "$travail/ailleurs"
-find "$travail/prefixe" -name 'libKVCalcul.so*' -exec cp -P {} "$niveaux" \;
-cp "$travail/seule/kvcalcul.pc" "$niveaux/pkgconfig"
-# shellcheck disable=SC2046  # several flags
-cc "$sources/examples/hote.c" -o "$travail/hote" $(PKG_CONFIG_PATH=$niveaux/pkgconfig pkg-config --cflags --libs kvcalcul)
-LD_LIBRARY_PATH=$niveaux "$travail/hote" | diff - "$travail/c"
+find "$travail/prefixe" \( -name 'libKVCalcul.so*' -o -name 'libkv.so*' \) -exec cp -P {} "$niveaux" \;
+cp "$travail/seule/"{kvcalcul,kv}.pc "$niveaux/pkgconfig"
+compile() {  # compile EXAMPLE PACKAGE: built through pkg-config
+    # shellcheck disable=SC2046  # several flags
+    cc "$sources/examples/$1.c" -o "$travail/$1" $(PKG_CONFIG_PATH=$niveaux/pkgconfig pkg-config --cflags --libs "$2")
+    LD_LIBRARY_PATH=$niveaux "$travail/$1"
+}
+compile hote kvcalcul | diff - "$travail/c"
+compile foyer kv | diff - "$travail/foyer_c.txt"

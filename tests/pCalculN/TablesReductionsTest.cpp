@@ -7,8 +7,8 @@
 #include "Calcul/cCalcul/Catalogues.h"
 #include "Calcul/pCalculN/OutreMerTable.h"
 #include "Calcul/pCalculN/ReductionsTable.h"
+#include "interface/LignesReductions.h"
 #include "tests/Retour.h"
-#include "tools/Resultat.h"
 
 // What must hold of the reduction tables as a whole.
 
@@ -215,14 +215,8 @@ TEST(TablesReductions, YearlyAmountsStandInConsecutiveBoxes) {
 }
 
 TEST(TablesReductions, TheListingShowsEveryRowOnce) {
-    std::ostringstream texte;
-    outil::EcritReductions(texte);
-    std::istringstream lignes(texte.str());
     std::multiset<std::string> sorties;
-    for (std::string ligne; std::getline(lignes, ligne);) {
-        EXPECT_EQ(std::count(ligne.begin(), ligne.end(), '\t'), 7) << ligne;
-        sorties.insert(ligne.substr(0, ligne.find('\t')));
-    }
+    for (const kv::LigneReduction& ligne : kv::LignesReductions()) sorties.insert(Nom(ligne.sortie));
     EXPECT_EQ(sorties.size(), Rangees().size() + 87 + 82 + 30 + 11);
     for (const Rangee& rangee : Rangees()) EXPECT_EQ(sorties.count(Nom(rangee.sortie)), 1u) << Nom(rangee.sortie);
 }

@@ -1,11 +1,11 @@
 #include "tools/Reforme.h"
 
+#include <gtest/gtest.h>
+
 #include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
 
-#include "tests/Foyer.h"
-#include "tools/Noms.h"
 #include "tools/Resultat.h"
 
 namespace {
@@ -25,7 +25,6 @@ std::string Refus(const std::string& texte) {
 TEST(Reforme, AnEmptyOneChangesNothing) {
     for (const char* texte : {"{}", R"({"decote.part": 75, "pfu.taux": 12.8})"}) {
         const outil::LoiNommee loi = outil::LisReforme(texte, "reforme.json");
-        EXPECT_EQ(loi.loi, kv::loi2017);
         EXPECT_TRUE(loi.Changements().empty());
     }
 }
@@ -59,26 +58,20 @@ TEST(Reforme, MessagesSayWhereAndWhatInstead) {
     EXPECT_TRUE(Refus("{").starts_with("reforme.json:1: not valid JSON"));
 }
 
-TEST(Reforme, NearNames) {
-    const std::vector<std::string_view> noms = {"1AJ", "1BJ", "1AK", "7UF", "RN_SAL"};
-    EXPECT_EQ(outil::Proches("1aj", noms), "; nearest: 1AJ, 1AK, 1BJ");
-    EXPECT_EQ(outil::Proches("1JA", noms), "; nearest: 1AJ");
-    EXPECT_EQ(outil::Proches("7UFF", noms), "; nearest: 7UF");
-    EXPECT_EQ(outil::Proches("ZZZZ", noms), "");
-}
-
 // A salary of 33333: 30000 taxed, of which 2914 at 30 %: 3293; at 31 %, 3322. The relief is too far away to matter.
 TEST(Reforme, ResultsSayTheirLawAndAComparisonWhatChanges) {
     const outil::LoiNommee annee,
         reforme = outil::LisReforme(R"({"bareme.tranche3.taux": 31, "decote.part": 70.5})", "reforme.json");
-    const Resultat avant = Foyer("1AJ=33333").Calcule(), apres = Foyer("1AJ=33333").Loi(reforme.loi).Calcule();
+    kv::Return avant, apres;
+    avant.set("1AJ", 33333).compute();
+    apres.set("1AJ", 33333).set_law(reforme.loi).compute();
 
     std::ostringstream resume;
-    outil::EcritResume(resume, apres.Data(), reforme);
+    outil::EcritResume(resume, apres, reforme);
     EXPECT_NE(resume.str().find("2017  2 figures changed by reforme.json"), std::string::npos) << resume.str();
 
     std::ostringstream texte;
-    outil::EcritComparaison(texte, avant.Data(), annee, apres.Data(), reforme, true);
+    outil::EcritComparaison(texte, avant, annee, apres, reforme, true);
     const json objet = json::parse(texte.str());
     EXPECT_EQ(objet["laws"][1],
               json::parse(R"({"year": 2017, "changes": {"bareme.tranche3.taux": 31, "decote.part": 70.5}})"));
@@ -88,11 +81,11 @@ TEST(Reforme, ResultsSayTheirLawAndAComparisonWhatChanges) {
     EXPECT_FALSE(objet["differences"].contains("TOT_R_IMPOS"));
 
     std::ostringstream tableau, memes;
-    outil::EcritComparaison(tableau, avant.Data(), annee, apres.Data(), reforme, false);
+    outil::EcritComparaison(tableau, avant, annee, apres, reforme, false);
     EXPECT_NE(tableau.str().find("TOT_PAYER                               3293          3322           +29\n"),
               std::string::npos)
         << tableau.str();
-    outil::EcritComparaison(memes, avant.Data(), annee, avant.Data(), annee, false);
+    outil::EcritComparaison(memes, avant, annee, avant, annee, false);
     EXPECT_TRUE(memes.str().ends_with("Every figure is the same.\n")) << memes.str();
 }
 
@@ -102,7 +95,7 @@ TEST(Reforme, TheListingShowsEachParameterOnce) {
     const json liste = json::parse(texte.str());
     std::set<std::string> noms;
     for (const json& p : liste) noms.insert(p["name"]);
-    EXPECT_EQ(noms.size(), kv::nParametres);
+    EXPECT_EQ(noms.size(), kv::parameter_count());
     outil::EcritLoi(decote, "DECOTE.PLAFOND.C", true);
     EXPECT_EQ(json::parse(decote.str()), json::parse(R"([{"name": "decote.plafond.couple", "value": 1939,
         "unit": "euros", "indexed": true, "source": "CGI art. 197 I-4 a"}])"));

@@ -1,6 +1,8 @@
 #include "tools/Retour.h"
 
-#include "tests/Retour.h"
+#include <gtest/gtest.h>
+
+#include <map>
 
 namespace {
 
@@ -24,6 +26,8 @@ TEST(LectureRetour, UnknownAndRepeatedKeysAreNamedWithTheirLine) {
     Refuse("{\"entries\": {},\n\"entries\": {}}", 2, "entries");
     Refuse(R"({"ti": {"5HC": 1}})", 1, "entries");  // the one key that a return must have
     Refuse(R"({"entries": {"1ZZ": 1}})", 7, "1ZZ", 7);
+    Refuse(R"({"entries": {"ti.5HC": 1}})", 1, "unknown entry box ti.5HC");  // it has a section of its own
+    Refuse(R"({"entries": {"1AJ\u0000": 1}})", 1, "zero character");
 }
 
 TEST(LectureRetour, ValuesAreWholeNumbersOf32Bits) {
@@ -64,42 +68,54 @@ TEST(LectureRetour, EachLaunchSetsItsSwitches) {
     } cas[] = {{"normal", 0, 0, 0}, {"options", 0, 1, 0}, {"forced", 1, 1, 128}, {"forced-options", 1, 1, 0}};
     for (const auto& c : cas) {
         for (const bool coche : {false, true}) {
-            outil::Retour retour =
+            kv::Return retour =
                 outil::LisRetour(R"({"entries": {"1AJ": 60000, "2TR": 1000, "PFU": )" + std::to_string(coche) +
                                      R"(}, "tk": {"2TR": 1000}, "launch": ")" + c.lancement + "\"}",
                                  "r");
-            ASSERT_TRUE(retour.Calcule());
-            EXPECT_EQ(retour.data->Sortie["PFU"] + retour.data->Sortie["BAR"], coche ? c.avecOption : c.sansOption)
-                << c.lancement;
-            EXPECT_EQ(retour.data->Sortie["D_CREDIT_PFU2"], c.credit) << c.lancement;
+            retour.compute();
+            EXPECT_EQ(retour["PFU"] + retour["BAR"], coche ? c.avecOption : c.sansOption) << c.lancement;
+            EXPECT_EQ(retour["D_CREDIT_PFU2"], c.credit) << c.lancement;
         }
     }
 }
 
 TEST(LectureRetour, EachValueGoesWhereItBelongs) {
-    const outil::Retour retour = outil::LisRetour(R"({
+    const kv::Return retour = outil::LisRetour(R"({
         "entries": {"M": 1, "1AJ": 2147483647, "1BJ": -2147483648, "Z1": 20170315, "1AK": -2147483647},
         "ti": {"5HC": 1}, "tix": {"5HC": 2}, "tiy": {"5HC": 3}, "tk": {"5AK": 4}, "tkz": {"5AK": 5},
         "quotients": {"1AJ": {"4": 10000, "-3": 7}, "5HC": {"0": -8}},
         "launch": "options", "indexation": 1.5, "period": ["2017-07-01", "31/12/2017"]
     })",
-                                                  "retour.json");
-    CDataCalcul attendu;
-    auto& E = attendu.Entree;
-    E["M"] = 1, E["1AJ"] = 2147483647, E["1BJ"] = -2147483647 - 1, E["Z1"] = 20170315, E["1AK"] = nNonSaisi;
-    attendu.TI["5HC"] = 1, attendu.TIX["5HC"] = 2, attendu.TIY["5HC"] = 3;
-    attendu.TK["5AK"] = 4, attendu.TKZ["5AK"] = 5;
-    attendu.AjouteQuotient(81, 4, 10000), attendu.AjouteQuotient(81, -3, 7), attendu.AjouteQuotient(0, 0, -8);
-    EXPECT_TRUE(Donnees(*retour.data) == Donnees(attendu));
-    EXPECT_TRUE(!retour.optionsForcees && retour.optionsSiSaisies);
-    EXPECT_EQ(retour.indexation, 1.5);
-    EXPECT_EQ(retour.periode.Jours(), 180);
+                                               "retour.json");
+    const std::map<std::string, std::int32_t> attendus = {{"M", 1},
+                                                          {"1AJ", 2147483647},
+                                                          {"1BJ", -2147483647 - 1},
+                                                          {"Z1", 20170315},
+                                                          {"1AK", KV_UNSET},
+                                                          {"ti.5HC", 1},
+                                                          {"tix.5HC", 2},
+                                                          {"tiy.5HC", 3},
+                                                          {"tk.5AK", 4},
+                                                          {"tkz.5AK", 5},
+                                                          {"quotient.4.1AJ", 10000},
+                                                          {"quotient.-3.1AJ", 7},
+                                                          {"quotient.0.5HC", -8}};
+    for (const auto& [nom, valeur] : attendus) EXPECT_EQ(retour.get(nom), valeur) << nom;
+    std::size_t remplis = retour.exceptional().size();
+    for (kv_area aire = KV_AREA_ENTRY; aire <= KV_AREA_TKZ; ++aire)
+        for (std::int32_t i = 0; i < kv::count(KV_ENTRY); ++i)
+            if (std::int32_t valeur = 0; kv_get_box(retour.handle(), aire, i, &valeur) == KV_OK) remplis += valeur != 0;
+    EXPECT_EQ(remplis, attendus.size());
+    EXPECT_EQ(retour.launch(), KV_LAUNCH_OPTIONS);
+    EXPECT_EQ(retour.indexation(), 1.5);
+    EXPECT_EQ(retour.period().first, 20170701);
+    EXPECT_EQ(retour.period().last, 20171231);
 
-    const outil::Retour simple =
-        outil::LisRetour("{\"entries\": {}, \"indexation\": -1, \"launch\": \"normal\"}\n", "r");
-    EXPECT_TRUE(!simple.optionsForcees && !simple.optionsSiSaisies);
-    EXPECT_EQ(simple.indexation, -1.0);
-    EXPECT_EQ(simple.periode.Jours(), 360);
+    const kv::Return simple = outil::LisRetour("{\"entries\": {}, \"indexation\": -1, \"launch\": \"normal\"}\n", "r");
+    EXPECT_EQ(simple.launch(), KV_LAUNCH_NORMAL);
+    EXPECT_EQ(simple.indexation(), -1.0);
+    EXPECT_EQ(simple.period().first, 20170101);
+    EXPECT_EQ(simple.period().last, 20171231);
 }
 
 }  // namespace

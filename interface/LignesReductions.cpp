@@ -1,23 +1,23 @@
+#include "interface/LignesReductions.h"
+
+#include <array>
+
 #include "Calcul/pCalculN/ReductionsTable.h"
-
 #include "support/KVTarvel.h"
-#include "tools/Resultat.h"
 
-// The reduction tables as they stand, for a reader who compares them with the law.
-
-namespace outil {
+namespace kv {
 
 namespace {
 
-namespace r = kv::reductions;
-namespace om = kv::outremer;
+namespace r = reductions;
+namespace om = outremer;
 
-std::string Nom(CaseSortie c) { return c ? kv::sortie::noms[c.numero] : ""; }
-std::string Nom(CaseEntree c) { return c ? kv::entree::lignes[c.numero].nom : ""; }
-std::string Figure(kv::Parametre p) { return kv::VersUtf8(FloatToStr(kv::Valeur(kv::loi2017, p))); }
-std::string Taux(kv::Parametre p) { return p ? Figure(p) : "100"; }
+std::string Nom(CaseSortie c) { return c ? sortie::noms[c.numero] : ""; }
+std::string Nom(CaseEntree c) { return c ? entree::lignes[c.numero].nom : ""; }
+std::string Figure(Parametre p) { return VersUtf8(FloatToStr(Valeur(loi2017, p))); }
+std::string Taux(Parametre p) { return p ? Figure(p) : "100"; }
 
-const char* Groupe(kv::Niche niche) {
+const char* Groupe(Niche niche) {
     static constexpr const char* noms[] = {"outside", "2013", "2013 special", "2012",
                                            "2011",    "2010", "2009",         "outside, always active"};
     return noms[static_cast<std::size_t>(niche)];
@@ -44,19 +44,11 @@ std::string Texte(const r::Plafond& plafond) {
     return texte;
 }
 
-// One line of the listing.
+// Puts the rows of the tables into words.
 class Tableau {
   public:
-    explicit Tableau(std::ostream& sortie) : m_sortie(sortie) {}
+    std::vector<LigneReduction> lignes;
 
-    template <class Entree>
-    void Ecrit(CaseSortie ligne, Entree entree, const std::string& taux, const std::string& plafond, kv::Niche niche,
-               const std::string& reports = "", const std::string& annees = "", const std::string& fin = "") {
-        const std::string valeurs[] = {Nom(entree), taux, plafond, Groupe(niche), annees, fin, reports};
-        m_sortie << Nom(ligne);
-        for (const std::string& valeur : valeurs) m_sortie << '\t' << (valeur.empty() ? "-" : valeur);
-        m_sortie << '\n';
-    }
     void operator()(const r::LigneTaux& l) { AuTaux(l, l.report); }
     void operator()(const r::LigneDon& l) { AuTaux(l.ligne, l.report); }
     void operator()(const r::LigneEnfants& l) {
@@ -83,22 +75,33 @@ class Tableau {
     void operator()(const om::LigneReportee& l) { Ecrit(l.sortie, l.entree, "100", "", l.niche, Nom(l.suite)); }
     void operator()(const om::LigneRetrocedee& l) {
         const om::Partage& p = om::partages[l.classe];
-        Ecrit(l.excedent, l.reduction, Figure(p.taux) + " " + Figure(p.conservee) + "/" + Figure(p.retrocedee),
-              "room " + std::to_string(l.enveloppe) + ", " + Figure(om::partages[l.limite].plafond), l.niche,
-              Nom(l.nonRetrocede) + " " + Nom(l.retrocede));
+        EcritRendue(l.excedent, l.reduction, Figure(p.taux) + " " + Figure(p.conservee) + "/" + Figure(p.retrocedee),
+                    "room " + std::to_string(l.enveloppe) + ", " + Figure(om::partages[l.limite].plafond), l.niche,
+                    Nom(l.nonRetrocede) + " " + Nom(l.retrocede));
     }
     void operator()(const om::LigneLimitee& l) {
-        Ecrit(l.excedent, l.reduction, "100", "room " + std::to_string(l.enveloppe), l.niche);
+        EcritRendue(l.excedent, l.reduction, "100", "room " + std::to_string(l.enveloppe), l.niche);
     }
     void operator()(const om::LigneLimiteeAuForfait& l) {
-        Ecrit(l.excedent, l.reduction, "100",
-              "room " + std::to_string(l.enveloppe) + " or " + Figure(om::EnveloppeDe(l).sansRetrocession), l.niche);
+        EcritRendue(l.excedent, l.reduction, "100",
+                    "room " + std::to_string(l.enveloppe) + " or " + Figure(om::EnveloppeDe(l).sansRetrocession),
+                    l.niche);
     }
     void operator()(const om::LigneRemboursable& l) {
         Ecrit(l.credit, l.entree, "100", Figure(om::plafondRemboursable) + " less the reduction", {});
     }
 
   private:
+    template <class Base>
+    void Ecrit(CaseSortie sortie, Base base, const std::string& taux, const std::string& plafond, Niche niche,
+               const std::string& reports = "", const std::string& annees = "", const std::string& derniere = "") {
+        lignes.push_back({sortie, false, Nom(base), taux, plafond, Groupe(niche), annees, derniere, reports});
+    }
+    template <class... Valeurs>
+    void EcritRendue(const Valeurs&... valeurs) {
+        Ecrit(valeurs...);
+        lignes.back().rendue = true;
+    }
     void AuTaux(const r::LigneTaux& l, CaseSortie report) {
         Ecrit(l.sortie, l.entree, Taux(l.taux), l.base ? "prorated base" : Texte(l.plafond), l.niche, Nom(report));
     }
@@ -108,18 +111,59 @@ class Tableau {
             if (copie.vers) texte += " " + Nom(copie.de) + ">" + Nom(copie.vers);
         return texte;
     }
-    std::ostream& m_sortie;
 };
 
-}  // namespace
-
-void EcritReductions(std::ostream& sortie) {
-    Tableau tableau(sortie);
+std::vector<LigneReduction> Compose() {
+    Tableau tableau;
     const auto groupe = [&](const auto& lignes) {
         for (const auto& ligne : lignes) tableau(ligne);
     };
     r::TousLesGroupes(groupe);
     r::GroupesPartages(groupe);
+    return std::move(tableau.lignes);
 }
 
-}  // namespace outil
+// The reduction in a row of any table: some rows hold one within another rule.
+template <class Rangee>
+constexpr const auto& LigneDe(const Rangee& rangee) {
+    if constexpr (requires { rangee.ligne.sortie; })
+        return rangee.ligne;
+    else
+        return rangee;
+}
+
+constexpr auto reportsDesReductions = [] {
+    std::array<CaseSortie, nSorties> reports;
+    r::TousLesGroupes([&](const auto& groupe) {
+        for (const auto& rangee : groupe) {
+            CaseSortie& report = reports[static_cast<std::size_t>(LigneDe(rangee).sortie.numero)];
+            if constexpr (requires { rangee.report; }) report = rangee.report;
+            if constexpr (requires { rangee.suite; }) report = rangee.suite;
+        }
+    });
+    return reports;
+}();
+
+}  // namespace
+
+const std::vector<LigneReduction>& LignesReductions() {
+    static const std::vector<LigneReduction> lignes = Compose();
+    return lignes;
+}
+
+CaseSortie ReportDe(CaseSortie reduction) { return reportsDesReductions[static_cast<std::size_t>(reduction.numero)]; }
+
+std::string RegleDe(std::string_view parametre) {
+    std::string regle;
+    r::TousLesGroupes([&](const auto& groupe) {
+        for (const auto& rangee : groupe) {
+            const auto& ligne = LigneDe(rangee);
+            if constexpr (requires { ligne.taux; })
+                if (ligne.taux && ligne.entree && parametre == "reductions." + Nom(ligne.entree) + ".taux")
+                    regle = ligne.taux.Ligne().nom;
+        }
+    });
+    return regle;
+}
+
+}  // namespace kv

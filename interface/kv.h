@@ -1,0 +1,354 @@
+#ifndef KV_H
+#define KV_H
+
+/* The French income tax of a household, income of 2017, from the boxes of return 2042.
+
+   A return is a handle: set its boxes, compute, read what was found.
+
+       kv_return* household = NULL;
+       int32_t tax = 0;
+       if (kv_return_create(&household) == KV_OK && kv_set(household, "M", 1) == KV_OK &&
+           kv_set(household, "1AJ", 42000) == KV_OK && kv_compute(household) == KV_OK &&
+           kv_read(household, "TOT_PAYER", &tax) == KV_OK)
+           printf("%d\n", (int)tax);
+       else
+           printf("%s\n", kv_message(household));
+       kv_return_free(household);
+
+   Boxes. The entry catalogue holds what a return can say, the output catalogue what a computation finds, the
+   carry-forward catalogue what next year's return takes over. A box is named ("1AJ"; capital and small letters differ)
+   or numbered from 0: a host that works on many returns looks a name up once, with kv_box_find. Values are signed
+   32-bit integers: whole euros, counts, ticks (0 or 1), choice codes, dates as AAAAMMJJ, rates; kv_box says which. They
+   wrap as 32-bit integers do.
+
+   Statuses. Every function that can fail answers a kv_status, KV_OK being 0; a function that fails has changed nothing,
+   and has written to none of its results unless its comment says so. kv_message and kv_law_message tell what went wrong
+   in the words of the host's own names. A null pointer is a status, never a crash; only a handle that was freed already
+   must not be handed over. Nothing here throws, ends the process, or writes to its standard output.
+
+   Threads. A handle is for one thread at a time; different handles are independent, in any number of threads. The
+   functions without a handle may be called from any thread at any time.
+
+   Growth. Functions, statuses and members at the end of structures are added, none is changed or removed. A structure
+   begins with its size, which the caller sets to sizeof: an older library fills in less of it, a newer one no more than
+   the caller knows, and both leave in it how many bytes they filled.
+
+   Texts are UTF-8. Those that a function hands out as a pointer live as long as the library unless its comment says
+   otherwise. */
+
+#include <stddef.h>
+#include <stdint.h>
+
+#if !defined(_WIN32)
+#define KV_PUBLIC __attribute__((visibility("default")))
+#elif defined(KV_BUILD)
+#define KV_PUBLIC __declspec(dllexport)
+#elif defined(KV_STATIC) /* the host carries the library in itself */
+#define KV_PUBLIC
+#else
+#define KV_PUBLIC __declspec(dllimport)
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---- The library. ------------------------------------------------------------------------------------------------ */
+
+/** The revision of the interface that this header describes: it grows with each addition. */
+#define KV_INTERFACE 1
+
+/** How a call went. */
+typedef int32_t kv_status;
+enum {
+    KV_OK = 0,
+    KV_NULL = 1,         /**< a pointer that is needed is null */
+    KV_BAD_SIZE = 2,     /**< the size of a structure is smaller than that of its first revision */
+    KV_UNKNOWN = 3,      /**< no box, parameter, area, column, launch or place has this name or number */
+    KV_NO_AMOUNT = 4,    /**< the box has no companion amount in this area, or no exceptional amount */
+    KV_BAD_VALUE = 5,    /**< the value is none that can stand here */
+    KV_NOT_COMPUTED = 6, /**< the return has not been computed yet */
+    KV_TOO_SMALL = 7,    /**< not everything fits in the room given */
+    KV_NO_MEMORY = 8,    /**< memory is short; the same call may succeed later */
+    KV_FAILED = 9        /**< anything else: a fault of the library */
+};
+
+/** The version of the library, "2017.1.0": the income year, then the releases of that year. */
+KV_PUBLIC const char* kv_version(void);
+/** The revision of the interface that the library has, to be compared with KV_INTERFACE. */
+KV_PUBLIC int32_t kv_interface(void);
+/** The income year whose law the library knows: 2017. */
+KV_PUBLIC int32_t kv_year(void);
+/** What a status means, in English; "unknown status" for a number that is none. */
+KV_PUBLIC const char* kv_status_text(kv_status status);
+
+/* ---- The catalogues: which boxes there are, and what they mean. -------------------------------------------------- */
+
+/** The three catalogues. */
+typedef int32_t kv_catalogue;
+enum {
+    KV_ENTRY = 0,  /**< 2128 boxes of the return, numbered from 0 */
+    KV_OUTPUT = 1, /**< 2288 figures of the computation */
+    KV_CARRY = 2   /**< 736 boxes of next year's return */
+};
+
+/** What a box holds. */
+typedef int32_t kv_kind;
+enum {
+    KV_EUROS = 0,
+    KV_COUNT = 1, /**< a count; parts and persons in hundredths or tenths where the label says so */
+    KV_TICK = 2,  /**< 1 when ticked */
+    KV_CODE = 3,  /**< a number that stands for a choice */
+    KV_DATE = 4,  /**< AAAAMMJJ: 20170315 */
+    KV_YEAR = 5,  /**< AAAA */
+    KV_RATE = 6,  /**< hundredths of a percent unless the label says otherwise */
+    KV_MARK = 7   /**< 1 when a section of a printed result has something to show */
+};
+
+/** A box. Members that a catalogue does not have are "" or -1. */
+typedef struct kv_box {
+    size_t size;             /**< sizeof(kv_box) */
+    const char* name;        /**< "1AJ" */
+    const char* label;       /**< what it means, in French; "inutilisée" for an output that no step writes */
+    kv_kind kind;            /**< what it holds */
+    int32_t person;          /**< 1, 2 declarants, 3 to 11 dependants, 12 dependants together, 14 household */
+    const char* kind_name;   /**< "euros", "count", "tick", "code", "date", "year", "rate", "mark" */
+    const char* person_name; /**< in French: "déclarant 1" */
+    const char* group;       /**< the part of the return, in French: "Salaires et pensions" */
+    int32_t group_number;    /**< entry, output: its place in the order of the return, from 0 */
+    int32_t linked;          /**< entry: the number of the entry box that receives its amount when auto-entrepreneur
+                                  or prospection income is moved */
+    int32_t quotient;        /**< entry: its place among the boxes that can hold exceptional income */
+    int32_t ti;              /**< entry: its place among the boxes with companions TI; TIX and TIY; TK and TKZ */
+    int32_t tix;
+    int32_t tk;
+    int32_t carried;        /**< output: for a reduction, the output that shows what is carried to later years */
+    const char* step;       /**< output: the step that writes it, "4:RevenusSalaires" */
+    const char* columns[3]; /**< output: what its columns 1 to 3 hold, in French */
+    const char* next;       /**< carry-forward: the box of next year's return */
+    const char* takes;      /**< carry-forward: the figure that it takes over ("NP1_7FI", "7WHA"); "" when computed */
+} kv_box;
+
+/** How many boxes a catalogue has. KV_NULL, KV_UNKNOWN (no such catalogue). */
+KV_PUBLIC kv_status kv_box_count(kv_catalogue catalogue, int32_t* count);
+/** The number of the box with exactly this name. KV_NULL, KV_UNKNOWN. */
+KV_PUBLIC kv_status kv_box_find(kv_catalogue catalogue, const char* name, int32_t* number);
+/** What is known of a box. box->size is set by the caller. KV_NULL, KV_UNKNOWN, KV_BAD_SIZE, KV_NO_MEMORY (the first
+    time only, when the labels are composed). */
+KV_PUBLIC kv_status kv_box_describe(kv_catalogue catalogue, int32_t number, kv_box* box);
+/** The boxes whose name contains a text, or whose label contains each of its words, in the order of the catalogue;
+    accents and case do not matter. count receives how many there are, numbers the first capacity of them; numbers may
+   be null when capacity is 0. KV_NULL, KV_UNKNOWN (no such catalogue), KV_NO_MEMORY; KV_TOO_SMALL when there are more
+   than capacity: count and the first ones are written all the same. */
+KV_PUBLIC kv_status kv_box_search(kv_catalogue catalogue, const char* words, int32_t* numbers, int32_t capacity,
+                                  int32_t* count);
+/** The boxes whose name looks most like a mistyped one, at most three, the most alike first. As kv_box_search. */
+KV_PUBLIC kv_status kv_box_nearest(kv_catalogue catalogue, const char* name, int32_t* numbers, int32_t capacity,
+                                   int32_t* count);
+
+/** A reduction of the tax, or a line that shares one out; texts in English, "" for what a line does not have. */
+typedef struct kv_reduction {
+    size_t size;         /**< sizeof(kv_reduction) */
+    int32_t output;      /**< the number of the output that shows it */
+    int32_t given_back;  /**< 1 when that output is a part given back, which adds to the tax */
+    const char* line;    /**< the name of the output */
+    const char* base;    /**< the entry box that it is taken of; for an overseas share, the reduction shared out */
+    const char* rate;    /**< percent */
+    const char* ceiling; /**< euros, and whose it is when it is shared */
+    const char* group;   /**< the year group of the global cap on advantages: "2013", "outside" */
+    const char* years;   /**< over how many years it is spread */
+    const char* last;    /**< the last of them */
+    const char* carried; /**< the outputs and boxes that later years take over */
+} kv_reduction;
+
+/** How many reduction lines there are. KV_NULL, KV_NO_MEMORY (the first time only). */
+KV_PUBLIC kv_status kv_reduction_count(int32_t* count);
+/** A line, numbered from 0 in the order of imputation on the tax. KV_NULL, KV_UNKNOWN, KV_BAD_SIZE, KV_NO_MEMORY. */
+KV_PUBLIC kv_status kv_reduction_describe(int32_t number, kv_reduction* reduction);
+
+/* ---- The law: every amount, rate, ceiling and age that the computation uses. ------------------------------------- */
+
+/** A law: the figures of the year, or others laid over them. */
+typedef struct kv_law kv_law;
+
+/** A parameter of the law. Values are as a reader writes them: 1939 euros, 12.8 percent, 65 years, 1.5 times. */
+typedef struct kv_parameter {
+    size_t size;        /**< sizeof(kv_parameter) */
+    const char* name;   /**< "decote.plafond.couple" */
+    const char* unit;   /**< "euros", "percent", "years" or "count" */
+    const char* source; /**< the legal source, "CGI art. 197 I-4 a"; "" where it is not certain */
+    int32_t indexed;    /**< 1 when the indexation of a launch raises it */
+    int32_t decimals;   /**< how many a value may have: 0 or 2 */
+    double value;       /**< that of the year */
+    double minimum;     /**< the values that it may have */
+    double maximum;
+} kv_parameter;
+
+/** How many parameters the law has. KV_NULL. */
+KV_PUBLIC kv_status kv_parameter_count(int32_t* count);
+/** The number of the parameter with exactly this name. KV_NULL, KV_UNKNOWN. */
+KV_PUBLIC kv_status kv_parameter_find(const char* name, int32_t* number);
+/** What is known of a parameter, numbered from 0. KV_NULL, KV_UNKNOWN, KV_BAD_SIZE. */
+KV_PUBLIC kv_status kv_parameter_describe(int32_t number, kv_parameter* parameter);
+/** The parameters whose name or source contains a text (ASCII, whatever its case), in their order. As kv_box_search. */
+KV_PUBLIC kv_status kv_parameter_search(const char* text, int32_t* numbers, int32_t capacity, int32_t* count);
+
+/** A law with the figures of the year, to be freed with kv_law_free. KV_NULL, KV_NO_MEMORY. */
+KV_PUBLIC kv_status kv_law_create(kv_law** law);
+/** A copy of a law, to be freed as well. KV_NULL, KV_NO_MEMORY. */
+KV_PUBLIC kv_status kv_law_copy(const kv_law* law, kv_law** copy);
+/** Frees a law; does nothing for null. The returns that it was set in keep its figures. */
+KV_PUBLIC void kv_law_free(kv_law* law);
+/** What the last failure of a call on this law was, in English; "" before any, and for null. It stands until the next
+    failure. */
+KV_PUBLIC const char* kv_law_message(const kv_law* law);
+/** Sets a parameter. KV_NULL, KV_UNKNOWN (the message names the nearest), KV_BAD_VALUE (not between its bounds, or more
+    decimals than it may have), KV_NO_MEMORY. */
+KV_PUBLIC kv_status kv_law_set(kv_law* law, const char* parameter, double value);
+/** The same by number. */
+KV_PUBLIC kv_status kv_law_set_parameter(kv_law* law, int32_t number, double value);
+/** The value of a parameter. KV_NULL, KV_UNKNOWN, KV_NO_MEMORY. */
+KV_PUBLIC kv_status kv_law_get(kv_law* law, const char* parameter, double* value);
+/** The same by number. */
+KV_PUBLIC kv_status kv_law_get_parameter(kv_law* law, int32_t number, double* value);
+/** Whether the law can be applied. KV_NULL, KV_NO_MEMORY, KV_BAD_VALUE when the thresholds of a scale do not ascend:
+   the message names the two. */
+KV_PUBLIC kv_status kv_law_check(kv_law* law);
+
+/* ---- A return: what a household declares. ------------------------------------------------------------------------ */
+
+/** A return and, once computed, its results. */
+typedef struct kv_return kv_return;
+
+/** The value of a box that is not filled in: it counts as 0. */
+#define KV_UNSET (-2147483647)
+
+/** An amount of an entry box: its own, or a companion that goes with it. */
+typedef int32_t kv_area;
+enum {
+    KV_AREA_ENTRY = 0, /**< the box itself */
+    KV_AREA_TI = 1,    /**< foreign income in it, exempt but retained for the effective rate */
+    KV_AREA_TIX = 2,   /**< two amounts taken off TI */
+    KV_AREA_TIY = 3,
+    KV_AREA_TK = 4, /**< foreign income in it that gives a credit equal to the French tax */
+    KV_AREA_TKZ = 5 /**< an amount taken off TK */
+};
+
+/** What a computation does with the options on capital income (`PFU` flat tax, `BAR` scale, `AVA` the cheaper of the
+    two) and the modernisation credit (`CIMR`). */
+typedef int32_t kv_launch;
+enum {
+    KV_LAUNCH_NORMAL = 0,        /**< they are not looked at */
+    KV_LAUNCH_OPTIONS = 1,       /**< those that the return sets apply */
+    KV_LAUNCH_FORCED = 2,        /**< they apply whatever the return sets; the cheaper option where it sets none */
+    KV_LAUNCH_FORCED_OPTIONS = 3 /**< both */
+};
+
+/** An empty return over the year 2017, launched normally, under the law of the year, without indexation; to be freed
+    with kv_return_free. KV_NULL, KV_NO_MEMORY. */
+KV_PUBLIC kv_status kv_return_create(kv_return** created);
+/** A copy of a return and its results, to be freed as well. KV_NULL, KV_NO_MEMORY. */
+KV_PUBLIC kv_status kv_return_copy(const kv_return* original, kv_return** copy);
+/** Frees a return; does nothing for null. */
+KV_PUBLIC void kv_return_free(kv_return* r);
+/** Makes a return as kv_return_create does, without results. KV_NULL. */
+KV_PUBLIC kv_status kv_return_clear(kv_return* r);
+/** What the last failure of a call on this return was, in English; "" before any, and for null. It stands until the
+   next failure. */
+KV_PUBLIC const char* kv_message(const kv_return* r);
+
+/** Sets an amount by name: a box ("1AJ"), a companion ("ti.1AW", "tix.", "tiy.", "tk.", "tkz."), or exceptional income
+    with the coefficient that divides it ("quotient.4.1AJ"). KV_NULL, KV_UNKNOWN (the message names the nearest boxes),
+    KV_NO_AMOUNT, KV_NO_MEMORY. */
+KV_PUBLIC kv_status kv_set(kv_return* r, const char* name, int32_t value);
+/** Reads back an amount by name, 0 where none was set. As kv_set. */
+KV_PUBLIC kv_status kv_get(kv_return* r, const char* name, int32_t* value);
+/** Sets an amount of an entry box by number. KV_NULL, KV_UNKNOWN, KV_NO_AMOUNT. */
+KV_PUBLIC kv_status kv_set_box(kv_return* r, kv_area area, int32_t entry, int32_t value);
+/** Reads back an amount of an entry box by number. As kv_set_box. */
+KV_PUBLIC kv_status kv_get_box(kv_return* r, kv_area area, int32_t entry, int32_t* value);
+
+/** Sets an amount of exceptional or deferred income (euros), which the quotient taxes apart from the box that it
+   belongs to (CGI art. 163-0 A): the coefficient divides it, 0 standing for 4. KV_NULL, KV_UNKNOWN, KV_NO_AMOUNT,
+    KV_NO_MEMORY. */
+KV_PUBLIC kv_status kv_set_exceptional(kv_return* r, int32_t entry, int32_t coefficient, int32_t amount);
+/** Reads back an exceptional amount, 0 where none was set. KV_NULL, KV_UNKNOWN, KV_NO_AMOUNT. */
+KV_PUBLIC kv_status kv_get_exceptional(kv_return* r, int32_t entry, int32_t coefficient, int32_t* amount);
+/** How many exceptional amounts were set. KV_NULL. */
+KV_PUBLIC kv_status kv_exceptional_count(kv_return* r, int32_t* count);
+/** One of them, numbered from 0 by box, then by coefficient. KV_NULL, KV_UNKNOWN. */
+KV_PUBLIC kv_status kv_exceptional_at(kv_return* r, int32_t index, int32_t* entry, int32_t* coefficient,
+                                      int32_t* amount);
+
+/** The stretch of the year that the household's income was earned over, two dates AAAAMMJJ, first and last day.
+   KV_NULL, KV_BAD_VALUE (not two dates of the calendar, years 1 to 9999, or the first after the last). */
+KV_PUBLIC kv_status kv_set_period(kv_return* r, int32_t first, int32_t last);
+KV_PUBLIC kv_status kv_get_period(kv_return* r, int32_t* first, int32_t* last);
+/** What is done with the options. KV_NULL, KV_UNKNOWN. */
+KV_PUBLIC kv_status kv_set_launch(kv_return* r, kv_launch launch);
+KV_PUBLIC kv_status kv_get_launch(kv_return* r, kv_launch* launch);
+/** Percent by which the indexed amounts of the law rise; -1.0 and 0.0 for none. KV_NULL, KV_BAD_VALUE (not finite). */
+KV_PUBLIC kv_status kv_set_indexation(kv_return* r, double percent);
+KV_PUBLIC kv_status kv_get_indexation(kv_return* r, double* percent);
+/** The law that the return is computed under; null for that of the year. Its figures are copied. KV_NULL (no return),
+    KV_BAD_VALUE (as kv_law_check; the message is the return's), KV_NO_MEMORY. */
+KV_PUBLIC kv_status kv_set_law(kv_return* r, const kv_law* law);
+/** Copies the figures of the law that the return is computed under into a law. KV_NULL. */
+KV_PUBLIC kv_status kv_get_law(kv_return* r, kv_law* law);
+
+/** Looks for what can't be true of the entry boxes: two family situations, a second declarant's income without a
+   couple, a date in the future, a tick that is neither 0 nor 1. Such a return is computed all the same. count receives
+   how many warnings there are. KV_NULL, KV_NO_MEMORY. */
+KV_PUBLIC kv_status kv_check(kv_return* r, int32_t* count);
+/** A warning of the last kv_check, in English, numbered from 0; it lives until the next kv_check, or until the return
+   is cleared or freed. KV_NULL, KV_UNKNOWN. */
+KV_PUBLIC kv_status kv_warning(kv_return* r, int32_t index, const char** text);
+
+/* ---- The computation, and what it finds. ------------------------------------------------------------------------- */
+
+/** Computes the return. Each computation is a first one: it reads nothing that another one left, and changes nothing
+    that was set. The results of an earlier one are replaced; they stand when it fails. KV_NULL, KV_NO_MEMORY,
+    KV_FAILED. */
+KV_PUBLIC kv_status kv_compute(kv_return* r);
+
+/** A figure by name: the value of an output ("TOT_PAYER"), one of its three columns ("CO_19.c2"), or a carry-forward
+   box
+    ("F11_6FL"); 0 where nothing was written. KV_NULL, KV_NOT_COMPUTED, KV_UNKNOWN (the message names the nearest),
+    KV_NO_MEMORY. */
+KV_PUBLIC kv_status kv_read(kv_return* r, const char* name, int32_t* value);
+/** A figure of an output by number: its value (column 0) or a column (1 to 3). KV_NULL, KV_NOT_COMPUTED, KV_UNKNOWN. */
+KV_PUBLIC kv_status kv_read_output(kv_return* r, int32_t output, int32_t column, int32_t* value);
+/** Outputs 0 to count - 1 at once: their values (column 0) or one of their columns. KV_NULL, KV_NOT_COMPUTED,
+   KV_UNKNOWN (no such column, or more than there are outputs). */
+KV_PUBLIC kv_status kv_read_outputs(kv_return* r, int32_t column, int32_t* values, int32_t count);
+/** How an output was found, in French: "7.5% x 1000"; "" for one without a text. It is written to text with a
+    terminating zero; length receives its bytes without that zero, and may be null. KV_TEXT bytes hold any text.
+   KV_NULL, KV_NOT_COMPUTED, KV_UNKNOWN, KV_NO_MEMORY; KV_TOO_SMALL when it does not fit in size bytes: length alone is
+    written. */
+KV_PUBLIC kv_status kv_read_text(kv_return* r, int32_t output, char* text, size_t size, size_t* length);
+#define KV_TEXT 256
+/** A carry-forward box by number. KV_NULL, KV_NOT_COMPUTED, KV_UNKNOWN. */
+KV_PUBLIC kv_status kv_read_carry(kv_return* r, int32_t carry, int32_t* value);
+/** An entry box as the computation took it, by number: what was set when it began, but for `8TI` and `8TK`, which hold
+    the totals of the foreign companions, and `PFU` and `BAR`, which are 0 after a comparison of the options. KV_NULL,
+    KV_NOT_COMPUTED, KV_UNKNOWN. */
+KV_PUBLIC kv_status kv_read_entry(kv_return* r, int32_t entry, int32_t* value);
+
+/** What the comparison of the options found. */
+typedef struct kv_options {
+    size_t size;      /**< sizeof(kv_options) */
+    int32_t compared; /**< 1 when the two options were compared; else the rest is 0 */
+    int32_t flat_tax; /**< what the household pays with the flat tax, euros; negative: what it is refunded */
+    int32_t scale;    /**< the same with the scale */
+    int32_t applied;  /**< KV_FLAT_TAX or KV_SCALE, the cheaper one; the flat tax when they cost the same */
+} kv_options;
+enum { KV_FLAT_TAX = 1, KV_SCALE = 2 };
+/** Both net amounts, where the options were compared. options->size is set by the caller. KV_NULL, KV_NOT_COMPUTED,
+    KV_BAD_SIZE. */
+KV_PUBLIC kv_status kv_read_options(kv_return* r, kv_options* options);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
