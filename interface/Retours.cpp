@@ -1,105 +1,21 @@
 #include <chrono>
 #include <cmath>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
 
-#include "Calcul/pCalculN/Calculateur.h"
-#include "Calcul/pCalculN/Reports.h"
 #include "interface/Avertissements.h"
 #include "interface/Cles.h"
-#include "interface/Poignees.h"
+#include "interface/Retour.h"
 
-// A return in kv.h: what a household declares, its computation, and what it finds.
-
-namespace {
+// A return in kv.h: what a household declares, and how it wants to be computed.
 
 using namespace kv;
 
-// What a computation found.
-struct Resultats {
-    ZoneEntree entrees;  // as the launch left them
-    Lignes lignes;
-    ZoneReport reports{};
-    std::optional<OptionsComparees> options;
-};
-
-// What a household declares, and how it wants to be computed.
-struct Demande {
-    Saisie saisie{};
-    Exceptionnels exceptionnels;
-    std::int32_t debut = 20170101, fin = 20171231;
-    kv_launch lancement = KV_LAUNCH_NORMAL;
-    double indexation = -1.0;
-    Loi loi = loi2017;
-};
-
-}  // namespace
-
-struct kv_return {
-    Demande demande;
-    std::shared_ptr<const Resultats> resultats;  // of the last computation; copies share them
-    std::vector<std::string> avertissements;     // of the last check
-    Message message;
-};
-
 namespace {
 
-std::optional<double> DateDe(std::int32_t aaaammjj) {
+bool EstDate(std::int32_t aaaammjj) {
     const std::int32_t annee = aaaammjj / 10000, mois = aaaammjj / 100 % 100, jour = aaaammjj % 100;
-    if (aaaammjj < 10000 || annee > 9999) return {};
     const std::chrono::year_month_day date{std::chrono::year(annee), std::chrono::month(static_cast<unsigned>(mois)),
                                            std::chrono::day(static_cast<unsigned>(jour))};
-    if (!date.ok()) return {};
-    return Date(annee, mois, jour);
-}
-
-std::shared_ptr<const Resultats> Calcule(const Demande& demande) {
-    TPeriode periode(anneeDesRevenus);
-    periode.Deb = *DateDe(demande.debut), periode.Fin = *DateDe(demande.fin);
-    Saisie saisie = SansNonSaisis(demande.saisie);
-    const Exceptionnels exceptionnels = SansNonSaisis(demande.exceptionnels);
-    const Lancement lancement = {
-        .tauxIndexation = demande.indexation,
-        .optionsForcees = demande.lancement == KV_LAUNCH_FORCED || demande.lancement == KV_LAUNCH_FORCED_OPTIONS,
-        .optionsSiSaisies = demande.lancement == KV_LAUNCH_OPTIONS || demande.lancement == KV_LAUNCH_FORCED_OPTIONS};
-    auto resultats = std::make_shared_for_overwrite<Resultats>();  // its lines clear themselves
-    const auto calculateur =
-        std::make_unique<Calculateur>(saisie, exceptionnels, resultats->lignes, lancement, demande.loi);
-    calculateur->SupprimeFichierTrace();
-    calculateur->Calcul(periode);
-    calculateur->Calcul_ISF();
-    RemplitReports(saisie, resultats->lignes, resultats->reports);
-    resultats->entrees = demande.saisie.entrees;
-    calculateur->EcritEntrees(resultats->entrees);
-    resultats->options = calculateur->Options();
-    return resultats;
-}
-
-// ---- What the functions have in common.
-
-// Calls f(return) within the guard; a null among the pointers, the return first, is a status.
-template <class Fonction, class... Pointeurs>
-kv_status Avec(kv_return* r, Fonction f, const Pointeurs*... pointeurs) {
-    if (!r) return KV_NULL;
-    if ((!pointeurs || ...)) return r->message.Refuse(KV_NULL);
-    return Repond(r->message, [&]() -> kv_status { return f(*r); });
-}
-
-// The same with the results, where there are some.
-template <class Fonction, class... Pointeurs>
-kv_status AvecResultats(kv_return* r, Fonction f, const Pointeurs*... pointeurs) {
-    return Avec(
-        r,
-        [&](kv_return& retour) {
-            return retour.resultats ? f(retour, *retour.resultats) : retour.message.Refuse(KV_NOT_COMPUTED);
-        },
-        pointeurs...);
-}
-
-kv_status NumeroInconnu(kv_return& r, const char* quoi, std::int32_t numero) {
-    return r.message.Refuse(KV_UNKNOWN, std::string("no ") + quoi + " has the number " + std::to_string(numero));
+    return 10000 <= aaaammjj && annee <= 9999 && date.ok();
 }
 
 // The amount of an entry box in an area; null, with the status of the refusal, when there is none.
@@ -121,13 +37,6 @@ kv_status ControleExceptionnel(kv_return& r, std::int32_t entry) {
     return r.message.Refuse(KV_NO_AMOUNT,
                             std::string("box ") + entree::lignes[entry].nom + " has no amount in \"quotient\"");
 }
-
-std::int32_t Figure(const Ligne& ligne, std::size_t colonne) {
-    return colonne == 0 ? ligne.valeur : ligne.colonnes[colonne - 1];
-}
-constexpr std::size_t nColonnes = 4;  // the value, then the three columns
-
-std::int32_t Net(const Comparaison::Net& net) { return net.aPayer - net.restitue; }
 
 }  // namespace
 
@@ -251,7 +160,7 @@ kv_status kv_exceptional_at(kv_return* r, int32_t index, int32_t* entry, int32_t
 kv_status kv_set_period(kv_return* r, int32_t first, int32_t last) {
     return Avec(r, [&](kv_return& retour) {
         for (const std::int32_t date : {first, last})
-            if (!DateDe(date))
+            if (!EstDate(date))
                 return retour.message.Refuse(KV_BAD_VALUE, std::to_string(date) + " is not a date (AAAAMMJJ)");
         if (last < first) return retour.message.Refuse(KV_BAD_VALUE, "period ends before it begins");
         retour.demande.debut = first, retour.demande.fin = last;
@@ -320,96 +229,4 @@ kv_status kv_warning(kv_return* r, int32_t index, const char** text) {
             return *text = retour.avertissements[static_cast<std::size_t>(index)].c_str(), kv_status{KV_OK};
         },
         text);
-}
-
-// ---- What is found.
-
-kv_status kv_compute(kv_return* r) {
-    return Avec(r, [](kv_return& retour) { return retour.resultats = Calcule(retour.demande), KV_OK; });
-}
-
-kv_status kv_read(kv_return* r, const char* name, int32_t* value) {
-    return AvecResultats(
-        r,
-        [&](kv_return& retour, const Resultats& resultats) {
-            const auto [cle, statut, message] = LisCleFigure(name);
-            if (statut != KV_OK) return retour.message.Refuse(statut, message);
-            *value = cle.report ? resultats.reports[cle.report] : Figure(resultats.lignes.Lit(cle.sortie), cle.colonne);
-            return kv_status{KV_OK};
-        },
-        name, value);
-}
-
-kv_status kv_read_output(kv_return* r, int32_t output, int32_t column, int32_t* value) {
-    return AvecResultats(
-        r,
-        [&](kv_return& retour, const Resultats& resultats) {
-            if (!EstRang(output, nSorties)) return NumeroInconnu(retour, "output", output);
-            if (!EstRang(column, nColonnes)) return NumeroInconnu(retour, "column", column);
-            *value = Figure(resultats.lignes.Lit(CaseSortie::Numero(output)), static_cast<std::size_t>(column));
-            return kv_status{KV_OK};
-        },
-        value);
-}
-
-kv_status kv_read_outputs(kv_return* r, int32_t column, int32_t* values, int32_t count) {
-    return AvecResultats(
-        r,
-        [&](kv_return& retour, const Resultats& resultats) {
-            if (!EstRang(column, nColonnes)) return NumeroInconnu(retour, "column", column);
-            if (!EstRang(count, nSorties + 1)) return NumeroInconnu(retour, "output", count - (count > 0));
-            for (int j = 0; j < count; ++j)
-                values[j] = Figure(resultats.lignes.Lit(CaseSortie::Numero(j)), static_cast<std::size_t>(column));
-            return kv_status{KV_OK};
-        },
-        values);
-}
-
-kv_status kv_read_text(kv_return* r, int32_t output, char* text, size_t size, size_t* length) {
-    return AvecResultats(r, [&](kv_return& retour, const Resultats& resultats) {
-        if (!text && size > 0) return retour.message.Refuse(KV_NULL);
-        if (!EstRang(output, nSorties)) return NumeroInconnu(retour, "output", output);
-        const std::string trouve = VersUtf8(resultats.lignes.LitTexte(CaseSortie::Numero(output)));
-        if (length) *length = trouve.size();
-        if (trouve.size() >= size) return retour.message.Refuse(KV_TOO_SMALL);
-        std::memcpy(text, trouve.c_str(), trouve.size() + 1);
-        return kv_status{KV_OK};
-    });
-}
-
-kv_status kv_read_carry(kv_return* r, int32_t carry, int32_t* value) {
-    return AvecResultats(
-        r,
-        [&](kv_return& retour, const Resultats& resultats) {
-            if (!EstRang(carry, nReports)) return NumeroInconnu(retour, "carry-forward box", carry);
-            return *value = resultats.reports[CaseReport::Numero(carry)], kv_status{KV_OK};
-        },
-        value);
-}
-
-kv_status kv_read_entry(kv_return* r, int32_t entry, int32_t* value) {
-    return AvecResultats(
-        r,
-        [&](kv_return& retour, const Resultats& resultats) {
-            if (!EstRang(entry, nEntrees)) return NumeroInconnu(retour, "entry box", entry);
-            return *value = resultats.entrees[CaseEntree::Numero(entry)], kv_status{KV_OK};
-        },
-        value);
-}
-
-kv_status kv_read_options(kv_return* r, kv_options* options) {
-    return AvecResultats(
-        r,
-        [&](kv_return& retour, const Resultats& resultats) {
-            kv_options trouvees = {};
-            if (const auto& o = resultats.options)
-                trouvees = {.size = 0,
-                            .compared = 1,
-                            .flat_tax = Net(o->nets.forfait),
-                            .scale = Net(o->nets.bareme),
-                            .applied = o->forfait ? KV_FLAT_TAX : KV_SCALE};
-            const kv_status statut = Remplit(options, trouvees);
-            return statut == KV_OK ? statut : retour.message.Refuse(statut);
-        },
-        options);
 }

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Calcul/pCalculN/Calculateur.h"
+#include "interface/Poignees.h"
+
+// A return behind its handle.
+
+namespace kv {
+
+/// What a household declares, and how it wants to be computed.
+struct Demande {
+    Saisie saisie{};
+    Exceptionnels exceptionnels;
+    std::int32_t debut = 20170101, fin = 20171231;  ///< AAAAMMJJ
+    kv_launch lancement = KV_LAUNCH_NORMAL;
+    double indexation = -1.0;
+    Loi loi = loi2017;
+};
+
+/// What its computation found.
+struct Resultats {
+    ZoneEntree entrees;  ///< as the launch left them
+    Lignes lignes;
+    ZoneReport reports{};
+    std::optional<OptionsComparees> options;
+};
+
+}  // namespace kv
+
+struct kv_return {
+    kv::Demande demande;
+    std::shared_ptr<const kv::Resultats> resultats;  ///< of the last computation; copies share them
+    std::vector<std::string> avertissements;         ///< of the last check
+    kv::Message message;
+};
+
+namespace kv {
+
+/// Calls f(return) within the guard; a null among the pointers, the return first, is a status.
+template <class Fonction, class... Pointeurs>
+kv_status Avec(kv_return* r, Fonction f, const Pointeurs*... pointeurs) {
+    if (!r) return KV_NULL;
+    if ((!pointeurs || ...)) return r->message.Refuse(KV_NULL);
+    return Repond(r->message, [&]() -> kv_status { return f(*r); });
+}
+
+/// A number that counts nothing.
+inline kv_status NumeroInconnu(kv_return& r, const char* quoi, std::int32_t numero) {
+    return r.message.Refuse(KV_UNKNOWN, std::string("no ") + quoi + " has the number " + std::to_string(numero));
+}
+
+}  // namespace kv
