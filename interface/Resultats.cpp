@@ -18,13 +18,12 @@ std::shared_ptr<const Resultats> Calcule(const Demande& demande) {
     Saisie saisie = SansNonSaisis(demande.saisie);
     const Exceptionnels exceptionnels = SansNonSaisis(demande.exceptionnels);
     const Lancement lancement = {
-        .tauxIndexation = demande.indexation,
         .optionsForcees = demande.lancement == KV_LAUNCH_FORCED || demande.lancement == KV_LAUNCH_FORCED_OPTIONS,
         .optionsSiSaisies = demande.lancement == KV_LAUNCH_OPTIONS || demande.lancement == KV_LAUNCH_FORCED_OPTIONS};
     auto resultats = std::make_shared_for_overwrite<Resultats>();  // its lines clear themselves
-    const auto calculateur =
-        std::make_unique<Calculateur>(saisie, exceptionnels, resultats->lignes, lancement, demande.loi);
-    calculateur->SupprimeFichierTrace();
+    const LoiAppliquee loi(demande.loi, demande.indexation);
+    const auto calculateur = std::make_unique<Calculateur>(saisie, exceptionnels, resultats->lignes, lancement, loi);
+    calculateur->OuvreTrace();
     calculateur->Calcul(periode);
     calculateur->Calcul_ISF();
     RemplitReports(saisie, resultats->lignes, resultats->reports);

@@ -10,14 +10,14 @@
 /// long.
 class CCalcul_N final : public CCalcul {
   public:
-    CCalcul_N(CDataCalcul& data, const kv::Lancement& lancement, const kv::Loi& loi);
+    CCalcul_N(CDataCalcul& data, const kv::Lancement& lancement, const kv::Loi& loi, double tauxIndexation);
 
     void CalculReports(const TPeriode* periode) override;
     bool Calcul(const TPeriode& periode, bool drapeau) override;
     /// "35:Calcul_ISF". False when it failed.
     bool Calcul_ISF();
-    /// Removes the trace of an earlier launch.
-    void SupprimeFichierTrace() const { m_calculateur.SupprimeFichierTrace(); }
+    /// Begins a trace where one is wanted, in place of that of an earlier launch.
+    void OuvreTrace() { m_calculateur.OuvreTrace(); }
     /// Hands the outputs found so far to the return, and the boxes that a launch writes.
     void EcritRetour();
 
@@ -25,5 +25,6 @@ class CCalcul_N final : public CCalcul {
     kv::Saisie m_saisie;
     kv::Exceptionnels m_exceptionnels;
     kv::Lignes m_lignes;
+    const kv::LoiAppliquee m_loi;
     kv::Calculateur m_calculateur;
 };

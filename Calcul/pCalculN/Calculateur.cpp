@@ -96,17 +96,16 @@ class Totaux : Travail {
 }  // namespace
 
 Calculateur::Calculateur(Saisie& saisie, const Exceptionnels& exceptionnels, Lignes& lignes, const Lancement& lancement,
-                         const Loi& loi)
+                         const Loi& loi, std::pmr::memory_resource* reserve)
     : m_lancement(lancement),
-      m_loiIndexee(Indexee(loi, lancement.tauxIndexation)),
-      m_loi(m_loiIndexee ? *m_loiIndexee : loi),
-      m_bareme(BaremeDe(m_loi)),
+      m_loi(loi),
+      m_bareme(BaremeDe(loi)),
       m_saisie(saisie),
       m_exceptionnels(exceptionnels),
-      m_lignes(lignes) {
+      m_lignes(lignes),
+      m_place(m_octets.data(), m_octets.size(), reserve) {
     Replie(m_saisie);
     m_remplies = BoitesRemplies(m_saisie);
-    m_trace.Ouvre();
     // The modernisation credit alone: the more favourable option is chosen.
     const bool aucuneOption = m_saisie["PFU"] == 0 && m_saisie["BAR"] == 0 && m_saisie["AVA"] == 0;
     if (aucuneOption && (lancement.optionsForcees || (lancement.optionsSiSaisies && m_saisie["CIMR"] != 0)))
@@ -158,7 +157,7 @@ void Calculateur::Pipeline() {
 
     const bool premierPassage = !m_bSimulationBAR && !m_bPassageFinal;
     if (m_saisie["AVA"] != 0 && premierPassage) m_saisie["PFU"] = 1;
-    m_memoire = {};
+    m_memoire = Memoire(&m_place);
     m_chainesConnues.Oublie();
     TraceEntrees();
     m_saisie["8TI"] = TotalTI(m_saisie);

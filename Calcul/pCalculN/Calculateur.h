@@ -29,11 +29,15 @@ class Calculateur final : private Chaine {
   public:
     /// saisie: the inputs, unset boxes as 0; the launch folds the detailed boxes into their totals and moves its
     /// switches there. lignes: the outputs, empty but for the ten retirement-savings ceilings of an earlier launch.
+    /// loi: its indexed amounts raised already. reserve: where memory comes from beyond what an ordinary launch needs.
     Calculateur(Saisie& saisie, const Exceptionnels& exceptionnels, Lignes& lignes, const Lancement& lancement,
-                const Loi& loi);
+                const Loi& loi, std::pmr::memory_resource* reserve = std::pmr::new_delete_resource());
 
-    /// Removes the trace of an earlier launch.
-    void SupprimeFichierTrace() const { m_trace.SupprimeFichier(); }
+    /// Begins a trace where one is wanted, in place of that of an earlier launch.
+    void OuvreTrace() {
+        m_trace.Ouvre();
+        m_trace.SupprimeFichier();
+    }
     /// "1:Calcul", the pipeline, over a period.
     void Calcul(const TPeriode& periode);
     /// "35:Calcul_ISF", the wealth-tax figures.
@@ -59,19 +63,18 @@ class Calculateur final : private Chaine {
     }
 
     Lancement m_lancement;
-    const std::optional<Loi> m_loiIndexee;  ///< where the launch raises the indexed amounts
     const Loi& m_loi;
     const Bareme m_bareme;
     Saisie& m_saisie;
     CasesEntree m_remplies;  ///< the boxes that a family may look for; the driver's own switches are not among them
     const Exceptionnels& m_exceptionnels;
     Lignes& m_lignes;
-    Memoire m_memoire;
     Trace m_trace;
 
     // What is kept of runs, all of it until the end of the launch: an ordinary one finds its place here.
     std::array<std::byte, 65536> m_octets;
-    std::pmr::monotonic_buffer_resource m_place{m_octets.data(), m_octets.size()};
+    std::pmr::monotonic_buffer_resource m_place;
+    Memoire m_memoire{&m_place};
     ChainesConnues m_chainesConnues{&m_place};
     Lignes::Conservees m_conservees{&m_place};  ///< of a run within the pipeline
     Lignes::Conservees m_forfait{&m_place};     ///< of the simulation of the flat tax

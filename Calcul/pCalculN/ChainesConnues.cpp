@@ -32,9 +32,8 @@ void ChainesConnues::Relance(Contexte& c) {
         return;
     }
     c.Lance(chaineNormale);
-    Chaine& chaine = m_chaines.emplace_back(depart, m_chaines.get_allocator().resource());
+    Chaine& chaine = m_chaines.emplace_back(depart, memoire, m_chaines.get_allocator().resource());
     lignes.Conserve(chaine.lignes);
-    chaine.memoire = memoire;
     chaine.avecExceptionnels = c.AvecExceptionnels();
 }
 

@@ -94,7 +94,6 @@ enum class Passe : std::int32_t {
 /// What a host asks for.
 struct Lancement {
     const TPeriode* periode = nullptr;
-    double tauxIndexation = -1.0;   ///< percent by which the euro thresholds rise, -1.0 for none
     bool optionsForcees = false;    ///< the options apply whatever the return sets
     bool optionsSiSaisies = false;  ///< they apply when the return sets one
 };

@@ -86,6 +86,19 @@ inline constexpr Loi loi2017 = [] {
 /// The law with the indexed amounts raised by a rate in percent; none for -1.0 and 0, which raise nothing.
 std::optional<Loi> Indexee(const Loi& loi, double taux);
 
+/// A law as a launch applies it, its indexed amounts raised. The law that it is made from lives at least as long.
+class LoiAppliquee {
+  public:
+    LoiAppliquee(const Loi& loi, double taux) : m_indexee(Indexee(loi, taux)), m_loi(m_indexee ? *m_indexee : loi) {}
+    LoiAppliquee(const LoiAppliquee&) = delete;
+    LoiAppliquee& operator=(const LoiAppliquee&) = delete;
+    operator const Loi&() const { return m_loi; }
+
+  private:
+    const std::optional<Loi> m_indexee;
+    const Loi& m_loi;
+};
+
 // ---- Reforms: parameters by name, as a reader writes them.
 
 /// The parameter with this name; "none" when there is none.

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory_resource>
 #include <vector>
 
 // What the steps keep from one run to the next of a computation; all of it begins at 0 with each "1:Calcul".
@@ -55,7 +56,9 @@ struct Memoire {
     std::int32_t baseMobiliersSociale = 0;    ///< capital income that the social levies start from
     MemoirePasses passes;
     std::array<MemoireSalaires, nMembres> salaires{};
-    std::vector<ItemQuotient> quotients;  ///< what the last quotient step found, by coefficient
+    std::pmr::vector<ItemQuotient> quotients;  ///< what the last quotient step found, by coefficient
+
+    explicit Memoire(std::pmr::memory_resource* place) : quotients(place) {}
     bool operator==(const Memoire&) const = default;
 };
 

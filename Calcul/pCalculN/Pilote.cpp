@@ -14,11 +14,12 @@ constexpr const char* source = "Calcul/pCalculN";
 
 }  // namespace
 
-CCalcul_N::CCalcul_N(CDataCalcul& data, const kv::Lancement& lancement, const kv::Loi& loi)
+CCalcul_N::CCalcul_N(CDataCalcul& data, const kv::Lancement& lancement, const kv::Loi& loi, double tauxIndexation)
     : CCalcul(data),
       m_saisie(kv::LisSaisie(data)),
       m_exceptionnels(kv::LisExceptionnels(data)),
-      m_calculateur(m_saisie, m_exceptionnels, m_lignes, lancement, loi) {
+      m_loi(loi, tauxIndexation),
+      m_calculateur(m_saisie, m_exceptionnels, m_lignes, lancement, m_loi) {
     m_lignes.ReprendPlafondsPERP(data);
 }
 
@@ -51,11 +52,9 @@ bool Lance(CDataCalcul& data, const TPeriode* periode, bool drapeau, double taux
         [&] {
             FixeAnneeCourante(anneeDesRevenus);
             const TPeriode anneeEntiere(anneeDesRevenus);
-            const Lancement lancement = {.tauxIndexation = tauxIndexation,
-                                         .optionsForcees = optionsForcees,
-                                         .optionsSiSaisies = optionsSiSaisies};
-            const auto calcul = std::make_unique<CCalcul_N>(data, lancement, loi);
-            calcul->SupprimeFichierTrace();
+            const Lancement lancement = {.optionsForcees = optionsForcees, .optionsSiSaisies = optionsSiSaisies};
+            const auto calcul = std::make_unique<CCalcul_N>(data, lancement, loi, tauxIndexation);
+            calcul->OuvreTrace();
             const bool pipeline = calcul->Calcul(periode ? *periode : anneeEntiere, drapeau);
             const bool isf = calcul->Calcul_ISF();
             calcul->EcritRetour();
@@ -65,10 +64,8 @@ bool Lance(CDataCalcul& data, const TPeriode* periode, bool drapeau, double taux
 }
 
 void LanceReports(CDataCalcul& data, const TPeriode* periode, double tauxIndexation) noexcept {
-    Protege(source, [&] {
-        const Lancement lancement = {.tauxIndexation = tauxIndexation};
-        std::make_unique<CCalcul_N>(data, lancement, loi2017)->CalculReports(periode);
-    });
+    Protege(source,
+            [&] { std::make_unique<CCalcul_N>(data, Lancement(), loi2017, tauxIndexation)->CalculReports(periode); });
 }
 
 void LanceBareme(const EntreeBareme& entree, SortieBareme& sortie, double tauxIndexation) noexcept {
