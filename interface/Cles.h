@@ -17,6 +17,8 @@ struct CleSaisie {
     CaseEntree box;
     Aire aire = Aire::Entrees;
     std::optional<std::int32_t> coefficient;  ///< of an exceptional amount
+
+    bool operator==(const CleSaisie&) const = default;
 };
 
 /// A figure of a computed return.

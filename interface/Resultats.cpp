@@ -13,17 +13,14 @@ namespace {
 double DateDe(std::int32_t aaaammjj) { return Date(aaaammjj / 10000, aaaammjj / 100 % 100, aaaammjj % 100); }
 
 std::shared_ptr<const Resultats> Calcule(const Demande& demande) {
-    TPeriode periode(anneeDesRevenus);
-    periode.Deb = DateDe(demande.debut), periode.Fin = DateDe(demande.fin);
     Saisie saisie = SansNonSaisis(demande.saisie);
     const Exceptionnels exceptionnels = SansNonSaisis(demande.exceptionnels);
-    const Lancement lancement = {
-        .optionsForcees = demande.lancement == KV_LAUNCH_FORCED || demande.lancement == KV_LAUNCH_FORCED_OPTIONS,
-        .optionsSiSaisies = demande.lancement == KV_LAUNCH_OPTIONS || demande.lancement == KV_LAUNCH_FORCED_OPTIONS};
-    auto resultats = std::make_shared_for_overwrite<Resultats>();  // its lines clear themselves
     const LoiAppliquee loi(demande.loi, demande.indexation);
-    const auto calculateur = std::make_unique<Calculateur>(saisie, exceptionnels, resultats->lignes, lancement, loi);
+    auto resultats = std::make_shared_for_overwrite<Resultats>();  // its lines clear themselves
+    const auto calculateur =
+        std::make_unique<Calculateur>(saisie, exceptionnels, resultats->lignes, LancementDe(demande), loi);
     calculateur->OuvreTrace();
+    const TPeriode periode = PeriodeDe(demande);
     calculateur->Calcul(periode);
     calculateur->Calcul_ISF();
     RemplitReports(saisie, resultats->lignes, resultats->reports);
@@ -44,14 +41,21 @@ kv_status AvecResultats(kv_return* r, Fonction f, const Pointeurs*... pointeurs)
         pointeurs...);
 }
 
-std::int32_t Figure(const Ligne& ligne, std::size_t colonne) {
-    return colonne == 0 ? ligne.valeur : ligne.colonnes[colonne - 1];
-}
-constexpr std::size_t nColonnes = 4;  // the value, then the three columns
-
 std::int32_t Net(const Comparaison::Net& net) { return net.aPayer - net.restitue; }
 
 }  // namespace
+
+TPeriode kv::PeriodeDe(const Demande& demande) {
+    TPeriode periode(anneeDesRevenus);
+    periode.Deb = DateDe(demande.debut), periode.Fin = DateDe(demande.fin);
+    return periode;
+}
+
+Lancement kv::LancementDe(const Demande& demande) {
+    const kv_launch l = demande.lancement;
+    return {.optionsForcees = l == KV_LAUNCH_FORCED || l == KV_LAUNCH_FORCED_OPTIONS,
+            .optionsSiSaisies = l == KV_LAUNCH_OPTIONS || l == KV_LAUNCH_FORCED_OPTIONS};
+}
 
 kv_status kv_compute(kv_return* r) {
     return Avec(r, [](kv_return& retour) { return retour.resultats = Calcule(retour.demande), KV_OK; });

@@ -22,6 +22,9 @@ struct Demande {
     Loi loi = loi2017;
 };
 
+TPeriode PeriodeDe(const Demande& demande);
+Lancement LancementDe(const Demande& demande);
+
 /// What its computation found.
 struct Resultats {
     ZoneEntree entrees;  ///< as the launch left them
@@ -48,6 +51,12 @@ kv_status Avec(kv_return* r, Fonction f, const Pointeurs*... pointeurs) {
     if ((!pointeurs || ...)) return r->message.Refuse(KV_NULL);
     return Repond(r->message, [&]() -> kv_status { return f(*r); });
 }
+
+/// The figures of a line, its value first.
+inline std::int32_t Figure(const Ligne& ligne, std::size_t colonne) {
+    return colonne == 0 ? ligne.valeur : ligne.colonnes[colonne - 1];
+}
+inline constexpr std::size_t nColonnes = 4;
 
 /// A number that counts nothing.
 inline kv_status NumeroInconnu(kv_return& r, const char* quoi, std::int32_t numero) {

@@ -19,7 +19,8 @@ const char* kv_status_text(kv_status status) {
                                              "the return has not been computed yet",
                                              "not everything fits in the room given",
                                              "memory is short",
-                                             "a fault of the library"};
-    static_assert(std::size(textes) == KV_FAILED + 1);
-    return status >= 0 && status <= KV_FAILED ? textes[status] : "unknown status";
+                                             "a fault of the library",
+                                             "the computation was cancelled"};
+    static_assert(std::size(textes) == KV_CANCELLED + 1);
+    return status >= 0 && status <= KV_CANCELLED ? textes[status] : "unknown status";
 }

@@ -70,7 +70,8 @@ enum {
     KV_NOT_COMPUTED = 6, /**< the return has not been computed yet */
     KV_TOO_SMALL = 7,    /**< not everything fits in the room given */
     KV_NO_MEMORY = 8,    /**< memory is short; the same call may succeed later */
-    KV_FAILED = 9        /**< anything else: a fault of the library */
+    KV_FAILED = 9,       /**< anything else: a fault of the library */
+    KV_CANCELLED = 10    /**< the host's progress function asked to stop */
 };
 
 /** The version of the library, "2017.1.0": the income year, then the releases of that year. */
@@ -346,6 +347,51 @@ enum { KV_FLAT_TAX = 1, KV_SCALE = 2 };
 /** Both net amounts, where the options were compared. options->size is set by the caller. KV_NULL, KV_NOT_COMPUTED,
     KV_BAD_SIZE. */
 KV_PUBLIC kv_status kv_read_options(kv_return* r, kv_options* options);
+
+/* ---- Many returns, in columns. ----------------------------------------------------------------------------------- */
+
+/** A column of amounts that n returns set: an entry box, a companion or an exceptional amount by its name, as in
+   kv_set, and one value a row. */
+typedef struct kv_input_column {
+    const char* name;      /**< "1AJ", "ti.1AW", "quotient.4.1AJ" */
+    const int32_t* values; /**< rows values; KV_UNSET and 0 both say nothing of an exceptional amount */
+} kv_input_column;
+
+/** A column of figures that n computations find, by its name, as in kv_read. */
+typedef struct kv_output_column {
+    const char* name; /**< "TOT_PAYER", "CO_19.c2", "F11_6FL" */
+    int32_t* values;  /**< room for rows values; 0 where nothing is written */
+} kv_output_column;
+
+/** Called from time to time by the thread that called kv_compute_columns, with the rows computed so far and the context
+    of the columns. Any answer but 0 ends the computation. It must not throw. */
+typedef int32_t (*kv_progress)(int64_t done, int64_t rows, void* context);
+
+/** Returns to compute, a row each. */
+typedef struct kv_columns {
+    size_t size;                     /**< sizeof(kv_columns) */
+    int64_t rows;                    /**< how many returns */
+    const kv_input_column* inputs;   /**< what they set; columns of one amount may not stand twice */
+    int32_t input_count;             /**< how many columns of amounts */
+    int32_t output_count;            /**< how many columns of figures */
+    const kv_output_column* outputs; /**< what is read of them */
+    int32_t* statuses;               /**< room for rows statuses; or null */
+    kv_progress progress;            /**< null for none */
+    void* context;                   /**< handed to progress */
+    int32_t threads;                 /**< how many threads compute, this one among them; 0: one a processor */
+} kv_columns;
+
+/** Computes a return for each row, as if kv_compute ran over a copy of r with the amounts of the row set over those of
+   r, in the order of the columns: period, launch, indexation, law and what no column names are those of r, which stays
+   as it is. The figures are the same for any number of threads. No trace is written.
+
+    statuses receives KV_OK for a row that was computed; the figures of another row are 0. The answer is that of the
+   first row that was not computed, KV_OK when all were.
+
+    KV_NULL (also a name, or values where there are rows), KV_BAD_SIZE, KV_UNKNOWN and KV_NO_AMOUNT (a name; the message
+    names the nearest), KV_BAD_VALUE (a negative number, or an amount in two columns): nothing is written. KV_NO_MEMORY;
+    KV_CANCELLED: the rows that were not reached have it as their status. The message is that of r. */
+KV_PUBLIC kv_status kv_compute_columns(kv_return* r, const kv_columns* columns);
 
 #ifdef __cplusplus
 }

@@ -300,6 +300,24 @@ class Return {
         return options;
     }
 
+    // ---- Many returns, in columns.
+
+    /// Computes a return for each row over this one; threads 0: one a processor.
+    void compute_columns(int64_t rows, std::span<const kv_input_column> inputs,
+                         std::span<const kv_output_column> outputs, int32_t threads = 0) const {
+        kv_columns columns{};
+        columns.rows = rows;
+        columns.inputs = inputs.data(), columns.input_count = static_cast<int32_t>(inputs.size());
+        columns.outputs = outputs.data(), columns.output_count = static_cast<int32_t>(outputs.size());
+        columns.threads = threads;
+        compute_columns(columns);
+    }
+    /// The same, with statuses and progress; the size is set here.
+    void compute_columns(kv_columns columns) const {
+        columns.size = sizeof columns;
+        check(kv_compute_columns(handle(), &columns));
+    }
+
     kv_return* handle() const noexcept { return m_return.get(); }
 
   private:

@@ -69,6 +69,9 @@ Saisie& Saisie::operator=(const Saisie& autre) {
 
 namespace {
 
+// The start years of the farms, which are read as they stand.
+constexpr CaseEntree debuts[] = {"5XC", "5YC", "5ZC"};
+
 Saisie Lis(const ZoneEntree& entrees, const auto& TI, const auto& TIX, const auto& TIY, const auto& TK,
            const auto& TKZ) {
     Saisie saisie;
@@ -77,8 +80,7 @@ Saisie Lis(const ZoneEntree& entrees, const auto& TI, const auto& TIX, const aut
     };
     lis(saisie.entrees, entrees);
     lis(saisie.TI, TI), lis(saisie.TIX, TIX), lis(saisie.TIY, TIY), lis(saisie.TK, TK), lis(saisie.TKZ, TKZ);
-    for (const CaseEntree debut : {CaseEntree("5XC"), CaseEntree("5YC"), CaseEntree("5ZC")})
-        saisie[debut] = entrees[debut];
+    for (const CaseEntree debut : debuts) saisie[debut] = entrees[debut];
     return saisie;
 }
 
@@ -86,6 +88,12 @@ Saisie Lis(const ZoneEntree& entrees, const auto& TI, const auto& TIX, const aut
 
 Saisie LisSaisie(const CDataCalcul& d) { return Lis(d.Entree, d.TI, d.TIX, d.TIY, d.TK, d.TKZ); }
 Saisie SansNonSaisis(const Saisie& s) { return Lis(s.entrees, s.TI, s.TIX, s.TIY, s.TK, s.TKZ); }
+
+std::int32_t SansNonSaisi(Aire aire, CaseEntree box, std::int32_t montant) {
+    const bool telQuel =
+        aire == Aire::Entrees && std::find(std::begin(debuts), std::end(debuts), box) != std::end(debuts);
+    return telQuel ? montant : nValForc(montant, 0);
+}
 
 Exceptionnels SansNonSaisis(Exceptionnels exceptionnels) {
     for (Exceptionnels::Montant& m : exceptionnels.montants) m.montant = nValForc(m.montant, 0);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <memory_resource>
 #include <vector>
 
 #include "Calcul/cCalcul/DataCalcul.h"
@@ -44,8 +45,13 @@ struct Exceptionnels {
         std::int32_t montant;
         bool operator==(const Montant&) const = default;
     };
-    std::vector<Montant> montants;           ///< by quotient map, then by coefficient
-    std::vector<std::int32_t> coefficients;  ///< in order of first appearance
+    std::pmr::vector<Montant> montants;           ///< by quotient map, then by coefficient
+    std::pmr::vector<std::int32_t> coefficients;  ///< in order of first appearance
+
+    Exceptionnels() = default;
+    /// A copy whose memory comes from elsewhere.
+    Exceptionnels(const Exceptionnels& autre, std::pmr::memory_resource* place)
+        : montants(autre.montants, place), coefficients(autre.coefficients, place) {}
 
     /// Stores an amount, in place of one already stored for this coefficient.
     void Pose(CaseEntree box, std::int32_t coefficient, std::int32_t montant);
@@ -64,6 +70,8 @@ constexpr std::int32_t Diviseur(std::int32_t coefficient) { return coefficient =
 Saisie LisSaisie(const CDataCalcul& data);
 Exceptionnels LisExceptionnels(const CDataCalcul& data);
 Saisie SansNonSaisis(const Saisie& saisie);
+/// The same of one amount.
+std::int32_t SansNonSaisi(Aire aire, CaseEntree box, std::int32_t montant);
 Exceptionnels SansNonSaisis(Exceptionnels exceptionnels);
 /// The entry boxes that are not 0.
 CasesEntree BoitesRemplies(const Saisie& saisie);

@@ -58,8 +58,8 @@ class Calculateur final : private Chaine {
     void SimulationSuivante();
     void TraceEntrees() const;
     Contexte::Commun Commun() {
-        return {m_lancement,   m_loi, m_bareme, m_lignes,         m_memoire,
-                m_comparaison, *this, m_trace,  m_chainesConnues, m_conservees};
+        return {m_lancement, m_loi,   m_bareme,         m_lignes,     m_memoire, m_comparaison,
+                *this,       m_trace, m_chainesConnues, m_conservees, &m_place};
     }
 
     Lancement m_lancement;

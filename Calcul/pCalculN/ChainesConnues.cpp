@@ -1,15 +1,16 @@
 #include "Calcul/pCalculN/ChainesConnues.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kv {
 
 ChainesConnues::Depart::Depart(const Contexte& c)
     : declaree(c.declaree),
-      exceptionnels(c.exceptionnels),
+      exceptionnels(c.exceptionnels, c.commun.place),
       faits(c.faits),
       avecExceptionnels(c.AvecExceptionnels()),
-      memoire(c.commun.memoire) {
+      memoire(c.commun.memoire, c.commun.place) {
     if (declaree["8TK"] <= 0) memoire.salaires = {};
     if (declaree["6QW"] != 0) plafonds = c.commun.lignes.Plafonds();
 }
@@ -20,7 +21,7 @@ void ChainesConnues::Relance(Contexte& c) {
     c.RemetSortiesAZero();
     if (c.commun.trace.m_bTrace || c.Repetable()) return c.Lance(chaineNormale);
 
-    const Depart depart(c);
+    Depart depart(c);
     const auto connue =
         std::find_if(m_chaines.begin(), m_chaines.end(), [&](const Chaine& chaine) { return chaine.depart == depart; });
     if (connue != m_chaines.end()) {
@@ -32,7 +33,7 @@ void ChainesConnues::Relance(Contexte& c) {
         return;
     }
     c.Lance(chaineNormale);
-    Chaine& chaine = m_chaines.emplace_back(depart, memoire, m_chaines.get_allocator().resource());
+    Chaine& chaine = m_chaines.emplace_back(std::move(depart), memoire, c.commun.place);
     lignes.Conserve(chaine.lignes);
     chaine.avecExceptionnels = c.AvecExceptionnels();
 }

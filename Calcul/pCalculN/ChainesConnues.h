@@ -34,8 +34,8 @@ class ChainesConnues {
         PlafondsPERP plafonds{};  ///< what a new resident (`6QW`) may deduct; no chain changes them
     };
     struct Chaine {
-        Chaine(const Depart& d, const Memoire& m, std::pmr::memory_resource* place)
-            : depart(d), lignes(place), memoire(m) {}
+        Chaine(Depart&& d, const Memoire& m, std::pmr::memory_resource* place)
+            : depart(std::move(d)), lignes(place), memoire(m, place) {}
 
         Depart depart;
         Lignes::Conservees lignes;

@@ -138,7 +138,8 @@ class Contexte {
         Chaine& chaine;
         Trace& trace;
         ChainesConnues& chainesConnues;
-        Lignes::Conservees& conservees;  ///< room for the lines of a run that must stand again after others
+        Lignes::Conservees& conservees;    ///< room for the lines of a run that must stand again after others
+        std::pmr::memory_resource* place;  ///< where a run takes memory from, until the end of the launch
     };
 
     Contexte(const Commun& commun, const Saisie& saisie, const CasesEntree& remplies,

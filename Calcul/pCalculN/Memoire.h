@@ -59,6 +59,8 @@ struct Memoire {
     std::pmr::vector<ItemQuotient> quotients;  ///< what the last quotient step found, by coefficient
 
     explicit Memoire(std::pmr::memory_resource* place) : quotients(place) {}
+    /// A copy whose memory comes from elsewhere.
+    Memoire(const Memoire& autre, std::pmr::memory_resource* place) : Memoire(place) { *this = autre; }
     bool operator==(const Memoire&) const = default;
 };
 

@@ -125,7 +125,7 @@ Prelevement::Declarant Prelevement::DeclarantSeul(std::size_t declarant) {
     trace.Ligne(titres[declarant]);
     Saisie saisie = contexte.declaree;
     CasesEntree remplies = contexte.remplies;
-    Exceptionnels exceptionnels = contexte.exceptionnels;
+    Exceptionnels exceptionnels(contexte.exceptionnels, contexte.commun.place);
     RetourDUnDeclarant(declarant == 0 ? entree::D1 : entree::D2, saisie, remplies, exceptionnels);
     Contexte seul(contexte, saisie, remplies, exceptionnels, false);
     ChaineDUnDeclarant(seul);

@@ -142,8 +142,8 @@ class Quotient : Travail {
     void PartageMobiliers();
     void Sorties();
 
-    Figures m_ordinaire, m_total;      // the ordinary income; the totals over it and every coefficient
-    std::vector<Figures> m_quotients;  // the exceptional income, by coefficient
+    Figures m_ordinaire, m_total;  // the ordinary income; the totals over it and every coefficient
+    std::pmr::vector<Figures> m_quotients{contexte.commun.place};  // the exceptional income, by coefficient
 };
 
 void Quotient::RevenusBrutQuotient() {

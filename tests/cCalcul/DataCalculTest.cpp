@@ -29,7 +29,7 @@ TEST(DataCalcul, QuotientStore) {
     const kv::Exceptionnels exceptionnels = kv::LisExceptionnels(data);
     EXPECT_EQ(exceptionnels.De("1AJ"), 1050);
     EXPECT_EQ(exceptionnels.De("1AJ", 4) + exceptionnels.De("1BJ"), 1300);
-    EXPECT_EQ(exceptionnels.coefficients, (std::vector{4, 2, 0}));
+    EXPECT_EQ(exceptionnels.coefficients, (std::pmr::vector<std::int32_t>{4, 2, 0}));
     EXPECT_EQ(Coefficients(data), (std::vector{4, 2, 0}));  // in order of first appearance
 }
 

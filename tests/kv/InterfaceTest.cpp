@@ -51,10 +51,10 @@ TEST(Interface, TheLibrarySaysWhatItIs) {
     EXPECT_EQ(kv_interface(), KV_INTERFACE);
     EXPECT_EQ(std::string(kv_version()).substr(0, 5), std::to_string(kv_year()) + ".");
     std::vector<std::string> textes;
-    for (kv_status s = KV_OK; s <= KV_FAILED; ++s) textes.emplace_back(kv_status_text(s));
+    for (kv_status s = KV_OK; s <= KV_CANCELLED; ++s) textes.emplace_back(kv_status_text(s));
     std::sort(textes.begin(), textes.end());
     EXPECT_EQ(std::unique(textes.begin(), textes.end()), textes.end());
-    for (const kv_status s : {-1, KV_FAILED + 1}) EXPECT_STREQ(kv_status_text(s), "unknown status");
+    for (const kv_status s : {-1, KV_CANCELLED + 1}) EXPECT_STREQ(kv_status_text(s), "unknown status");
 }
 
 TEST(Catalogues, EachBoxIsFoundByItsNameAndAmongThoseThatASearchFinds) {

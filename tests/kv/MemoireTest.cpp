@@ -2,6 +2,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <functional>
 #include <kv.hpp>
@@ -13,10 +14,12 @@
 
 namespace {
 
-long avantEchec = 0;  // allocations still to succeed, the failing one included; 0 when all succeed
-bool echecAtteint = false, autreFaute = false;
+std::atomic<long> avantEchec = 0;  // allocations still to succeed, the failing one included; 0 when all succeed
+std::atomic<bool> echecAtteint = false, autreFaute = false;
+std::atomic<long> allocations = 0;
 
 void* Alloue(std::size_t taille) {
+    ++allocations;
     if (avantEchec > 0 && --avantEchec == 0) {
         echecAtteint = true;
         if (autreFaute) throw std::runtime_error("another fault");
@@ -143,6 +146,56 @@ TEST(MemoireCourte, AFailedComputationLeavesTheResultsOfTheOneBefore) {
     EXPECT_EQ(r.get("1AJ"), 60000);
     EXPECT_EQ(r.compute()["TOT_R_IMPOS"], 54000);
     autreFaute = false;
+}
+
+// Households with a bit of everything, a row each; every row of a block of 32 stands again in the next one.
+long Allocations(std::size_t lignes, const std::vector<std::string>& noms) {
+    std::vector<std::vector<int32_t>> colonnes;
+    std::vector<kv_input_column> entrees;
+    for (std::size_t i = 0; i < noms.size(); ++i) {
+        auto& colonne = colonnes.emplace_back(lignes);
+        for (std::size_t l = 0; l < lignes; ++l)
+            if ((l % 32 >> i % 5 & 1) != 0) colonne[l] = noms[i].size() < 3 ? 1 : static_cast<int32_t>(1000 * (i + 1));
+        entrees.push_back({noms[i].c_str(), colonne.data()});
+    }
+    std::vector<int32_t> nets(lignes), reports(lignes);
+    const kv_output_column sorties[] = {{"S_NET_A_PAYER", nets.data()}, {"F11_6PSS", reports.data()}};
+    const kv::Return r;
+    const long avant = allocations;
+    r.compute_columns(static_cast<int64_t>(lignes), entrees, sorties, 1);
+    return allocations - avant;
+}
+
+TEST(MemoireCourte, ARowAllocatesNothing) {
+    for (const std::vector<std::string>& noms :
+         {std::vector<std::string>{"M", "1AJ", "2DC", "Fm", "7UF", "4BE", "5KO", "AVA"},
+          {"1AJ", "quotient.4.1AJ", "quotient.2.1BJ", "M"},
+          {"1AC", "1BC", "ti.4BE", "M", "5TB", "5TF", "4BE", "6QW"}})
+        EXPECT_EQ(Allocations(64, noms), Allocations(640, noms));
+}
+
+// Without memory for a row the others are computed; without memory for anything, nothing is.
+TEST(MemoireCourte, InColumns) {
+    std::vector<int32_t> salaires(200, 33333), impots(200), statuts(200);
+    const kv_input_column entree = {"1AJ", salaires.data()};
+    const kv_output_column sortie = {"TOT_IMPOT", impots.data()};
+    kv_columns colonnes{};
+    colonnes.size = sizeof colonnes, colonnes.rows = 200, colonnes.statuses = statuts.data();
+    colonnes.inputs = &entree, colonnes.input_count = 1, colonnes.outputs = &sortie, colonnes.output_count = 1;
+    const kv::Return r;
+    for (const int32_t threads : {1, 3}) {
+        colonnes.threads = threads;
+        echecAtteint = true;
+        for (long n = 1; echecAtteint; ++n) {
+            std::fill(impots.begin(), impots.end(), -7);
+            avantEchec = n, echecAtteint = false;
+            const kv_status statut = kv_compute_columns(r.handle(), &colonnes);
+            avantEchec = 0;
+            ASSERT_TRUE(statut == KV_OK || statut == KV_NO_MEMORY);
+            for (std::size_t i = 0; i < impots.size(); ++i)
+                ASSERT_TRUE(impots[i] == 3293 || (statut != KV_OK && (impots[i] == -7 || statuts[i] == KV_NO_MEMORY)));
+        }
+    }
 }
 
 }  // namespace

@@ -1,0 +1,214 @@
+#include <algorithm>
+#include <atomic>
+#include <limits>
+#include <memory_resource>
+#include <thread>
+
+#include "Calcul/pCalculN/Reports.h"
+#include "interface/Cles.h"
+#include "interface/Retour.h"
+
+// Many returns in columns. Each worker computes in a place of its own, which it keeps from row to row: a row allocates
+// nothing that an earlier one has not.
+
+using namespace kv;
+
+namespace {
+
+struct ColonneSaisie {
+    CleSaisie cle;
+    const std::int32_t* valeurs;
+};
+struct ColonneFigure {
+    CleFigure cle;
+    std::int32_t* valeurs;
+};
+
+// What every row has in common, and how far the workers are.
+struct Tableau {
+    Tableau(const Demande& demande, const kv_columns& columns)
+        : modele(SansNonSaisis(demande.saisie)),
+          exceptionnels(SansNonSaisis(demande.exceptionnels)),
+          periode(PeriodeDe(demande)),
+          lancement(LancementDe(demande)),
+          loi(demande.loi, demande.indexation),
+          demandees(columns) {}
+
+    const Saisie modele;
+    const Exceptionnels exceptionnels;
+    const TPeriode periode;
+    const Lancement lancement;
+    const LoiAppliquee loi;
+    const kv_columns& demandees;
+    std::vector<ColonneSaisie> saisies;
+    std::vector<ColonneFigure> figures;
+    bool avecReports = false;
+
+    // Rows are given out by lots, in their order: those below the next one have been computed once the workers are
+    // done.
+    static constexpr std::int64_t lot = 64;
+    std::atomic<std::int64_t> prochaine = 0, faites = 0;
+    std::atomic<bool> annule = false;
+};
+
+// A row that was not computed, and why.
+struct Faute {
+    std::int64_t ligne = std::numeric_limits<std::int64_t>::max();
+    kv_status statut = KV_OK;
+};
+
+void NoteLigne(const Tableau& t, std::int64_t ligne, kv_status statut) {
+    if (t.demandees.statuses) t.demandees.statuses[ligne] = statut;
+    if (statut != KV_OK)
+        for (const ColonneFigure& figure : t.figures) figure.valeurs[ligne] = 0;
+}
+
+class Ouvrier {
+  public:
+    explicit Ouvrier(Tableau& tableau) : t(tableau) {
+        for (const auto& [cle, valeurs] : t.saisies)
+            m_cibles.push_back(cle.coefficient ? nullptr : &Montant(m_saisie, cle.aire, Place(cle.aire, cle.box)));
+    }
+
+    // Computes lots of rows until there are none left or the host cancels; the first row that could not be computed.
+    template <class Compte>
+    Faute Travaille(Compte rendCompte) noexcept {
+        Faute premiere;
+        while (!t.annule) {
+            const std::int64_t debut = t.prochaine.fetch_add(Tableau::lot);
+            const std::int64_t fin = std::min(debut + Tableau::lot, t.demandees.rows);
+            if (debut >= fin) break;
+            for (std::int64_t ligne = debut; ligne < fin; ++ligne) {
+                const kv_status statut = Repond(SansMessage(), [&] { return Calcule(ligne), KV_OK; });
+                NoteLigne(t, ligne, statut);
+                if (statut != KV_OK && ligne < premiere.ligne) premiere = {ligne, statut};
+            }
+            rendCompte(t.faites += fin - debut);
+        }
+        return premiere;
+    }
+
+  private:
+    void Calcule(std::int64_t ligne) {
+        m_saisie = t.modele;
+        m_exceptionnels = t.exceptionnels;
+        for (std::size_t i = 0; i < t.saisies.size(); ++i) {
+            const auto& [cle, valeurs] = t.saisies[i];
+            const std::int32_t montant = SansNonSaisi(cle.aire, cle.box, valeurs[ligne]);
+            if (!cle.coefficient)
+                *m_cibles[i] = montant;
+            else if (montant != 0)
+                m_exceptionnels.Pose(cle.box, *cle.coefficient, montant);
+        }
+        m_lignes.PosePlafonds({});  // those of another household
+        m_calculateur.emplace(m_saisie, m_exceptionnels, m_lignes, t.lancement, t.loi, &m_reserve);
+        m_calculateur->Calcul(t.periode);
+        m_calculateur->Calcul_ISF();
+        if (t.avecReports) {
+            m_reports = {};
+            RemplitReports(m_saisie, m_lignes, m_reports);
+        }
+        for (const auto& [cle, valeurs] : t.figures)
+            valeurs[ligne] = cle.report ? m_reports[cle.report] : Figure(m_lignes.Lit(cle.sortie), cle.colonne);
+    }
+
+    Tableau& t;
+    Saisie m_saisie;
+    Exceptionnels m_exceptionnels;
+    std::vector<std::int32_t*> m_cibles;  // where the amounts of the columns go
+    Lignes m_lignes;
+    ZoneReport m_reports;
+    std::pmr::unsynchronized_pool_resource m_reserve;
+    std::optional<Calculateur> m_calculateur;
+};
+
+kv_status LisColonnes(kv_return& r, const kv_columns& columns, Tableau& t) {
+    const auto nulle = [&](const auto& colonne) { return !colonne.name || (!colonne.values && columns.rows > 0); };
+    for (std::int32_t i = 0; i < columns.input_count; ++i) {
+        const kv_input_column& colonne = columns.inputs[i];
+        if (nulle(colonne)) return r.message.Refuse(KV_NULL);
+        const auto [cle, statut, message] = LisCleSaisie(colonne.name);
+        if (statut != KV_OK) return r.message.Refuse(statut, message);
+        if (std::any_of(t.saisies.begin(), t.saisies.end(), [&, &lue = cle](const auto& c) { return c.cle == lue; }))
+            return r.message.Refuse(KV_BAD_VALUE, std::string(colonne.name) + " stands in two columns");
+        t.saisies.push_back({cle, colonne.values});
+    }
+    for (std::int32_t i = 0; i < columns.output_count; ++i) {
+        const kv_output_column& colonne = columns.outputs[i];
+        if (nulle(colonne)) return r.message.Refuse(KV_NULL);
+        const auto [cle, statut, message] = LisCleFigure(colonne.name);
+        if (statut != KV_OK) return r.message.Refuse(statut, message);
+        t.figures.push_back({cle, colonne.values});
+        t.avecReports = t.avecReports || cle.report;
+    }
+    return KV_OK;
+}
+
+// How many workers there is work for.
+std::size_t NombreDOuvriers(const kv_columns& columns) {
+#ifdef __wasm__
+    return columns.rows > 0;  // no threads there
+#else
+    const std::int64_t voulus = columns.threads > 0 ? columns.threads : std::thread::hardware_concurrency();
+    return static_cast<std::size_t>(std::clamp<std::int64_t>(voulus, 1, columns.rows / Tableau::lot + 1));
+#endif
+}
+
+// Calls f in n threads, this one included; in fewer where the system has no more.
+template <class Fonction>
+void EnParallele(std::size_t n, Fonction f) {
+#ifdef __wasm__
+    f(n - 1);
+#else
+    std::vector<std::thread> autres;
+    Repond(SansMessage(), [&] {
+        autres.reserve(n - 1);
+        while (autres.size() < n - 1) autres.emplace_back(f, autres.size() + 1);
+        return KV_OK;
+    });
+    f(std::size_t{0});
+    for (std::thread& autre : autres) autre.join();
+#endif
+}
+
+kv_status Calcule(kv_return& r, const kv_columns& columns) {
+    Tableau t(r.demande, columns);
+    if (const kv_status statut = LisColonnes(r, columns, t); statut != KV_OK) return statut;
+    const auto rendCompte = [&](std::int64_t faites) {
+        if (columns.progress && columns.progress(faites, columns.rows, columns.context) != 0) t.annule = true;
+    };
+    std::vector<Faute> fautes(NombreDOuvriers(columns));
+    const auto premier = std::make_unique<Ouvrier>(t);
+    EnParallele(fautes.size(), [&](std::size_t rang) noexcept {
+        if (rang == 0) {
+            fautes[0] = premier->Travaille(rendCompte);
+        } else {  // without memory for a worker, the others do its work
+            Repond(SansMessage(), [&] {
+                const auto ouvrier = std::make_unique<Ouvrier>(t);
+                return fautes[rang] = ouvrier->Travaille([](std::int64_t) {}), KV_OK;
+            });
+        }
+    });
+    Faute premiere = *std::min_element(fautes.begin(), fautes.end(),
+                                       [](const Faute& a, const Faute& b) { return a.ligne < b.ligne; });
+    const std::int64_t atteintes = std::min(t.prochaine.load(), columns.rows);
+    for (std::int64_t ligne = atteintes; ligne < columns.rows; ++ligne) NoteLigne(t, ligne, KV_CANCELLED);
+    if (atteintes < std::min(columns.rows, premiere.ligne)) premiere = {atteintes, KV_CANCELLED};
+    return premiere.statut == KV_OK ? KV_OK : r.message.Refuse(premiere.statut);
+}
+
+}  // namespace
+
+kv_status kv_compute_columns(kv_return* r, const kv_columns* columns) {
+    return Avec(
+        r,
+        [&](kv_return& retour) {
+            if (columns->size < premiereTaille<kv_columns>) return retour.message.Refuse(KV_BAD_SIZE);
+            if (columns->rows < 0 || columns->input_count < 0 || columns->output_count < 0 || columns->threads < 0)
+                return retour.message.Refuse(KV_BAD_VALUE, "a number of rows, columns or threads is negative");
+            if ((!columns->inputs && columns->input_count > 0) || (!columns->outputs && columns->output_count > 0))
+                return retour.message.Refuse(KV_NULL);
+            return Calcule(retour, *columns);
+        },
+        columns);
+}
