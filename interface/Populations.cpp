@@ -67,7 +67,10 @@ class Ouvrier {
   public:
     explicit Ouvrier(Tableau& tableau) : t(tableau) {
         for (const auto& [cle, valeurs] : t.saisies)
-            m_cibles.push_back(cle.coefficient ? nullptr : &Montant(m_saisie, cle.aire, Place(cle.aire, cle.box)));
+            if (!cle.coefficient)
+                m_montants.push_back({valeurs, &Montant(m_saisie, cle.aire, Place(cle.aire, cle.box)), cle});
+            else
+                m_exceptionnelles.push_back({cle, valeurs});
     }
 
     // Computes lots of rows until there are none left or the host cancels; the first row that could not be computed.
@@ -91,15 +94,11 @@ class Ouvrier {
   private:
     void Calcule(std::int64_t ligne) {
         m_saisie = t.modele;
+        for (const auto& [de, vers, cle] : m_montants) *vers = SansNonSaisi(cle.aire, cle.box, de[ligne]);
         m_exceptionnels = t.exceptionnels;
-        for (std::size_t i = 0; i < t.saisies.size(); ++i) {
-            const auto& [cle, valeurs] = t.saisies[i];
-            const std::int32_t montant = SansNonSaisi(cle.aire, cle.box, valeurs[ligne]);
-            if (!cle.coefficient)
-                *m_cibles[i] = montant;
-            else if (montant != 0)
+        for (const auto& [cle, valeurs] : m_exceptionnelles)
+            if (const std::int32_t montant = nValForc(valeurs[ligne], 0); montant != 0)
                 m_exceptionnels.Pose(cle.box, *cle.coefficient, montant);
-        }
         m_lignes.PosePlafonds({});  // those of another household
         m_calculateur.emplace(m_saisie, m_exceptionnels, m_lignes, t.lancement, t.loi, &m_reserve);
         m_calculateur->Calcul(t.periode);
@@ -115,7 +114,13 @@ class Ouvrier {
     Tableau& t;
     Saisie m_saisie;
     Exceptionnels m_exceptionnels;
-    std::vector<std::int32_t*> m_cibles;  // where the amounts of the columns go
+    struct Montants {
+        const std::int32_t* de;
+        std::int32_t* vers;
+        CleSaisie cle;
+    };
+    std::vector<Montants> m_montants;
+    std::vector<ColonneSaisie> m_exceptionnelles;
     Lignes m_lignes;
     ZoneReport m_reports;
     std::pmr::unsynchronized_pool_resource m_reserve;
@@ -174,9 +179,12 @@ void EnParallele(std::size_t n, Fonction f) {
 kv_status Calcule(kv_return& r, const kv_columns& columns) {
     Tableau t(r.demande, columns);
     if (const kv_status statut = LisColonnes(r, columns, t); statut != KV_OK) return statut;
+    std::int64_t dites = 0;
     const auto rendCompte = [&](std::int64_t faites) {
+        dites = faites;
         if (columns.progress && columns.progress(faites, columns.rows, columns.context) != 0) t.annule = true;
     };
+    rendCompte(0);
     std::vector<Faute> fautes(NombreDOuvriers(columns));
     const auto premier = std::make_unique<Ouvrier>(t);
     EnParallele(fautes.size(), [&](std::size_t rang) noexcept {
@@ -189,6 +197,7 @@ kv_status Calcule(kv_return& r, const kv_columns& columns) {
             });
         }
     });
+    if (t.faites != dites) rendCompte(t.faites);  // the last rows were those of other workers
     Faute premiere = *std::min_element(fautes.begin(), fautes.end(),
                                        [](const Faute& a, const Faute& b) { return a.ligne < b.ligne; });
     const std::int64_t atteintes = std::min(t.prochaine.load(), columns.rows);

@@ -363,8 +363,9 @@ typedef struct kv_output_column {
     int32_t* values;  /**< room for rows values; 0 where nothing is written */
 } kv_output_column;
 
-/** Called from time to time by the thread that called kv_compute_columns, with the rows computed so far and the context
-    of the columns. Any answer but 0 ends the computation. It must not throw. */
+/** Called by the thread that called kv_compute_columns, with the rows computed so far and the context of the columns:
+    before the first row, from time to time, and after the last one. Any answer but 0 ends the computation: rows that no
+    thread has begun are left. It must not throw. */
 typedef int32_t (*kv_progress)(int64_t done, int64_t rows, void* context);
 
 /** Returns to compute, a row each. */

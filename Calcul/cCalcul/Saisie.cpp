@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "Calcul/cCalcul/Catalogues.h"
-#include "support/KVTarvel.h"
 
 namespace kv {
 
@@ -48,7 +47,7 @@ namespace {
 // Copies an area in blocks of a fixed size, each changed on the way: several values at once.
 template <class Zone, class Fonction>
 void EnBlocs(Zone& vers, const Zone& de, Fonction change) {
-    constexpr std::size_t taille = 16, n = std::tuple_size_v<decltype(vers.valeurs)>;
+    constexpr std::size_t taille = 32, n = std::tuple_size_v<decltype(vers.valeurs)>;
     std::array<std::int32_t, taille> bloc;
     for (std::size_t i = 0; i + taille <= n; i += taille) {
         std::copy_n(&de.valeurs[i], taille, bloc.data());
@@ -89,10 +88,8 @@ Saisie Lis(const ZoneEntree& entrees, const auto& TI, const auto& TIX, const aut
 Saisie LisSaisie(const CDataCalcul& d) { return Lis(d.Entree, d.TI, d.TIX, d.TIY, d.TK, d.TKZ); }
 Saisie SansNonSaisis(const Saisie& s) { return Lis(s.entrees, s.TI, s.TIX, s.TIY, s.TK, s.TKZ); }
 
-std::int32_t SansNonSaisi(Aire aire, CaseEntree box, std::int32_t montant) {
-    const bool telQuel =
-        aire == Aire::Entrees && std::find(std::begin(debuts), std::end(debuts), box) != std::end(debuts);
-    return telQuel ? montant : nValForc(montant, 0);
+bool ResteNonSaisie(Aire aire, CaseEntree box) {
+    return aire == Aire::Entrees && std::find(std::begin(debuts), std::end(debuts), box) != std::end(debuts);
 }
 
 Exceptionnels SansNonSaisis(Exceptionnels exceptionnels) {

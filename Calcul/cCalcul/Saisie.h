@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Calcul/cCalcul/DataCalcul.h"
+#include "support/KVTarvel.h"
 
 // What a run of the computation starts from: a value of its own. A run over other inputs takes a changed copy.
 
@@ -71,7 +72,10 @@ Saisie LisSaisie(const CDataCalcul& data);
 Exceptionnels LisExceptionnels(const CDataCalcul& data);
 Saisie SansNonSaisis(const Saisie& saisie);
 /// The same of one amount.
-std::int32_t SansNonSaisi(Aire aire, CaseEntree box, std::int32_t montant);
+bool ResteNonSaisie(Aire aire, CaseEntree box);
+inline std::int32_t SansNonSaisi(Aire aire, CaseEntree box, std::int32_t montant) {
+    return montant != nNonSaisi || ResteNonSaisie(aire, box) ? montant : 0;
+}
 Exceptionnels SansNonSaisis(Exceptionnels exceptionnels);
 /// The entry boxes that are not 0.
 CasesEntree BoitesRemplies(const Saisie& saisie);
