@@ -21,8 +21,9 @@ class Entrees {
         for (const PartieEntree& partie : partiesEntree)
             for (const LigneEntree& ligne : partie.lignes)
                 PourChaqueMot(ligne.boites, [&](std::string_view nom) {
-                    const std::string fin = partie.groupe == Groupe::HorsCalcul ? std::string(", ") + sansEffet : "";
-                    Note(EntreeDe(nom), ligne.libelle + fin, partie.groupe, ligne.genre);
+                    std::string libelle = ligne.libelle;
+                    if (partie.groupe == Groupe::HorsCalcul) (libelle += ", ") += sansEffet;
+                    Note(EntreeDe(nom), std::move(libelle), partie.groupe, ligne.genre);
                 });
         Locatifs();
         OutreMer();

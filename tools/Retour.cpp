@@ -149,9 +149,11 @@ class Lecteur : public LecteurJson {
     }
 
     bool ChoisitLancement(const std::string& texte) {
-        for (const auto& [nom, lancement] : lancements)
-            if (texte == nom) return m_retour.set_launch(lancement), true;
-        Erreur("launch is one of " + EntreGuillemets(NomsDesLancements()) + ", not \"" + texte + "\"");
+        try {
+            return m_retour.set_launch(LancementDeNom(texte)), true;
+        } catch (const ErreurEntree& e) {
+            Erreur(e.what());
+        }
     }
 
     bool Date(const std::string& texte) {
@@ -180,6 +182,12 @@ std::vector<std::string> NomsDesLancements() {
     std::vector<std::string> noms;
     for (const auto& [nom, lancement] : lancements) noms.emplace_back(nom);
     return noms;
+}
+
+kv_launch LancementDeNom(const std::string& cherche) {
+    for (const auto& [nom, lancement] : lancements)
+        if (cherche == nom) return lancement;
+    throw ErreurEntree("launch is one of " + EntreGuillemets(NomsDesLancements()) + ", not \"" + cherche + "\"");
 }
 
 kv::Return LisRetour(std::string_view texte, const std::string& fichier, int premiereLigne) {

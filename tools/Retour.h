@@ -17,5 +17,7 @@ kv::Return LisRetour(std::string_view json, const std::string& fichier, int prem
 
 /// The launches by the names that a return may give them.
 std::vector<std::string> NomsDesLancements();
+/// The launch with this name. Throws ErreurEntree, with the names there are, when there is none.
+kv_launch LancementDeNom(const std::string& nom);
 
 }  // namespace outil

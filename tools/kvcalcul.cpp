@@ -1,99 +1,63 @@
 #include <CLI/CLI.hpp>
-#include <filesystem>
-#include <fstream>
+#include <charconv>
 #include <iostream>
-#include <iterator>
-#include <optional>
+#include <limits>
 #include <string_view>
 
 #include "Boites.h"
-#include "Resultat.h"
-#include "Retour.h"
+#include "Lot.h"
+#include "Population.h"
+#include "Table.h"
 
 // kvcalcul, a command-line host of the library.
 
 namespace {
 
+using outil::Entree;
 using outil::ErreurEntree;
 using outil::Forme;
 
-const std::string sortieStandard = "standard output";
-
 enum Statut { Calcule = 0, Echec = 1, MauvaiseEntree = 2 };
-
-std::ifstream Ouvre(const std::string& fichier) {
-    std::ifstream entree(fichier, std::ios::binary);
-    if (!entree) throw ErreurEntree(fichier + ": cannot be read");
-    return entree;
-}
-
-std::string Contenu(const std::string& fichier) {
-    std::ifstream entree = Ouvre(fichier);
-    try {
-        return {std::istreambuf_iterator<char>(entree), {}};
-    } catch (const std::ios_base::failure&) {
-        throw ErreurEntree(fichier + ": cannot be read");
-    }
-}
-
-void Vide(std::ostream& sortie, const std::string& nom) {
-    if (!sortie.flush()) throw ErreurEntree(nom + ": cannot be written");
-}
 
 // The law of the year, or with a reform laid over it.
 outil::LoiNommee LisLoi(const std::string& fichier) {
-    return fichier.empty() ? outil::LoiNommee() : outil::LisReforme(Contenu(fichier), fichier);
+    return fichier.empty() ? outil::LoiNommee() : outil::LisReforme(Entree::Contenu(fichier), fichier);
 }
 
 int Run(const std::string& fichier, const std::string& fichierLoi, Forme forme) {
     const outil::LoiNommee loi = LisLoi(fichierLoi);
-    kv::Return retour = outil::LisRetour(Contenu(fichier), fichier);
+    kv::Return retour = outil::LisRetour(Entree::Contenu(fichier), fichier);
     outil::EcritResultat(std::cout, retour.set_law(loi.loi).compute(), loi, forme);
-    Vide(std::cout, sortieStandard);
+    outil::Sortie("").Vide();
     return Calcule;
 }
 
 int Compare(const std::string& fichier, const std::string& fichierLoi, bool json) {
     const outil::LoiNommee annee, reforme = LisLoi(fichierLoi);
-    kv::Return avant = outil::LisRetour(Contenu(fichier), fichier), apres = avant;
+    kv::Return avant = outil::LisRetour(Entree::Contenu(fichier), fichier), apres = avant;
     outil::EcritComparaison(std::cout, avant.compute(), annee, apres.set_law(reforme.loi).compute(), reforme, json);
-    Vide(std::cout, sortieStandard);
+    outil::Sortie("").Vide();
     return Calcule;
 }
 
-// One return per line in, one result per line out: memory does not grow with the number of lines.
-int Batch(const std::string& fichier, const std::string& fichierSortie, const std::string& fichierLoi, Forme forme) {
-    const outil::LoiNommee loi = LisLoi(fichierLoi);
-    std::ifstream fichierEntree;
-    std::ofstream versFichier;
-    if (!fichier.empty()) fichierEntree = Ouvre(fichier);
-    if (!fichierSortie.empty()) {
-        std::error_code inconnu;  // of a file that does not exist yet
-        if (std::filesystem::equivalent(fichier, fichierSortie, inconnu))
-            throw ErreurEntree(fichierSortie + ": is read and written at once");
-        versFichier.open(fichierSortie, std::ios::binary);
-        if (!versFichier) throw ErreurEntree(fichierSortie + ": cannot be written");
+// "2/5": the second of five parts.
+void LisPart(std::string_view texte, outil::DemandeTable& demande) {
+    const char* const fin = texte.data() + texte.size();
+    const auto part = std::from_chars(texte.data(), fin, demande.part);
+    if (part.ec == std::errc() && part.ptr != fin && *part.ptr == '/') {
+        const auto parts = std::from_chars(part.ptr + 1, fin, demande.parts);
+        if (parts.ec == std::errc() && parts.ptr == fin && 1 <= demande.part && demande.part <= demande.parts) return;
     }
-    std::istream& entree = fichier.empty() ? std::cin : fichierEntree;
-    std::ostream& sortie = fichierSortie.empty() ? std::cout : versFichier;
-    const std::string nom = fichier.empty() ? "standard input" : fichier;
+    throw ErreurEntree("--shard: \"" + std::string(texte) + "\" is not i/n, with i from 1 to n");
+}
 
-    Statut statut = Calcule;
-    std::string ligne;
-    for (int numero = 1; std::getline(entree, ligne); ++numero) {
-        try {
-            kv::Return retour = outil::LisRetour(ligne, nom, numero);
-            outil::EcritResultat(sortie, retour.set_law(loi.loi).compute(), loi, forme);
-            for (const std::string& message : retour.warnings())
-                std::cerr << nom << ':' << numero << ": warning: " << message << '\n';
-        } catch (const std::runtime_error& e) {  // the line is no return, or its computation failed
-            outil::EcritErreur(sortie, e.what());
-            statut = Echec;
-        }
-    }
-    if (entree.bad()) throw ErreurEntree(nom + ": cannot be read");
-    Vide(sortie, fichierSortie.empty() ? sortieStandard : fichierSortie);
-    return statut;
+int Table(outil::DemandeTable& demande, const std::string& lancement, const std::string& part,
+          const std::string& fichierLoi) {
+    if (!lancement.empty()) demande.lancement = outil::LancementDeNom(lancement);
+    if (!part.empty()) LisPart(part, demande);
+    if (demande.reprend && outil::EstStandard(demande.sortie))
+        throw ErreurEntree("--resume needs a file to resume, -o");
+    return outil::CalculeTable(demande, LisLoi(fichierLoi)) == 0 ? Calcule : Echec;
 }
 
 }  // namespace
@@ -103,32 +67,74 @@ int main(int argc, char** argv) {
     CLI::App app{"Computes French income-tax returns (form 2042, income of 2017)."};
     app.set_version_flag("--version", std::string("kvcalcul ") + kv_version());
     app.footer(
-        "Exit status: 0 computed; 1 the computation failed, or a line of a batch could not be read or computed; 2 bad\n"
-        "usage or input.");
+        "Exit status: 0 computed; 1 the computation failed, or a line of a batch or a row of a table could not be read "
+        "or\n"
+        "computed; 2 bad usage or input.");
     app.require_subcommand(1);
-    std::string fichier, sortie, motif, loi;
+    std::string fichier, sortie, motif, loi, lancement, part;
+    std::int64_t foyers = 0;
+    std::uint64_t graine = 2017;
+    std::int32_t threads = 0;
+    outil::DemandeTable demande;
+    auto bavardage = outil::Bavardage::Ordinaire;
     bool json = false, complet = false, reductions = false, compare = false, markdown = false;
-    CLI::Option *drapeauComplet = nullptr, *optionLoi = nullptr;
+    CLI::Option* drapeauComplet = nullptr;
     const auto formes = [&](CLI::App* commande) {
         auto* drapeauJson = commande->add_flag("--json", json, "print the non-zero outputs by name");
         drapeauComplet =
             commande
                 ->add_flag("--full", complet, "print value, columns and text of every output, entries, carry-forwards")
                 ->excludes(drapeauJson);
-        optionLoi =
-            commande->add_option("--law", loi, "a reform in JSON: figures of the law by name, over those of the year");
+    };
+    const auto avecLoi = [&](CLI::App* commande) {
+        return commande->add_option("--law", loi,
+                                    "a reform in JSON: figures of the law by name, over those of the year");
+    };
+    // Long works: from a file to a file, on many threads.
+    const auto longTravail = [&](CLI::App* commande, const char* lu, const char* ecrit) {
+        commande->add_option("IN", fichier, std::string(lu) + " (default: standard input)");
+        commande->add_option("-o", sortie, std::string(ecrit) + " (default: standard output)");
+        commande->add_option("--threads", threads, "how many threads compute (default: one a processor)")
+            ->check(CLI::Range(1, 4096));
+        CLI::Option* silence = commande->add_flag_callback(
+            "--quiet", [&] { bavardage = outil::Bavardage::Silencieux; }, "print errors alone on standard error");
+        commande
+            ->add_flag_callback(
+                "--progress", [&] { bavardage = outil::Bavardage::Constant; },
+                "tell how far it is on standard error, even where it is no terminal")
+            ->excludes(silence);
     };
 
     CLI::App* run = app.add_subcommand("run", "compute one return and print a summary");
     run->add_option("FILE", fichier, "a return in JSON")->required();
     formes(run);
+    CLI::Option* optionLoi = avecLoi(run);
     run->add_flag("--compare", compare, "print the figures of both laws where they differ")
         ->needs(optionLoi)
         ->excludes(drapeauComplet);
     CLI::App* batch = app.add_subcommand("batch", "compute one return per line, write one result per line");
-    batch->add_option("IN", fichier, "returns, one per line (default: standard input)");
-    batch->add_option("-o", sortie, "results (default: standard output)");
+    longTravail(batch, "returns, one per line", "results");
     formes(batch);
+    avecLoi(batch);
+    CLI::App* table =
+        app.add_subcommand("table", "compute one return per row of a CSV, write one row of figures per row");
+    longTravail(table, "CSV: columns named like boxes are entries, others pass through", "CSV");
+    table
+        ->add_option("--outputs", demande.figures,
+                     "figures to write, such as TOT_PAYER,CO_19.c2: outputs, their columns, carry-forwards")
+        ->delimiter(',')
+        ->required();
+    avecLoi(table);
+    table->add_option("--launch", lancement, "the launch of every return (default: normal)");
+    table->add_option("--shard", part, "i/n: compute the i-th of n parts, every n-th row");
+    table->add_flag("--resume", demande.reprend, "go on with a result that was cut short, instead of writing over it");
+    CLI::App* population = app.add_subcommand(
+        "population", "write a made-up population of plausible households, as a CSV for table; nobody's returns");
+    population->add_option("N", foyers, "how many households")
+        ->required()
+        ->check(CLI::Range(std::int64_t{1}, std::numeric_limits<std::int64_t>::max()));
+    population->add_option("--seed", graine, "the same seed gives the same households")->capture_default_str();
+    population->add_option("-o", sortie, "CSV (default: standard output)");
     CLI::App* boxes = app.add_subcommand("boxes", "list the boxes, or find some with what they mean");
     CLI::Option* optionMotif =
         boxes->add_option("PATTERN", motif, "find the boxes whose name contains this text, or whose label its words");
@@ -152,7 +158,15 @@ int main(int argc, char** argv) {
     try {
         if (*run && compare) return Compare(fichier, loi, json);
         if (*run) return Run(fichier, loi, complet ? Forme::Complet : json ? Forme::Json : Forme::Resume);
-        if (*batch) return Batch(fichier, sortie, loi, complet ? Forme::Complet : Forme::Json);
+        if (*batch) {
+            const Forme forme = complet ? Forme::Complet : Forme::Json;
+            return outil::CalculeLot({fichier, sortie, forme, threads, bavardage}, LisLoi(loi)) ? Calcule : Echec;
+        }
+        if (*table) {
+            demande.entree = fichier, demande.sortie = sortie, demande.threads = threads, demande.bavardage = bavardage;
+            return Table(demande, lancement, part, loi);
+        }
+        if (*population) return outil::EcritPopulation(sortie, foyers, graine), Calcule;
         if (*parametres)
             outil::EcritLoi(std::cout, motif, json);
         else if (*schema)
@@ -167,7 +181,7 @@ int main(int argc, char** argv) {
             outil::EcritCatalogues(std::cout);
         else if (!outil::EcritBoites(std::cout, motif))
             throw ErreurEntree("no box has \"" + motif + "\" in its name or label" + outil::BoitesProches(motif));
-        Vide(std::cout, sortieStandard);
+        outil::Sortie("").Vide();
         return Calcule;
     } catch (const ErreurEntree& e) {
         std::cerr << e.what() << '\n';

@@ -1,0 +1,65 @@
+#include "tools/Csv.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <sstream>
+
+namespace {
+
+using Enregistrements = std::vector<std::vector<std::string>>;
+
+Enregistrements Lus(const std::string& texte, char* separateur = nullptr) {
+    std::istringstream entree(texte);
+    outil::LecteurCsv lecteur(entree);
+    if (separateur) *separateur = lecteur.Separateur();
+    Enregistrements lus;
+    for (std::vector<std::string_view> champs; lecteur.Suivant(champs);) lus.emplace_back(champs.begin(), champs.end());
+    EXPECT_EQ(lecteur.Octets(), std::ssize(texte));
+    EXPECT_EQ(lecteur.Complet(), texte.empty() || texte.back() == '\n');
+    return lus;
+}
+
+TEST(Csv, FieldsAsSpreadsheetsWriteThem) {
+    char separateur = 0;
+    EXPECT_EQ(Lus("a,b\n1,2\n"), (Enregistrements{{"a", "b"}, {"1", "2"}}));
+    EXPECT_EQ(Lus("\xEF\xBB\xBFid;\"x,y\"\r\n;\r\n\r\n5;6", &separateur),
+              (Enregistrements{{"id", "x,y"}, {"", ""}, {"5", "6"}}));
+    EXPECT_EQ(separateur, ';');
+    EXPECT_EQ(Lus("\"a;b\"\tc\n", &separateur), (Enregistrements{{"a;b", "c"}}));
+    EXPECT_EQ(separateur, '\t');
+    EXPECT_EQ(Lus("alone\n\"1;2\"\n", &separateur), (Enregistrements{{"alone"}, {"1;2"}}));
+    EXPECT_EQ(separateur, ',');
+    EXPECT_EQ(Lus("\"a \"\"quoted\"\" word\",\"two\nlines\r\n\",\"\"\n,,\n"),
+              (Enregistrements{{"a \"quoted\" word", "two\nlines\r\n", ""}, {"", "", ""}}));
+    EXPECT_EQ(Lus(""), Enregistrements{});
+    EXPECT_EQ(Lus("\n\r\n"), Enregistrements{});
+    EXPECT_EQ(Lus("a,\"never closed\nb"), (Enregistrements{{"a", "never closed\nb"}}));
+}
+
+// Records of any length, whatever stands in them, are read as they were written.
+TEST(Csv, WhatIsWrittenIsReadAgain) {
+    std::mt19937 hasard(16);
+    const char signes[] = "a1.,;\"\n\r \xC3\xA9";
+    for (const char separateur : {',', ';'}) {
+        Enregistrements attendus = {{"id", "x"}};
+        std::string texte = std::string("id") + separateur + "x\n";
+        for (int i = 0; i < 2000; ++i) {
+            auto& champs = attendus.emplace_back();
+            for (std::size_t j = 0, n = 2 + hasard() % 5; j < n; ++j) {
+                // One field is longer than what is read at once.
+                const std::size_t taille = i == 1000 && j == 1 ? 700'000
+                                           : hasard() % 8 == 0 ? hasard() % 2000
+                                                               : hasard() % 8;
+                std::string& champ = champs.emplace_back();
+                while (champ.size() < taille) champ += signes[hasard() % (sizeof signes - 1)];
+                if (j > 0) texte += separateur;
+                outil::EcritChamp(texte, champ, separateur);
+            }
+            texte += hasard() % 2 ? "\n" : "\r\n";
+        }
+        EXPECT_TRUE(Lus(texte) == attendus);
+    }
+}
+
+}  // namespace
