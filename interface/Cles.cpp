@@ -94,4 +94,10 @@ LectureCle<CleFigure> LisCleFigure(std::string_view nom) {
     return {.cle = cle};
 }
 
+LectureCle<FigureLue> LisFigure(const char* nom) {
+    if (!nom) return {.cle = {{}, true}};
+    auto [cle, statut, message] = LisCleFigure(nom);
+    return {.cle = {cle, false}, .statut = statut, .message = std::move(message)};
+}
+
 }  // namespace kv

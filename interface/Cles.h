@@ -25,7 +25,7 @@ struct CleSaisie {
 struct CleFigure {
     CaseSortie sortie;
     std::size_t colonne = 0;  ///< 0: the value
-    CaseReport report;        ///< where the figure is a carry-forward box
+    CaseReport report = {};   ///< where the figure is a carry-forward box
 };
 
 /// A name read, or why it is none: a status, and a message with the nearest names.
@@ -37,6 +37,14 @@ struct LectureCle {
 };
 LectureCle<CleSaisie> LisCleSaisie(std::string_view nom);
 LectureCle<CleFigure> LisCleFigure(std::string_view nom);
+
+/// A figure that a host looks at: one of the computation, or the net amount, what is paid less what is refunded.
+struct FigureLue {
+    CleFigure cle;
+    bool net = false;
+};
+/// A name of a figure; null for the net amount.
+LectureCle<FigureLue> LisFigure(const char* nom);
 
 /// "ti": an area by name.
 const char* NomAire(Aire aire);

@@ -1,12 +1,12 @@
+#include "interface/Populations.h"
+
 #include <algorithm>
 #include <atomic>
 #include <limits>
 #include <memory_resource>
 #include <thread>
 
-#include "Calcul/pCalculN/Reports.h"
-#include "interface/Cles.h"
-#include "interface/Retour.h"
+#include "interface/Atelier.h"
 
 // Many returns in columns. Each worker computes in a place of its own, which it keeps from row to row: a row allocates
 // nothing that an earlier one has not.
@@ -26,19 +26,9 @@ struct ColonneFigure {
 
 // What every row has in common, and how far the workers are.
 struct Tableau {
-    Tableau(const Demande& demande, const kv_columns& columns)
-        : modele(SansNonSaisis(demande.saisie)),
-          exceptionnels(SansNonSaisis(demande.exceptionnels)),
-          periode(PeriodeDe(demande)),
-          lancement(LancementDe(demande)),
-          loi(demande.loi, demande.indexation),
-          demandees(columns) {}
+    Tableau(const Demande& demande, const kv_columns& columns) : cadre(demande), demandees(columns) {}
 
-    const Saisie modele;
-    const Exceptionnels exceptionnels;
-    const TPeriode periode;
-    const Lancement lancement;
-    const LoiAppliquee loi;
+    const Cadre cadre;
     const kv_columns& demandees;
     std::vector<ColonneSaisie> saisies;
     std::vector<ColonneFigure> figures;
@@ -65,10 +55,10 @@ void NoteLigne(const Tableau& t, std::int64_t ligne, kv_status statut) {
 
 class Ouvrier {
   public:
-    explicit Ouvrier(Tableau& tableau) : t(tableau) {
+    explicit Ouvrier(Tableau& tableau) : t(tableau), m_atelier(t.cadre) {
         for (const auto& [cle, valeurs] : t.saisies)
             if (!cle.coefficient)
-                m_montants.push_back({valeurs, &Montant(m_saisie, cle.aire, Place(cle.aire, cle.box)), cle});
+                m_montants.push_back({valeurs, &Montant(m_atelier.saisie, cle.aire, Place(cle.aire, cle.box)), cle});
             else
                 m_exceptionnelles.push_back({cle, valeurs});
     }
@@ -93,27 +83,17 @@ class Ouvrier {
 
   private:
     void Calcule(std::int64_t ligne) {
-        m_saisie = t.modele;
+        m_atelier.Recommence();
         for (const auto& [de, vers, cle] : m_montants) *vers = SansNonSaisi(cle.aire, cle.box, de[ligne]);
-        m_exceptionnels = t.exceptionnels;
         for (const auto& [cle, valeurs] : m_exceptionnelles)
             if (const std::int32_t montant = nValForc(valeurs[ligne], 0); montant != 0)
-                m_exceptionnels.Pose(cle.box, *cle.coefficient, montant);
-        m_lignes.PosePlafonds({});  // those of another household
-        m_calculateur.emplace(m_saisie, m_exceptionnels, m_lignes, t.lancement, t.loi, &m_reserve);
-        m_calculateur->Calcul(t.periode);
-        m_calculateur->Calcul_ISF();
-        if (t.avecReports) {
-            m_reports = {};
-            RemplitReports(m_saisie, m_lignes, m_reports);
-        }
-        for (const auto& [cle, valeurs] : t.figures)
-            valeurs[ligne] = cle.report ? m_reports[cle.report] : Figure(m_lignes.Lit(cle.sortie), cle.colonne);
+                m_atelier.exceptionnels.Pose(cle.box, *cle.coefficient, montant);
+        m_atelier.Calcule(t.avecReports);
+        for (const auto& [cle, valeurs] : t.figures) valeurs[ligne] = m_atelier.Lit(cle);
     }
 
     Tableau& t;
-    Saisie m_saisie;
-    Exceptionnels m_exceptionnels;
+    Atelier m_atelier;
     struct Montants {
         const std::int32_t* de;
         std::int32_t* vers;
@@ -121,28 +101,24 @@ class Ouvrier {
     };
     std::vector<Montants> m_montants;
     std::vector<ColonneSaisie> m_exceptionnelles;
-    Lignes m_lignes;
-    ZoneReport m_reports;
-    std::pmr::unsynchronized_pool_resource m_reserve;
-    std::optional<Calculateur> m_calculateur;
 };
 
-kv_status LisColonnes(kv_return& r, const kv_columns& columns, Tableau& t) {
+kv_status LisColonnes(const kv_columns& columns, Tableau& t, Message& refus) {
     const auto nulle = [&](const auto& colonne) { return !colonne.name || (!colonne.values && columns.rows > 0); };
     for (std::int32_t i = 0; i < columns.input_count; ++i) {
         const kv_input_column& colonne = columns.inputs[i];
-        if (nulle(colonne)) return r.message.Refuse(KV_NULL);
+        if (nulle(colonne)) return refus.Refuse(KV_NULL);
         const auto [cle, statut, message] = LisCleSaisie(colonne.name);
-        if (statut != KV_OK) return r.message.Refuse(statut, message);
+        if (statut != KV_OK) return refus.Refuse(statut, message);
         if (std::any_of(t.saisies.begin(), t.saisies.end(), [&, &lue = cle](const auto& c) { return c.cle == lue; }))
-            return r.message.Refuse(KV_BAD_VALUE, std::string(colonne.name) + " stands in two columns");
+            return refus.Refuse(KV_BAD_VALUE, std::string(colonne.name) + " stands in two columns");
         t.saisies.push_back({cle, colonne.values});
     }
     for (std::int32_t i = 0; i < columns.output_count; ++i) {
         const kv_output_column& colonne = columns.outputs[i];
-        if (nulle(colonne)) return r.message.Refuse(KV_NULL);
+        if (nulle(colonne)) return refus.Refuse(KV_NULL);
         const auto [cle, statut, message] = LisCleFigure(colonne.name);
-        if (statut != KV_OK) return r.message.Refuse(statut, message);
+        if (statut != KV_OK) return refus.Refuse(statut, message);
         t.figures.push_back({cle, colonne.values});
         t.avecReports = t.avecReports || cle.report;
     }
@@ -176,9 +152,11 @@ void EnParallele(std::size_t n, Fonction f) {
 #endif
 }
 
-kv_status Calcule(kv_return& r, const kv_columns& columns) {
-    Tableau t(r.demande, columns);
-    if (const kv_status statut = LisColonnes(r, columns, t); statut != KV_OK) return statut;
+}  // namespace
+
+kv_status kv::CalculeColonnes(const Demande& demande, const kv_columns& columns, Message& refus) {
+    Tableau t(demande, columns);
+    if (const kv_status statut = LisColonnes(columns, t, refus); statut != KV_OK) return statut;
     std::int64_t dites = 0;
     const auto rendCompte = [&](std::int64_t faites) {
         dites = faites;
@@ -203,10 +181,8 @@ kv_status Calcule(kv_return& r, const kv_columns& columns) {
     const std::int64_t atteintes = std::min(t.prochaine.load(), columns.rows);
     for (std::int64_t ligne = atteintes; ligne < columns.rows; ++ligne) NoteLigne(t, ligne, KV_CANCELLED);
     if (atteintes < std::min(columns.rows, premiere.ligne)) premiere = {atteintes, KV_CANCELLED};
-    return premiere.statut == KV_OK ? KV_OK : r.message.Refuse(premiere.statut);
+    return premiere.statut == KV_OK ? KV_OK : refus.Refuse(premiere.statut);
 }
-
-}  // namespace
 
 kv_status kv_compute_columns(kv_return* r, const kv_columns* columns) {
     return Avec(
@@ -217,7 +193,7 @@ kv_status kv_compute_columns(kv_return* r, const kv_columns* columns) {
                 return retour.message.Refuse(KV_BAD_VALUE, "a number of rows, columns or threads is negative");
             if ((!columns->inputs && columns->input_count > 0) || (!columns->outputs && columns->output_count > 0))
                 return retour.message.Refuse(KV_NULL);
-            return Calcule(retour, *columns);
+            return CalculeColonnes(retour.demande, *columns, retour.message);
         },
         columns);
 }

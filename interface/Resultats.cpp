@@ -12,14 +12,16 @@ namespace {
 
 double DateDe(std::int32_t aaaammjj) { return Date(aaaammjj / 10000, aaaammjj / 100 % 100, aaaammjj % 100); }
 
-std::shared_ptr<const Resultats> Calcule(const Demande& demande) {
+// ouvreTrace: called with the computation before it begins.
+template <class Fonction>
+std::shared_ptr<const Resultats> Calcule(const Demande& demande, Fonction ouvreTrace) {
     Saisie saisie = SansNonSaisis(demande.saisie);
     const Exceptionnels exceptionnels = SansNonSaisis(demande.exceptionnels);
     const LoiAppliquee loi(demande.loi, demande.indexation);
     auto resultats = std::make_shared_for_overwrite<Resultats>();  // its lines clear themselves
     const auto calculateur =
         std::make_unique<Calculateur>(saisie, exceptionnels, resultats->lignes, LancementDe(demande), loi);
-    calculateur->OuvreTrace();
+    ouvreTrace(*calculateur);
     const TPeriode periode = PeriodeDe(demande);
     calculateur->Calcul(periode);
     calculateur->Calcul_ISF();
@@ -58,7 +60,25 @@ Lancement kv::LancementDe(const Demande& demande) {
 }
 
 kv_status kv_compute(kv_return* r) {
-    return Avec(r, [](kv_return& retour) { return retour.resultats = Calcule(retour.demande), KV_OK; });
+    return Avec(r, [](kv_return& retour) {
+        return retour.resultats = Calcule(retour.demande, [](Calculateur& c) { c.OuvreTrace(); }), KV_OK;
+    });
+}
+
+kv_status kv_compute_traced(kv_return* r, kv_trace_line line, void* context) {
+    struct Lecteur {
+        kv_trace_line line;
+        void* context;
+    } lecteur{line, context};
+    const auto recoit = [](std::u16string_view ligne, void* contexte) {
+        const Lecteur& l = *static_cast<Lecteur*>(contexte);
+        l.line(VersUtf8(ligne).c_str(), l.context);
+    };
+    return Avec(r, [&](kv_return& retour) {
+        if (!line) return retour.message.Refuse(KV_NULL);
+        const auto ouvre = [&](Calculateur& c) { c.OuvreTrace(recoit, &lecteur); };
+        return retour.resultats = Calcule(retour.demande, ouvre), kv_status{KV_OK};
+    });
 }
 
 kv_status kv_read(kv_return* r, const char* name, int32_t* value) {

@@ -33,12 +33,19 @@ struct Resultats {
     std::optional<OptionsComparees> options;
 };
 
+/// What an amount does to a figure, as kv_effect tells it.
+struct Effet {
+    std::string nom;
+    std::int32_t entree, montant, sans, ajout, avec;
+};
+
 }  // namespace kv
 
 struct kv_return {
     kv::Demande demande;
     std::shared_ptr<const kv::Resultats> resultats;  ///< of the last computation; copies share them
     std::vector<std::string> avertissements;         ///< of the last check
+    std::vector<kv::Effet> effets;                   ///< that were looked for last
     kv::Message message;
 };
 

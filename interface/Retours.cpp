@@ -50,7 +50,7 @@ kv_status kv_return_create(kv_return** created) {
 kv_status kv_return_copy(const kv_return* original, kv_return** copy) {
     if (!original || !copy) return KV_NULL;
     return Repond(SansMessage(), [&] {
-        return *copy = new kv_return{original->demande, original->resultats, {}, {}}, KV_OK;
+        return *copy = new kv_return{original->demande, original->resultats, {}, {}, {}}, KV_OK;
     });
 }
 
@@ -61,6 +61,7 @@ kv_status kv_return_clear(kv_return* r) {
         retour.demande = {};
         retour.resultats.reset();
         retour.avertissements.clear();
+        retour.effets.clear();
         return KV_OK;
     });
 }

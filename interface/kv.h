@@ -394,6 +394,77 @@ typedef struct kv_columns {
     KV_CANCELLED: the rows that were not reached have it as their status. The message is that of r. */
 KV_PUBLIC kv_status kv_compute_columns(kv_return* r, const kv_columns* columns);
 
+/* ---- What would change a figure. --------------------------------------------------------------------------------- */
+
+/* Below, a figure is named as in kv_read; null stands for the net amount, S_NET_A_PAYER less S_NET_RESTITUE: what the
+   household pays, or, negative, what it is refunded. Nothing of the return is changed, and its results stand. */
+
+/** What an amount that a return sets does to a figure. */
+typedef struct kv_effect {
+    size_t size;      /**< sizeof(kv_effect) */
+    const char* name; /**< the amount by its name, as in kv_set; it lives as long as the list of kv_effects */
+    int32_t entry;    /**< the number of its entry box */
+    int32_t amount;   /**< what the return sets */
+    int32_t without;  /**< the figure when nothing is set there */
+    int32_t change;   /**< what a second change adds: 100 euros, 1 of a count; a tick is toggled; 0 for other kinds */
+    int32_t changed;  /**< the figure then */
+} kv_effect;
+
+/** Computes the return again without each of its amounts that are not 0, and with some more of each. value receives the
+    figure, count how many amounts there are; kv_effect_at reads them, the most telling first: those without which the
+    figure differs most, then those of which some more changes it most. KV_NULL, KV_UNKNOWN (the message names the
+    nearest), KV_NO_MEMORY, KV_FAILED. */
+KV_PUBLIC kv_status kv_effects(kv_return* r, const char* figure, int32_t* value, int32_t* count);
+/** One of the effects that the last kv_effects on this return found, numbered from 0. They live until the next
+    kv_effects, or until the return is cleared or freed. KV_NULL, KV_UNKNOWN, KV_BAD_SIZE. */
+KV_PUBLIC kv_status kv_effect_at(kv_return* r, int32_t index, kv_effect* effect);
+
+/** The values that one amount of a return takes in turn. */
+typedef struct kv_range {
+    size_t size;          /**< sizeof(kv_range) */
+    const char* amount;   /**< its name, as in kv_set */
+    int32_t from;         /**< euros, or what the box holds; -1 000 000 000 to 1 000 000 000 */
+    int32_t to;           /**< from or more, as far as that */
+    int32_t step;         /**< 1 or more; kv_breaks looks at every whole amount, whatever it is */
+    int32_t threads;      /**< how many threads compute, this one among them; 0: one a processor */
+    const char* figure;   /**< what is looked at */
+    kv_progress progress; /**< null for none; rows are amounts */
+    void* context;        /**< handed to progress */
+} kv_range;
+
+/** A figure as one amount grows: from, from + step, ... as far as to. count receives how many amounts that is; each
+    array that is not null the first capacity of them: the amount, the figure, its average rate (figure / amount, 0 for
+    the amount 0) and its marginal rate ((figure at amount + step - figure) / step), both in euros per euro. KV_NULL (r,
+    range, count), KV_BAD_SIZE, KV_UNKNOWN, KV_NO_AMOUNT, KV_BAD_VALUE (the bounds or the step), KV_NO_MEMORY,
+   KV_FAILED, KV_CANCELLED: nothing but count is sure then. KV_TOO_SMALL when there are more than capacity: count alone
+   is written. */
+KV_PUBLIC kv_status kv_curve(kv_return* r, const kv_range* range, int32_t* amounts, int32_t* values, double* average,
+                             double* marginal, int32_t capacity, int32_t* count);
+
+/** A stretch of amounts along which a figure is a straight line, to one euro. */
+typedef struct kv_piece {
+    int32_t from;  /**< the first amount */
+    int32_t to;    /**< the last one; the next stretch begins at to + 1 */
+    double rate;   /**< euros per euro, 9 decimals */
+    int32_t value; /**< the figure at from */
+} kv_piece;
+
+/** Cuts a range into straight pieces: at every whole amount of a piece the figure is value + rate * (amount - from), to
+    one euro, and no longer piece that begins there has such a rate. Every amount of the range is computed. count
+    receives how many pieces there are, pieces the first capacity of them. Statuses as kv_curve; KV_TOO_SMALL when there
+    are more than capacity: count and the first ones are written all the same. */
+KV_PUBLIC kv_status kv_breaks(kv_return* r, const kv_range* range, kv_piece* pieces, int32_t capacity, int32_t* count);
+
+/* ---- How it went. ------------------------------------------------------------------------------------------------ */
+
+/** Called with each line of a trace in its order, UTF-8 with a terminating zero, and the context of the call. It must
+    not throw. */
+typedef void (*kv_trace_line)(const char* line, void* context);
+
+/** Computes the return as kv_compute does, and tells each step, value and re-run, indented by level. A computation that
+    is traced passes over nothing, and finds the same. As kv_compute. */
+KV_PUBLIC kv_status kv_compute_traced(kv_return* r, kv_trace_line line, void* context);
+
 #ifdef __cplusplus
 }
 #endif

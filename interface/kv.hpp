@@ -318,6 +318,60 @@ class Return {
         check(kv_compute_columns(handle(), &columns));
     }
 
+    // ---- What would change a figure; null for the net amount.
+
+    struct Effects {
+        int32_t value = 0;               ///< the figure as it is
+        std::vector<kv_effect> amounts;  ///< the most telling first; their names live until the next call
+    };
+    Effects effects(const char* figure = nullptr) const {
+        Effects found;
+        int32_t count = 0;
+        check(kv_effects(handle(), figure, &found.value, &count));
+        found.amounts.resize(static_cast<std::size_t>(count));
+        for (int32_t i = 0; i < count; ++i) {
+            kv_effect& effect = found.amounts[static_cast<std::size_t>(i)];
+            effect.size = sizeof effect;
+            check(kv_effect_at(handle(), i, &effect));
+        }
+        return found;
+    }
+    struct Curve {
+        std::vector<int32_t> amounts, values;
+        std::vector<double> average, marginal;
+    };
+    /// The size of the range is set here, as in breaks.
+    Curve curve(kv_range range) const {
+        range.size = sizeof range;
+        int32_t count = 0;
+        const kv_status status = kv_curve(handle(), &range, nullptr, nullptr, nullptr, nullptr, 0, &count);
+        if (status != KV_TOO_SMALL) check(status);
+        const auto n = static_cast<std::size_t>(count);
+        Curve c{std::vector<int32_t>(n), std::vector<int32_t>(n), std::vector<double>(n), std::vector<double>(n)};
+        check(kv_curve(handle(), &range, c.amounts.data(), c.values.data(), c.average.data(), c.marginal.data(), count,
+                       &count));
+        return c;
+    }
+    std::vector<kv_piece> breaks(kv_range range) const {
+        range.size = sizeof range;
+        std::vector<kv_piece> pieces(4096);
+        int32_t count = 0;
+        kv_status status;
+        while ((status = kv_breaks(handle(), &range, pieces.data(), static_cast<int32_t>(pieces.size()), &count)) ==
+               KV_TOO_SMALL)
+            pieces.resize(static_cast<std::size_t>(count));
+        check(status);
+        pieces.resize(static_cast<std::size_t>(count));
+        return pieces;
+    }
+
+    /// Computes, and calls line(text) for each line of the trace.
+    template <class Line>
+    Return& compute_traced(Line line) {
+        return done(kv_compute_traced(
+            handle(), [](const char* text, void* context) { (*static_cast<Line*>(context))(text); }, &line));
+    }
+
     kv_return* handle() const noexcept { return m_return.get(); }
 
   private:

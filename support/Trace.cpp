@@ -51,7 +51,7 @@ Trace::~Trace() {
 
 void Trace::SupprimeFichier() const {
     std::error_code erreur;
-    if (m_bTrace) std::filesystem::remove(Chemin(m_sFichierTrace), erreur);
+    if (m_ecritLeFichier) std::filesystem::remove(Chemin(m_sFichierTrace), erreur);
 }
 
 void Trace::Valeur(std::u16string_view nom, std::int32_t valeur) const noexcept {
@@ -60,8 +60,10 @@ void Trace::Valeur(std::u16string_view nom, std::int32_t valeur) const noexcept 
 }
 
 void Trace::Ecrit(std::int32_t niveau, std::u16string_view texte) const noexcept {
-    Protege(source,
-            [&] { WriteLog(m_sFichierTrace, HeureDuJour() + u" : " + EspacesNiveau(niveau) + std::u16string(texte)); });
+    Protege(source, [&] {
+        const std::u16string ligne = HeureDuJour() + u" : " + EspacesNiveau(niveau) + std::u16string(texte);
+        m_recoit ? m_recoit(ligne, m_contexte) : WriteLog(m_sFichierTrace, ligne);
+    });
 }
 
 }  // namespace kv

@@ -24,6 +24,12 @@ struct Trace {
     /// Turns the trace on when the marker file of this host exists: KV_TEMP/<host>.inf in the temporary directory, both
     /// the user's own. Whatever stands in the way means no trace.
     void Ouvre() noexcept;
+    /// Turns the trace on; its lines go to a function, which does not throw, instead of a file.
+    using Recoit = void (*)(std::u16string_view ligne, void* contexte);
+    void Ouvre(Recoit recoit, void* contexte) noexcept {
+        m_recoit = recoit, m_contexte = contexte;
+        m_bTrace = true;
+    }
     /// Deletes the file of an earlier launch.
     void SupprimeFichier() const;
 
@@ -41,6 +47,8 @@ struct Trace {
   private:
     void Ecrit(std::int32_t niveau, std::u16string_view texte) const noexcept;
 
+    Recoit m_recoit = nullptr;
+    void* m_contexte = nullptr;
     bool m_ecritLeFichier = false;  ///< this computation is the one that writes the process's file
 };
 

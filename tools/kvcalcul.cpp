@@ -2,9 +2,11 @@
 #include <charconv>
 #include <iostream>
 #include <limits>
+#include <sstream>
 #include <string_view>
 
 #include "Boites.h"
+#include "Effets.h"
 #include "Lot.h"
 #include "Population.h"
 #include "Table.h"
@@ -24,17 +26,28 @@ outil::LoiNommee LisLoi(const std::string& fichier) {
     return fichier.empty() ? outil::LoiNommee() : outil::LisReforme(Entree::Contenu(fichier), fichier);
 }
 
-int Run(const std::string& fichier, const std::string& fichierLoi, Forme forme) {
-    const outil::LoiNommee loi = LisLoi(fichierLoi);
+// A return of a file under the law of a call.
+kv::Return LisRetour(const std::string& fichier, const outil::LoiNommee& loi) {
     kv::Return retour = outil::LisRetour(Entree::Contenu(fichier), fichier);
-    outil::EcritResultat(std::cout, retour.set_law(loi.loi).compute(), loi, forme);
+    retour.set_law(loi.loi);
+    return retour;
+}
+
+// trace: the steps go to standard error.
+int Run(const std::string& fichier, const outil::LoiNommee& loi, Forme forme, bool trace) {
+    kv::Return retour = LisRetour(fichier, loi);
+    if (trace)
+        retour.compute_traced([](const char* ligne) { std::cerr << ligne << '\n'; });
+    else
+        retour.compute();
+    outil::EcritResultat(std::cout, retour, loi, forme);
     outil::Sortie("").Vide();
     return Calcule;
 }
 
 int Compare(const std::string& fichier, const std::string& fichierLoi, bool json) {
     const outil::LoiNommee annee, reforme = LisLoi(fichierLoi);
-    kv::Return avant = outil::LisRetour(Entree::Contenu(fichier), fichier), apres = avant;
+    kv::Return avant = LisRetour(fichier, annee), apres = avant;
     outil::EcritComparaison(std::cout, avant.compute(), annee, apres.set_law(reforme.loi).compute(), reforme, json);
     outil::Sortie("").Vide();
     return Calcule;
@@ -49,6 +62,22 @@ void LisPart(std::string_view texte, outil::DemandeTable& demande) {
         if (parts.ec == std::errc() && parts.ptr == fin && 1 <= demande.part && demande.part <= demande.parts) return;
     }
     throw ErreurEntree("--shard: \"" + std::string(texte) + "\" is not i/n, with i from 1 to n");
+}
+
+int Courbe(const std::string& fichier, const outil::LoiNommee& loi, const outil::DemandeCourbe& demande,
+           const std::string& image) {
+    const kv::Return retour = LisRetour(fichier, loi);
+    if (!image.empty()) {
+        std::ostringstream dessin;
+        outil::DessineCourbe(dessin, retour, demande);
+        outil::Sortie vers(image);
+        vers.Ecrit(std::move(dessin).str());
+        vers.Vide();
+        if (outil::EstStandard(image)) return Calcule;
+    }
+    outil::EcritCourbe(std::cout, retour, demande);
+    outil::Sortie("").Vide();
+    return Calcule;
 }
 
 int Table(outil::DemandeTable& demande, const std::string& lancement, const std::string& part,
@@ -71,13 +100,14 @@ int main(int argc, char** argv) {
         "or\n"
         "computed; 2 bad usage or input.");
     app.require_subcommand(1);
-    std::string fichier, sortie, motif, loi, lancement, part;
+    std::string fichier, sortie, motif, loi, lancement, part, figure, image;
+    outil::DemandeCourbe intervalle;
     std::int64_t foyers = 0;
     std::uint64_t graine = 2017;
     std::int32_t threads = 0;
     outil::DemandeTable demande;
     auto bavardage = outil::Bavardage::Ordinaire;
-    bool json = false, complet = false, reductions = false, compare = false, markdown = false;
+    bool json = false, complet = false, reductions = false, compare = false, markdown = false, trace = false;
     CLI::Option* drapeauComplet = nullptr;
     const auto formes = [&](CLI::App* commande) {
         auto* drapeauJson = commande->add_flag("--json", json, "print the non-zero outputs by name");
@@ -112,6 +142,29 @@ int main(int argc, char** argv) {
     run->add_flag("--compare", compare, "print the figures of both laws where they differ")
         ->needs(optionLoi)
         ->excludes(drapeauComplet);
+    run->add_flag("--trace", trace, "tell each step, value and re-run on standard error")->excludes("--compare");
+    CLI::App* effets = app.add_subcommand("effects", "what each amount of a return does to a figure");
+    effets->add_option("FILE", fichier, "a return in JSON")->required();
+    effets->add_option("OUTPUT", figure, "TOT_PAYER, CO_19.c2, F11_6FL (default: the net amount)");
+    effets->add_flag("--json", json, "print a JSON object");
+    avecLoi(effets);
+    const auto surUnIntervalle = [&](CLI::App* commande) {
+        commande->add_option("FILE", fichier, "a return in JSON")->required();
+        commande->add_option("--box", intervalle.montant, "the amount that grows: 1AJ, ti.4BE, quotient.4.1AJ")
+            ->required();
+        commande->add_option("--from", intervalle.de, "its first value")->capture_default_str();
+        commande->add_option("--to", intervalle.a, "its last value")->required();
+        commande->add_option("--output", intervalle.figure, "TOT_PAYER, CO_19.c2, F11_6FL (default: the net amount)");
+        avecLoi(commande);
+    };
+    CLI::App* courbe =
+        app.add_subcommand("curve", "a figure, its average and marginal rate as an amount grows, as CSV");
+    surUnIntervalle(courbe);
+    courbe->add_option("--step", intervalle.pas, "from one value to the next")->required();
+    courbe->add_option("--svg", image, "draw both as a picture too (-: the picture alone)");
+    CLI::App* morceaux =
+        app.add_subcommand("breaks", "the straight pieces of a figure as an amount grows, to one euro, as CSV");
+    surUnIntervalle(morceaux);
     CLI::App* batch = app.add_subcommand("batch", "compute one return per line, write one result per line");
     longTravail(batch, "returns, one per line", "results");
     formes(batch);
@@ -157,7 +210,11 @@ int main(int argc, char** argv) {
     }
     try {
         if (*run && compare) return Compare(fichier, loi, json);
-        if (*run) return Run(fichier, loi, complet ? Forme::Complet : json ? Forme::Json : Forme::Resume);
+        if (*run) {
+            const Forme forme = complet ? Forme::Complet : json ? Forme::Json : Forme::Resume;
+            return Run(fichier, LisLoi(loi), forme, trace);
+        }
+        if (*courbe) return Courbe(fichier, LisLoi(loi), intervalle, image);
         if (*batch) {
             const Forme forme = complet ? Forme::Complet : Forme::Json;
             return outil::CalculeLot({fichier, sortie, forme, threads, bavardage}, LisLoi(loi)) ? Calcule : Echec;
@@ -167,7 +224,11 @@ int main(int argc, char** argv) {
             return Table(demande, lancement, part, loi);
         }
         if (*population) return outil::EcritPopulation(sortie, foyers, graine), Calcule;
-        if (*parametres)
+        if (*effets)
+            outil::EcritEffets(std::cout, LisRetour(fichier, LisLoi(loi)), figure, json);
+        else if (*morceaux)
+            outil::EcritMorceaux(std::cout, LisRetour(fichier, LisLoi(loi)), intervalle);
+        else if (*parametres)
             outil::EcritLoi(std::cout, motif, json);
         else if (*schema)
             outil::EcritSchema(std::cout);

@@ -37,6 +37,9 @@ enum class Aire : std::uint8_t { Entrees, TI, TIX, TIY, TK, TKZ };
 std::int32_t Place(Aire aire, CaseEntree box);
 /// The amount at a place of an area.
 std::int32_t& Montant(Saisie& saisie, Aire aire, std::int32_t place);
+inline std::int32_t Montant(const Saisie& saisie, Aire aire, std::int32_t place) {
+    return Montant(const_cast<Saisie&>(saisie), aire, place);  // which is only read
+}
 
 /// The exceptional income of a return, taxed by the quotient: amounts by box and coefficient.
 struct Exceptionnels {

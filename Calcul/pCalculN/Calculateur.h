@@ -38,6 +38,8 @@ class Calculateur final : private Chaine {
         m_trace.Ouvre();
         m_trace.SupprimeFichier();
     }
+    /// Begins a trace that goes to a function.
+    void OuvreTrace(Trace::Recoit recoit, void* contexte) { m_trace.Ouvre(recoit, contexte); }
     /// "1:Calcul", the pipeline, over a period.
     void Calcul(const TPeriode& periode);
     /// "35:Calcul_ISF", the wealth-tax figures.

@@ -4,7 +4,6 @@
 
 #include <atomic>
 #include <cstdlib>
-#include <functional>
 #include <kv.hpp>
 #include <new>
 #include <stdexcept>
@@ -41,14 +40,16 @@ void operator delete[](void* p, std::size_t) noexcept { std::free(p); }
 namespace {
 
 // The call answers this status whether memory lasts or not: where it does not, a second try does.
-void Essaie(const std::function<kv_status()>& appel, kv_status attendu = KV_OK) {
+template <class Appel>
+void Essaie(Appel appel, kv_status attendu = KV_OK) {
     kv_status statut = appel();
     if (statut == KV_NO_MEMORY) statut = appel();
     ASSERT_EQ(statut, attendu);
 }
 
 // One call of every function that allocates, the n-th allocation failing; what is computed is the same for every n.
-// Searches look at thousands of names, all in the same way: they come last, and only where they are asked for.
+// Searches look at thousands of names and a trace writes thousands of lines, all in the same way: they come last, and
+// only where they are asked for.
 void Histoire(long n, bool recherches) {
     kv_return *r = nullptr, *copie = nullptr;
     kv_law *loi = nullptr, *autre = nullptr;
@@ -93,6 +94,8 @@ void Histoire(long n, bool recherches) {
     Essaie([&] { return kv_reduction_describe(0, &reduction); });
     Essaie([&] { return kv_reduction_count(&nombre); });
     if (recherches) {
+        const kv_trace_line oublie = [](const char*, void*) {};
+        Essaie([&] { return kv_compute_traced(r, oublie, nullptr); });
         Essaie([&] { return kv_box_search(KV_ENTRY, "frais réels", rangs, 200, &nombre); });
         Essaie([&] { return kv_box_nearest(KV_ENTRY, "1AJX", rangs, 200, &nombre); });
         Essaie([&] { return kv_parameter_search("decote", rangs, 200, &nombre); });
@@ -146,6 +149,33 @@ TEST(MemoireCourte, AFailedComputationLeavesTheResultsOfTheOneBefore) {
     EXPECT_EQ(r.get("1AJ"), 60000);
     EXPECT_EQ(r.compute()["TOT_R_IMPOS"], 54000);
     autreFaute = false;
+}
+
+TEST(MemoireCourte, WhatWouldChangeAFigure) {
+    kv::Return r;
+    r.set("1AJ", 33333).set("quotient.4.1AJ", 10);
+    kv_range range{};
+    range.size = sizeof range, range.amount = "quotient.4.1AJ", range.to = 1, range.step = 1, range.threads = 1;
+    const auto epuise = [](auto appel) {
+        kv_status statut = KV_NO_MEMORY;
+        for (long n = 1; statut == KV_NO_MEMORY; ++n) {
+            avantEchec = n;
+            statut = appel();
+            avantEchec = 0;
+        }
+        return statut;
+    };
+    int32_t valeur = 0, nombre = 0, valeurs[2];
+    kv_piece morceau;
+    EXPECT_EQ(epuise([&] { return kv_effects(r.handle(), "TOT_IMPOT", &valeur, &nombre); }), KV_OK);
+    EXPECT_EQ(epuise([&] { return kv_effects(r.handle(), "TOT_IMPO", &valeur, &nombre); }), KV_UNKNOWN);
+    EXPECT_EQ(nombre, 2);
+    EXPECT_EQ(epuise([&] { return kv_curve(r.handle(), &range, valeurs, nullptr, nullptr, nullptr, 2, &nombre); }),
+              KV_OK);
+    EXPECT_EQ(valeurs[1], 1);
+    EXPECT_EQ(epuise([&] { return kv_breaks(r.handle(), &range, &morceau, 1, &nombre); }), KV_OK);
+    EXPECT_EQ(morceau.to, 1);
+    EXPECT_EQ(r.get("quotient.4.1AJ"), 10);
 }
 
 // Households with a bit of everything, a row each; every row of a block of 32 stands again in the next one.

@@ -40,6 +40,30 @@ statut 2 "$kvcalcul" batch --law "$travail/reforme" "$travail/bon"
 statut 2 "$kvcalcul" run --compare "$travail/bon"
 statut 2 "$kvcalcul" run --law "$travail/absente" "$travail/bon"
 
+# What would change the tax: gifts of 600 take off 396; a euro of salary costs 14 % of 90 cents; where collection begins, a
+# euro more costs 61.
+echo '{"entries": {"1AJ": 33333, "7UF": 600}}' >"$travail/dons"
+statut 0 "$kvcalcul" effects "$travail/dons"
+grep -qE '^Montant net .* \(net\): 2897$' "$travail/sortie"
+grep -qE '^7UF +600 +3293 +\(\+396\) +\+100: +2831 +\(-66\)  Dons' "$travail/sortie"
+statut 0 "$kvcalcul" effects "$travail/dons" TOT_IMPOT --json
+grep -q '"figure":"TOT_IMPOT",.*"value":3293,.*"name":"7UF",.*"without":3293,"change":100,"changed":3293}\]' "$travail/sortie"
+statut 2 "$kvcalcul" effects "$travail/dons" TOT_IMPOTS
+statut 0 "$kvcalcul" curve "$travail/bon" --box 1AJ --to 40000 --step 10000 --output TOT_IMPOT --svg "$travail/courbe.svg"
+[ "$(sed -n 5p "$travail/sortie")" = 30000,2407,0.080233,0.268600 ]  # 17193 at 14 %; of 9000 more 86 at 14, 8914 at 30 %
+python3 -c 'import sys, xml.etree.ElementTree as e; e.parse(sys.argv[1])' "$travail/courbe.svg"
+statut 0 "$kvcalcul" curve "$travail/bon" --box 1AJ --to 40000 --step 10000 --svg -
+grep -q '+61.*€</text>' "$travail/sortie"
+statut 0 "$kvcalcul" breaks "$travail/bon" --box 1AJ --from 27000 --to 29000 --output TOT_IMPOT
+[ "$(head -1 "$travail/sortie")" = from,to,rate,value ]
+tail -1 "$travail/sortie" | grep -qE '^[0-9]+,29000,0\.126[0-9]{6},'
+statut 2 "$kvcalcul" breaks "$travail/bon" --box 1AJX --to 10
+grep -q 'nearest: 1AJ' "$travail/erreurs"
+statut 2 "$kvcalcul" curve "$travail/bon" --box 1AJ --from 10 --to 1 --step 1
+statut 0 "$kvcalcul" run --trace "$travail/bon"
+grep -q ' : *-> 1AJ : 33333$' "$travail/erreurs"
+grep -q 'to pay *3293' "$travail/sortie"
+
 # What the boxes mean: the document is that of this build, a search shows blocks, an unknown box its neighbours.
 statut 0 "$kvcalcul" boxes --markdown
 cmp "$travail/sortie" "$projet/docs/boxes.md" || { echo "docs/boxes.md: kvcalcul boxes --markdown >docs/boxes.md" >&2; exit 1; }
