@@ -49,6 +49,8 @@ std::string EnMinuscules(std::string_view nom) {
 }
 
 std::vector<std::size_t> LesPlusProches(std::string_view saisi, const std::vector<std::string_view>& noms) {
+    constexpr std::size_t plusLongNom = 64;
+    if (saisi.size() > plusLongNom) return {};  // no name at all
     Ecarts depuis(saisi);
     const std::size_t limite = std::max<std::size_t>(depuis.Saisi().size(), 3);
     std::vector<std::pair<std::size_t, std::size_t>> ecarts;

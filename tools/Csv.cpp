@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <stdexcept>
 
 namespace outil {
 
@@ -10,9 +11,11 @@ namespace {
 constexpr std::size_t nTampon = 1 << 18, aucune = static_cast<std::size_t>(-1);
 constexpr std::string_view marque = "\xEF\xBB\xBF";  // byte order mark, UTF-8
 
-char SeparateurDe(std::string_view premiereLigne) {
+// The separator of the first line that is not empty.
+char SeparateurDe(std::string_view texte) {
+    texte.remove_prefix(std::min(texte.find_first_not_of("\r\n"), texte.size()));
     bool entreGuillemets = false;
-    for (const char c : premiereLigne) {
+    for (const char c : texte) {
         if (c == '"') entreGuillemets = !entreGuillemets;
         if (entreGuillemets) continue;
         if (c == ',' || c == ';' || c == '\t') return c;
@@ -42,7 +45,8 @@ bool LecteurCsv::Suivant(std::vector<std::string_view>& champs) {
         const std::size_t debut = m_debut, suivant = fin + m_complet;
         m_octets += static_cast<std::int64_t>(suivant - debut);
         m_debut = m_vu = suivant;
-        m_entreGuillemets = false;
+        m_ouvert = !m_complet && m_etat == Etat::EntreGuillemets;
+        m_etat = Etat::Simple;
         if (fin > debut && m_tampon[fin - 1] == '\r') --fin;
         if (fin == debut) continue;  // an empty line
         champs.clear();
@@ -65,18 +69,32 @@ bool LecteurCsv::Suivant(std::vector<std::string_view>& champs) {
 
 // The place of the line end that closes the record; none when the buffer does not hold it yet.
 std::size_t LecteurCsv::FinDEnregistrement() {
-    const char* const tampon = m_tampon.data();
-    while (m_vu < m_fin) {
-        const void* const trouvee = std::memchr(tampon + m_vu, '\n', m_fin - m_vu);
-        const char* const ligne = trouvee ? static_cast<const char*>(trouvee) : tampon + m_fin;
-        // An odd number of quotes opens a field, or closes it.
-        for (const char* c = tampon + m_vu;
-             (c = static_cast<const char*>(std::memchr(c, '"', static_cast<std::size_t>(ligne - c)))); ++c)
-            m_entreGuillemets = !m_entreGuillemets;
-        m_vu = static_cast<std::size_t>(ligne - tampon);
-        if (!trouvee) break;
-        if (!m_entreGuillemets) return m_vu;
-        ++m_vu;
+    if (m_etat == Etat::Simple) {
+        const char* const vu = m_tampon.data() + m_vu;
+        const void* const trouvee = std::memchr(vu, '\n', m_fin - m_vu);
+        const char* const ligne = trouvee ? static_cast<const char*>(trouvee) : m_tampon.data() + m_fin;
+        if (!std::memchr(vu, '"', static_cast<std::size_t>(ligne - vu))) {
+            m_vu = static_cast<std::size_t>(ligne - m_tampon.data());
+            return trouvee ? m_vu : aucune;
+        }
+        m_vu = m_debut;
+        m_etat = Etat::DebutDeChamp;
+    }
+    return FinParmiLesGuillemets();
+}
+
+std::size_t LecteurCsv::FinParmiLesGuillemets() {
+    for (; m_vu < m_fin; ++m_vu) {
+        const char c = m_tampon[m_vu];
+        if (m_etat == Etat::EntreGuillemets) {
+            if (c == '"') m_etat = Etat::GuillemetDansUnChamp;
+        } else if (c == '"' && m_etat != Etat::Champ) {  // one that opens, or the second of two
+            m_etat = Etat::EntreGuillemets;
+        } else if (c == '\n') {
+            return m_vu;
+        } else {
+            m_etat = c == m_separateur ? Etat::DebutDeChamp : Etat::Champ;
+        }
     }
     return aucune;
 }
@@ -85,7 +103,10 @@ std::size_t LecteurCsv::FinDEnregistrement() {
 bool LecteurCsv::Remplit() {
     std::memmove(m_tampon.data(), m_tampon.data() + m_debut, m_fin - m_debut);
     m_fin -= m_debut, m_vu -= m_debut, m_debut = 0;
-    if (m_fin == m_tampon.size()) m_tampon.resize(2 * m_tampon.size());
+    if (m_fin == m_tampon.size()) {
+        if (m_fin > longueurMaximale) throw std::length_error("a record of more than 16 MB; is a quote never closed?");
+        m_tampon.resize(2 * m_tampon.size());
+    }
     m_entree.read(m_tampon.data() + m_fin, static_cast<std::streamsize>(m_tampon.size() - m_fin));
     const auto lus = static_cast<std::size_t>(m_entree.gcount());
     m_fin += lus;
@@ -95,23 +116,23 @@ bool LecteurCsv::Remplit() {
 // Quoted fields are written over themselves without their quotes: they only get shorter.
 void LecteurCsv::DecoupeAvecGuillemets(char* debut, char* fin, std::vector<std::string_view>& champs) const {
     char *champ = debut, *vers = debut;
-    bool entreGuillemets = false;
+    Etat etat = Etat::DebutDeChamp;
     for (const char* c = debut; c != fin; ++c) {
-        if (entreGuillemets) {
-            if (*c != '"') {
+        if (etat == Etat::EntreGuillemets) {
+            if (*c == '"')
+                etat = Etat::GuillemetDansUnChamp;
+            else
                 *vers++ = *c;
-            } else if (c + 1 != fin && c[1] == '"') {
-                *vers++ = *c++;
-            } else {
-                entreGuillemets = false;
-            }
-        } else if (*c == '"') {
-            entreGuillemets = true;
+        } else if (*c == '"' && etat != Etat::Champ) {
+            if (etat == Etat::GuillemetDansUnChamp) *vers++ = '"';
+            etat = Etat::EntreGuillemets;
         } else if (*c == m_separateur) {
             champs.emplace_back(champ, static_cast<std::size_t>(vers - champ));
             champ = vers;
+            etat = Etat::DebutDeChamp;
         } else {
             *vers++ = *c;
+            etat = Etat::Champ;
         }
     }
     champs.emplace_back(champ, static_cast<std::size_t>(vers - champ));

@@ -1,9 +1,12 @@
 #include "Flux.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <iostream>
+#include <utility>
 
 namespace outil {
 
@@ -56,9 +59,20 @@ void Sortie::Vide() {
 bool Sortie::EstUnTerminal() const { return &m_flux == &std::cout && isatty(STDOUT_FILENO) == 1; }
 
 void ControleDifferents(const std::string& entree, const std::string& sortie) {
-    std::error_code inconnue;  // of a file that does not exist yet
-    if (!EstStandard(entree) && !EstStandard(sortie) && std::filesystem::equivalent(entree, sortie, inconnue))
+    if (EstStandard(sortie)) return;
+    struct stat lue, ecrite;  // of a result that does not exist yet there is nothing to compare
+    if (stat(sortie.c_str(), &ecrite) != 0 || !S_ISREG(ecrite.st_mode)) return;
+    if ((EstStandard(entree) ? fstat(STDIN_FILENO, &lue) : stat(entree.c_str(), &lue)) != 0) return;
+    if (lue.st_dev == ecrite.st_dev && lue.st_ino == ecrite.st_ino)
         throw ErreurEntree(sortie + ": is read and written at once");
+}
+
+void OuvreFluxFermes() {
+    // The wrong way round: to read from it or to write to it fails, as it should.
+    for (const auto& [flux, sens] :
+         {std::pair{STDIN_FILENO, O_WRONLY}, {STDOUT_FILENO, O_RDONLY}, {STDERR_FILENO, O_RDONLY}})
+        if (fcntl(flux, F_GETFD) == -1) [[maybe_unused]]
+            const int ouvert = open("/dev/null", sens);
 }
 
 bool ErreurEstUnTerminal() { return isatty(STDERR_FILENO) == 1; }

@@ -58,6 +58,9 @@ class Sortie {
 /// Throws when a file would be read and written at once.
 void ControleDifferents(const std::string& entree, const std::string& sortie);
 
+/// Opens the standard streams that the caller closed, so that no file takes their place. To be called first.
+void OuvreFluxFermes();
+
 /// Whether standard error is a terminal.
 bool ErreurEstUnTerminal();
 

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <atomic>
+#include <exception>
 #include <iostream>
 #include <sstream>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -32,16 +34,29 @@ void Calcule(Ligne& ligne, const std::string& nom, const LoiNommee& loi, Forme f
     ligne.resultat = std::move(resultat).str();
 }
 
-// Calls f(i) for each i below n, on that many threads, this one included.
+// Calls f(i) for each i below n, on that many threads, this one included; on fewer where the system has no more. What f
+// throws is thrown again.
 template <class Fonction>
 void EnParallele(std::size_t threads, std::size_t n, Fonction f) {
     std::atomic<std::size_t> prochain = 0;
+    std::atomic<bool> echec = false;
+    std::exception_ptr faute;
     const auto travaille = [&] {
-        for (std::size_t i; (i = prochain++) < n;) f(i);
+        try {
+            for (std::size_t i; (i = prochain++) < n;) f(i);
+        } catch (...) {
+            if (!echec.exchange(true)) faute = std::current_exception();
+        }
     };
-    std::vector<std::jthread> autres(std::min(threads, n) - (n > 0));
-    for (auto& autre : autres) autre = std::jthread(travaille);
-    travaille();
+    {
+        std::vector<std::jthread> autres;
+        try {
+            while (autres.size() + 1 < std::min(threads, n)) autres.emplace_back(travaille);
+        } catch (const std::system_error&) {
+        }
+        travaille();
+    }
+    if (faute) std::rethrow_exception(faute);
 }
 
 }  // namespace
@@ -53,14 +68,14 @@ bool CalculeLot(const DemandeLot& demande, const LoiNommee& loi) {
     Progression progression(demande.bavardage, sortie);
     const std::size_t threads = demande.threads > 0 ? static_cast<std::size_t>(demande.threads)
                                                     : std::max(1U, std::thread::hardware_concurrency());
-    constexpr std::size_t lignesParOuvrier = 64;
+    const std::size_t lignesParBloc = std::clamp<std::size_t>(64 * threads, 1, 4096);
 
     bool toutes = true;
     std::int64_t octets = 0;
     std::vector<Ligne> lignes;
     for (int numero = 1; entree.Flux();) {
         lignes.clear();
-        for (std::string texte; lignes.size() < threads * lignesParOuvrier && std::getline(entree.Flux(), texte);) {
+        for (std::string texte; lignes.size() < lignesParBloc && std::getline(entree.Flux(), texte);) {
             octets += std::ssize(texte) + 1;
             lignes.push_back({std::move(texte), numero++, {}, {}});
         }
@@ -68,7 +83,7 @@ bool CalculeLot(const DemandeLot& demande, const LoiNommee& loi) {
                     [&](std::size_t i) { Calcule(lignes[i], entree.Nom(), loi, demande.forme); });
         for (const Ligne& ligne : lignes) {
             sortie.Ecrit(ligne.resultat);
-            if (!ligne.avertissements.empty()) {
+            if (!ligne.avertissements.empty() && demande.bavardage != Bavardage::Silencieux) {
                 progression.Efface();
                 std::cerr << ligne.avertissements;
             }

@@ -17,15 +17,14 @@ namespace {
 constexpr double foyersDuPays = 38e6;
 
 // The boxes that a household may fill in, in the order of the columns.
-constexpr std::string_view boites[] = {"M", "O", "C", "D", "V", "Fm", "Hm", "T", "AAF1", "AAF2", "1AJ", "1BJ", "1AK",
-                                       "1AP", "1AS", "1BS", "2DC", "2TR", "2BH", "2CK", "3VG", "3VH", "4BE", "4BA",
-                                       "4BC", "5KO", "5KP", "5HQ", "5QC", "5HC", "5ND", "6GU", "6EL", "6RS", "7UF",
-                                       "7UD", "7AC", "7DB", "7GA", "7EA", "7EC", "7EF", "7CD", "7AM", "7CF",
-                                       // a few of everything else
-                                       "1AO", "1AW", "2TS", "2DH", "3SG", "4BD", "5TA", "5TE", "5NG", "6DD", "6EM",
-                                       "7UH", "7WJ", "7GZ", "7XN", "7UM", "7BC"};
-constexpr std::size_t premiereRare = 45;
-static_assert(boites[premiereRare] == "1AO");
+constexpr std::string_view boites[] = {
+    "M", "O", "C", "D", "V", "Fm", "Hm", "T", "AAF1", "AAF2", "1AJ", "1BJ", "1AK", "1AP", "1AS", "1BS", "2DC", "2TR",
+    "2BH", "2CK", "3VG", "3VH", "4BE", "4BA", "4BC", "5KO", "5KP", "5HQ", "5QC", "5HC", "5ND", "6GU", "6EL", "6RS",
+    "7UF", "7UD", "7AC", "7DB", "7GA", "7EA", "7EC", "7EF", "7CD", "7AM", "7CF",
+    // a few of everything else
+    "1AO", "1AW", "2TS", "2DH", "4BD", "6DD", "6EM", "7UH", "7WJ", "7GZ", "7XN", "7UM", "7BC", "5TA", "5TE", "5NG"};
+constexpr int32_t premiereRare = 45, premiereIndependante = 58;
+static_assert(boites[premiereRare] == "1AO" && boites[premiereIndependante] == "5TA");
 
 // The place of a box among the columns, looked up when the code is compiled.
 struct Colonne {
@@ -81,9 +80,11 @@ class Foyer {
         Epargne();
         Independants();
         Depenses();
+        // The boxes of the self-employed come last: none of the retired has one.
         if (m_hasard.UneFois(0.04)) {
-            const int32_t rare = m_hasard.Entre(premiereRare, std::size(boites) - 1);
-            m_valeurs[static_cast<std::size_t>(rare)] = m_hasard.Montant(1500, 0.8, 20000);
+            const int32_t derniere = m_retraite ? premiereIndependante : static_cast<int32_t>(std::size(boites));
+            m_valeurs[static_cast<std::size_t>(m_hasard.Entre(premiereRare, derniere - 1))] =
+                m_hasard.Montant(1500, 0.8, 20000);
         }
     }
     const auto& Valeurs() const { return m_valeurs; }
@@ -102,8 +103,9 @@ class Foyer {
         (*this)[situations[situation]] = 1;
         m_couple = situation <= 1;
         m_retraite = m_hasard.UneFois(situation == 4 ? 0.80 : situation == 0 ? 0.38 : 0.22);
-        const int32_t age =
-            m_retraite ? 62 + static_cast<int32_t>(33 * m_hasard.Part() * m_hasard.Part()) : m_hasard.Entre(20, 61);
+        const bool apresUneUnion = situation >= 3;
+        const int32_t age = m_retraite ? 62 + static_cast<int32_t>(33 * m_hasard.Part() * m_hasard.Part())
+                                       : m_hasard.Entre(apresUneUnion ? 28 : 20, 61);
         m_age = age;
         (*this)["AAF1"] = Naissance(age);
         if (m_couple) (*this)["AAF2"] = Naissance(std::clamp(age + m_hasard.Entre(-6, 6), 18, 99));
@@ -111,6 +113,7 @@ class Foyer {
         m_enfants = static_cast<int32_t>(m_couple         ? m_hasard.Parmi({0.35, 0.22, 0.29, 0.11})
                                          : situation == 2 ? m_hasard.Parmi({0.86, 0.09, 0.04})
                                                           : m_hasard.Parmi({0.52, 0.24, 0.18, 0.05}));
+        m_enfants = std::min(m_enfants, std::max(0, (age - 19) / 3));  // the first from 22 on, then every three years
         if (!m_couple && m_enfants > 0 && m_hasard.UneFois(0.15))
             (*this)["Hm"] = m_enfants;
         else
@@ -142,11 +145,13 @@ class Foyer {
             (*this)["2DC"] = (*this)["2BH"] = dividendes;
             (*this)["2CK"] = dividendes / 5;
         }
-        Parfois(0.02, "3VG", 2000, 1.4);
-        Parfois(0.01, "3VH", 1500, 1.2);
-        Parfois(0.06, "4BE", 5000, 0.6, 15000);
-        Parfois(0.05, "4BA", 4000, 0.9);
-        Parfois(0.015, "4BC", 3500, 0.7, 10700);
+        // A gain or a loss; a small rent, a result, or a deficit.
+        const std::size_t titres = m_hasard.Parmi({0.02, 0.01}), loyers = m_hasard.Parmi({0.06, 0.05, 0.015});
+        Parfois(titres == 0, "3VG", 2000, 1.4);
+        Parfois(titres == 1, "3VH", 1500, 1.2);
+        Parfois(loyers == 0, "4BE", 5000, 0.6, 15000);
+        Parfois(loyers == 1, "4BA", 4000, 0.9);
+        Parfois(loyers == 2, "4BC", 3500, 0.7, 10700);
     }
 
     void Independants() {
@@ -167,11 +172,11 @@ class Foyer {
         Parfois(0.05, "7UD", 80, 0.8);
         Parfois((*this)["1AJ"] > 0 ? 0.07 : 0.0, "7AC", 130, 0.5);
         Parfois(m_retraite ? 0.16 : 0.06, "7DB", 800, 1.0, 15000);
-        if (m_enfants > 0) {
+        if ((*this)["Fm"] > 0) {
             Parfois(0.2, "7GA", 1500, 0.6, 6000);
             static constexpr Colonne classes[] = {"7EA", "7EC", "7EF"};
             if (m_age > 35 && m_hasard.UneFois(0.5))
-                (*this)[classes[m_hasard.Parmi({0.45, 0.3})]] = m_hasard.Entre(1, m_enfants);
+                (*this)[classes[m_hasard.Parmi({0.45, 0.3})]] = m_hasard.Entre(1, (*this)["Fm"]);
         }
         Parfois(m_age > 78 ? 0.07 : 0.0, "7CD", 9000, 0.5);
         Parfois(0.02, "7AM", 3000, 0.7, 16000);
@@ -193,11 +198,14 @@ void EcritPopulation(const std::string& fichier, std::int64_t foyers, std::uint6
     texte += '\n';
     char nombre[32];
     const auto ecrit = [&](auto n) { texte.append(nombre, std::to_chars(nombre, std::end(nombre), n).ptr); };
-    const double poids = std::round(foyersDuPays / static_cast<double>(foyers) * 1e6) / 1e6;
+    const double part = std::round(foyersDuPays / static_cast<double>(foyers) * 1e6) / 1e6;
+    char poids[32];
+    const std::string_view texteDuPoids(poids,
+                                        std::to_chars(poids, std::end(poids), part, std::chars_format::fixed).ptr);
     for (std::int64_t id = 1; id <= foyers; ++id) {
         ecrit(id);
         texte += ',';
-        ecrit(poids);
+        texte += texteDuPoids;
         const Foyer foyer(graine, id);
         for (const int32_t valeur : foyer.Valeurs()) {
             texte += ',';

@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <charconv>
+#include <filesystem>
+#include <fstream>
+#include <functional>
 #include <future>
 #include <iostream>
 #include <optional>
 #include <set>
+#include <system_error>
 #include <utility>
 
 #include "Csv.h"
@@ -25,26 +29,42 @@ std::string EnMinuscules(std::string_view texte) {
     return minuscules;
 }
 
-// Whether a column that is no box looks like one that was meant: the name of a box in other letters or with blanks,
-// what has the form of one ("1AX"), what begins like the name of a companion.
+bool EstLettre(char c) { return 'a' <= c && c <= 'z'; }
+bool EstChiffre(char c) { return '0' <= c && c <= '9'; }
+
+// Whether a column that is no box looks like one that was meant: the name of a box in other letters or with signs
+// around it, a word that has the form of one ("1AX"), what begins like the name of a companion.
 bool RessembleAUneBoite(const std::string& nom) {
     static const std::set<std::string> boites = [] {
         std::set<std::string> noms;
         for (int32_t i = 0, n = kv::count(KV_ENTRY); i < n; ++i)
-            if (const std::string boite = kv::describe(KV_ENTRY, i).name; boite.size() > 1)
-                noms.insert(EnMinuscules(boite));
+            noms.insert(EnMinuscules(kv::describe(KV_ENTRY, i).name));
         return noms;
     }();
-    static const std::set<std::string> aires = {"ti", "tix", "tiy", "tk", "tkz", "quotient"};
-    std::string minuscules = EnMinuscules(nom);
-    std::erase(minuscules, ' ');
-    if (const std::size_t point = minuscules.find('.'); point != nom.npos)
-        return aires.contains(minuscules.substr(0, point));
-    const auto chiffre = [](char c) { return '0' <= c && c <= '9'; };
-    const auto lettre = [](char c) { return 'a' <= c && c <= 'z'; };
-    const std::size_t taille = minuscules.size();
-    return boites.contains(minuscules) ||
-           (3 <= taille && taille <= 5 && chiffre(minuscules[0]) && lettre(minuscules[1]));
+    static const std::set<std::string> aires = {"entries", "ti", "tix", "tiy", "tk", "tkz", "quotient", "quotients"};
+    static const std::set<std::string> rangs = {"st", "nd", "rd", "th", "er", "re", "e"};
+    const std::string minuscules = EnMinuscules(nom);
+    std::string lettres, mot;
+    const auto aLaForme = [&] {
+        const bool forme = 3 <= mot.size() && mot.size() <= 5 && EstChiffre(mot[0]) && EstLettre(mot[1]);
+        return forme && !rangs.contains(mot.substr(1));  // "1st"
+    };
+    for (const char c : minuscules + ' ') {
+        if (EstLettre(c) || EstChiffre(c)) {
+            mot += c, lettres += c;
+            continue;
+        }
+        if (aLaForme()) return true;
+        mot.clear();
+    }
+    const std::size_t point = minuscules.find('.');
+    return boites.contains(lettres) || (point != nom.npos && aires.contains(minuscules.substr(0, point)));
+}
+
+// A name or a value as a message shows it.
+std::string Cite(std::string_view texte) {
+    constexpr std::size_t longueur = 60;
+    return '"' + std::string(texte.substr(0, longueur)) + (texte.size() > longueur ? "..." : "") + '"';
 }
 
 // What the columns of the input are: amounts, each with its place among them, or -1 for what passes through.
@@ -57,17 +77,21 @@ struct EnTete {
         const kv::Return essai;
         for (const std::string_view champ : champs) {
             const std::string& nom = noms.emplace_back(champ);
-            const std::string ou = fichier + ": column " + std::to_string(noms.size()) + " \"" + nom + "\": ";
+            const std::string ou = fichier + ": column " + std::to_string(noms.size()) + ' ' + Cite(nom) + ": ";
+            if (nom.find_first_of(std::string_view("\0\r", 2)) != nom.npos)
+                throw ErreurEntree(fichier + ": is not UTF-8 text whose lines end with LF or CRLF");
             int32_t valeur = 0;
             const kv_status statut = kv_get(essai.handle(), nom.c_str(), &valeur);
-            const bool montant = statut == KV_OK && nom.find('\0') == nom.npos;
-            if (!montant && (statut == KV_NO_AMOUNT || RessembleAUneBoite(nom)))
-                throw ErreurEntree(ou + kv_message(essai.handle()));
-            if (montant && std::find(montants.begin(), montants.end(), nom) != montants.end())
+            if (statut == KV_NO_AMOUNT || (statut != KV_OK && RessembleAUneBoite(nom)))
+                throw ErreurEntree(ou + kv_message(essai.handle()) + "; a column that is no box needs another name");
+            if (statut == KV_OK && std::find(montants.begin(), montants.end(), nom) != montants.end())
                 throw ErreurEntree(ou + "stands twice");
-            places.push_back(montant ? std::ssize(montants) : -1);
-            if (montant) montants.push_back(nom);
+            places.push_back(statut == KV_OK ? std::ssize(montants) : -1);
+            if (statut == KV_OK) montants.push_back(nom);
         }
+        if (montants.empty())
+            throw ErreurEntree(
+                fichier + ": no column is a box; the first line names them, UTF-8, with commas, semicolons or tabs");
     }
 
     // Calls f with the name of each column that passes through.
@@ -83,13 +107,14 @@ void ControleFigures(const std::vector<std::string>& figures, const EnTete& enTe
     essai.compute();
     std::set<std::string> vues = {colonneStatut};
     for (const std::string& figure : figures) {
+        if (figure.empty()) throw ErreurEntree("--outputs: a name is empty");
         int32_t valeur = 0;
         if (kv_read(essai.handle(), figure.c_str(), &valeur) != KV_OK)
             throw ErreurEntree(std::string("--outputs: ") + kv_message(essai.handle()));
         if (!vues.insert(figure).second) throw ErreurEntree("--outputs: " + figure + " stands twice");
     }
     enTete.PourCeuxQuiPassent([&](const std::string& nom) {
-        if (!vues.insert(nom).second) throw ErreurEntree("two columns of the result would be called \"" + nom + "\"");
+        if (!vues.insert(nom).second) throw ErreurEntree("two columns of the result would be called " + Cite(nom));
     });
 }
 
@@ -118,6 +143,7 @@ struct Bloc {
     std::vector<std::vector<int32_t>> montants;  // by column
     std::string passe;                           // what passes through, as it will be written
     std::vector<std::size_t> finsDePasse;
+    std::vector<std::int64_t> rangs;  // of the rows in the input, from 1
     std::vector<std::string> fautes;  // why a row can't be computed; "" for one that can
     double part = 0;                  // how much of the input has been read by its end
     std::vector<std::vector<int32_t>> figures;
@@ -132,7 +158,7 @@ class Lecture {
   public:
     explicit Lecture(const DemandeTable& demande)
         : m_demande(demande), m_entree(demande.entree), m_csv(m_entree.Flux()) {
-        if (!m_csv.Suivant(m_champs)) throw ErreurEntree(m_entree.Nom() + ": has no header");
+        if (!Enregistrement()) throw ErreurEntree(m_entree.Nom() + ": has no header");
         m_enTete.emplace(m_champs, m_entree.Nom());
     }
 
@@ -146,9 +172,8 @@ class Lecture {
 
     // The next record that is of this part; false at the end.
     bool Suivant() {
-        while (m_csv.Suivant(m_champs))
+        while (Enregistrement())
             if (m_rang++ % m_demande.parts == m_demande.part - 1) return true;
-        m_entree.Controle();
         return false;
     }
     // Appends what passes through of the record.
@@ -161,12 +186,26 @@ class Lecture {
     }
     void Lis(Bloc& bloc) {
         for (auto& colonne : bloc.montants) colonne.assign(bloc.Capacite(), 0);
-        bloc.passe.clear(), bloc.finsDePasse.clear(), bloc.fautes.clear();
-        for (bloc.lignes = 0; bloc.lignes < bloc.Capacite() && Suivant(); ++bloc.lignes) LisLigne(bloc);
+        bloc.passe.clear(), bloc.finsDePasse.clear(), bloc.rangs.clear(), bloc.fautes.clear();
+        const std::int64_t debut = m_csv.Octets();
+        for (bloc.lignes = 0; bloc.lignes < bloc.Capacite() && m_csv.Octets() - debut < octetsParBloc && Suivant();
+             ++bloc.lignes)
+            LisLigne(bloc);
         bloc.part = Part();
     }
 
   private:
+    static constexpr std::int64_t octetsParBloc = 1 << 22;
+
+    bool Enregistrement() {
+        try {
+            if (m_csv.Suivant(m_champs)) return true;
+        } catch (const std::length_error& e) {
+            throw ErreurEntree(m_entree.Nom() + ": row " + std::to_string(m_rang + 1) + ": " + e.what());
+        }
+        m_entree.Controle();
+        return false;
+    }
     void LisLigne(Bloc& bloc) {
         const EnTete& enTete = *m_enTete;
         std::string faute;
@@ -174,17 +213,19 @@ class Lecture {
             if (enTete.places[i] < 0 || m_champs[i].empty()) continue;
             int32_t& montant = bloc.montants[static_cast<std::size_t>(enTete.places[i])][bloc.lignes];
             if (!LisMontant(m_champs[i], montant) && faute.empty())
-                faute = enTete.noms[i] + ": \"" + std::string(m_champs[i]) + "\" is not a 32-bit integer";
+                faute = enTete.noms[i] + ": " + Cite(m_champs[i]) + " is not a 32-bit integer";
         }
         if (m_champs.size() != enTete.places.size())
             faute = std::to_string(m_champs.size()) + (m_champs.size() == 1 ? " field" : " fields") + " instead of " +
                     std::to_string(enTete.places.size());
+        if (m_csv.Ouvert()) faute = "a quote is never closed";
         if (!faute.empty()) {
             faute = "row " + std::to_string(m_rang) + ": " + faute;
             for (auto& colonne : bloc.montants) colonne[bloc.lignes] = 0;
         }
         Passe(bloc.passe);
         bloc.finsDePasse.push_back(bloc.passe.size());
+        bloc.rangs.push_back(m_rang);
         bloc.fautes.push_back(std::move(faute));
     }
 
@@ -223,7 +264,11 @@ std::int64_t Redige(const Bloc& bloc, char separateur, std::string& texte) {
         if (!calculee) {
             ++fautes;
             const std::string& faute = bloc.fautes[ligne];
-            EcritChamp(texte, faute.empty() ? kv_status_text(bloc.statuts[ligne]) : faute, separateur);
+            EcritChamp(texte,
+                       faute.empty()
+                           ? "row " + std::to_string(bloc.rangs[ligne]) + ": " + kv_status_text(bloc.statuts[ligne])
+                           : faute,
+                       separateur);
         }
         texte += '\n';
     }
@@ -238,8 +283,16 @@ struct Reste {
 };
 Reste RelisResultat(const std::string& fichier, const Lecture& lecture, const std::string& enTete) {
     Reste reste;
+    std::error_code erreur;
+    if (!std::filesystem::exists(fichier, erreur)) return reste;  // nothing yet
+    std::size_t passent = 0;
+    lecture.Colonnes().PourCeuxQuiPassent([&](const std::string&) { ++passent; });
+    if (passent == 0)
+        throw ErreurEntree(
+            "--resume needs a column that passes through, such as an identifier, to know the rows again");
+    const ErreurEntree inconnu(fichier + ": is not the result of such a run, it can't be resumed");
     std::ifstream deja(fichier, std::ios::binary);
-    if (!deja) return reste;  // nothing yet
+    if (!std::filesystem::is_regular_file(fichier, erreur) || !deja) throw inconnu;
     LecteurCsv csv(deja, lecture.Separateur());
     std::vector<std::string_view> champs;
     const auto texte = [&](std::size_t n) {
@@ -250,12 +303,17 @@ Reste RelisResultat(const std::string& fichier, const Lecture& lecture, const st
         }
         return relu;
     };
-    if (!csv.Suivant(champs) || !csv.Complet()) return reste;
+    if (!csv.Suivant(champs)) return reste;
     std::string relu = texte(champs.size());
     relu.back() = '\n';
-    if (relu != enTete) throw ErreurEntree(fichier + ": is not the result of such a run, it can't be resumed");
-    std::size_t passent = 0;
-    lecture.Colonnes().PourCeuxQuiPassent([&](const std::string&) { ++passent; });
+    if (!csv.Complet()) {  // cut within the header
+        std::string debut(static_cast<std::size_t>(csv.Octets()), 0);
+        deja.clear();
+        deja.seekg(0).read(debut.data(), std::ssize(debut));
+        if (!enTete.starts_with(debut)) throw inconnu;
+        return reste;
+    }
+    if (relu != enTete) throw inconnu;
     const std::size_t colonnes = champs.size();
     for (reste.octets = csv.Octets(); csv.Suivant(champs) && csv.Complet() && champs.size() == colonnes;
          reste.octets = csv.Octets()) {
@@ -297,7 +355,21 @@ void Calcule(const kv::Return& modele, const DemandeTable& demande, const EnTete
         return 0;
     };
     std::fill(bloc.statuts.begin(), bloc.statuts.end(), KV_NO_MEMORY);  // where nothing can begin
-    kv_compute_columns(modele.handle(), &colonnes);
+    const kv_status statut = kv_compute_columns(modele.handle(), &colonnes);
+    if (statut == KV_NULL || statut == KV_UNKNOWN || statut == KV_BAD_VALUE)
+        throw kv::Error(statut, kv_message(modele.handle()));
+}
+
+// Begins a work beside this thread; does it at once where one thread is to do, or where the system has no more.
+template <class Fonction>
+std::future<void> EnParallele(std::int32_t threads, const Fonction& travail) {
+    if (threads != 1) try {
+            return std::async(std::launch::async, std::cref(travail));
+        } catch (const std::system_error&) {
+        }
+    std::packaged_task<void()> maintenant(std::cref(travail));
+    maintenant();
+    return maintenant.get_future();
 }
 
 }  // namespace
@@ -326,7 +398,7 @@ std::int64_t CalculeTable(const DemandeTable& demande, const LoiNommee& loi) {
     double part = lecture.Part();
     Progression progression(demande.bavardage, sortie, lignes, part);
     const std::size_t nMontants = enTete.montants.size(), nFigures = demande.figures.size();
-    const std::size_t capacite = LignesParBloc(nMontants + nFigures);
+    const std::size_t capacite = LignesParBloc(enTete.noms.size() + nFigures);
     Bloc bloc(nMontants, nFigures, capacite), autre = bloc;
     lecture.Lis(bloc);
     while (bloc.lignes > 0 || autre.lignes > 0) {
@@ -338,11 +410,9 @@ std::int64_t CalculeTable(const DemandeTable& demande, const LoiNommee& loi) {
             sortie.Ecrit(texte);
             lecture.Lis(autre);
         };
-        if (demande.threads == 1) ecritEtLis();
-        std::future<void> fait;
-        if (demande.threads != 1) fait = std::async(std::launch::async, ecritEtLis);
+        std::future<void> fait = EnParallele(demande.threads, ecritEtLis);
         Calcule(modele, demande, enTete, bloc, progression, lignes, part);
-        if (fait.valid()) fait.get();
+        fait.get();
         lignes += static_cast<std::int64_t>(bloc.lignes), part = bloc.part;
         std::swap(bloc, autre);
     }

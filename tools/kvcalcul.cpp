@@ -1,7 +1,6 @@
 #include <CLI/CLI.hpp>
 #include <charconv>
 #include <iostream>
-#include <limits>
 #include <sstream>
 #include <string_view>
 
@@ -80,6 +79,17 @@ int Courbe(const std::string& fichier, const outil::LoiNommee& loi, const outil:
     return Calcule;
 }
 
+// A whole number of an argument, not smaller than a minimum.
+template <class Nombre>
+Nombre LisNombre(std::string_view texte, const char* quoi, Nombre minimum) {
+    Nombre nombre = 0;
+    const char* const fin = texte.data() + texte.size();
+    const auto lu = std::from_chars(texte.data(), fin, nombre);
+    if (lu.ec == std::errc() && lu.ptr == fin && nombre >= minimum) return nombre;
+    throw ErreurEntree(std::string(quoi) + ": \"" + std::string(texte) + "\" is not a whole number from " +
+                       std::to_string(minimum) + " on");
+}
+
 int Table(outil::DemandeTable& demande, const std::string& lancement, const std::string& part,
           const std::string& fichierLoi) {
     if (!lancement.empty()) demande.lancement = outil::LancementDeNom(lancement);
@@ -92,6 +102,7 @@ int Table(outil::DemandeTable& demande, const std::string& lancement, const std:
 }  // namespace
 
 int main(int argc, char** argv) {
+    outil::OuvreFluxFermes();
     std::ios_base::sync_with_stdio(false);  // a read error of the standard input is one of the stream
     CLI::App app{"Computes French income-tax returns (form 2042, income of 2017)."};
     app.set_version_flag("--version", std::string("kvcalcul ") + kv_version());
@@ -100,10 +111,8 @@ int main(int argc, char** argv) {
         "or\n"
         "computed; 2 bad usage or input.");
     app.require_subcommand(1);
-    std::string fichier, sortie, motif, loi, lancement, part, figure, image;
+    std::string fichier, sortie, motif, loi, lancement, part, figure, image, foyers, graine = "2017";
     outil::DemandeCourbe intervalle;
-    std::int64_t foyers = 0;
-    std::uint64_t graine = 2017;
     std::int32_t threads = 0;
     outil::DemandeTable demande;
     auto bavardage = outil::Bavardage::Ordinaire;
@@ -116,9 +125,13 @@ int main(int argc, char** argv) {
                 ->add_flag("--full", complet, "print value, columns and text of every output, entries, carry-forwards")
                 ->excludes(drapeauJson);
     };
+    // What an unset variable of a shell leaves is no answer.
+    const CLI::Validator nonVide([](const std::string& texte) { return std::string(texte.empty() ? "is empty" : ""); },
+                                 "");
     const auto avecLoi = [&](CLI::App* commande) {
-        return commande->add_option("--law", loi,
-                                    "a reform in JSON: figures of the law by name, over those of the year");
+        return commande
+            ->add_option("--law", loi, "a reform in JSON: figures of the law by name, over those of the year")
+            ->check(nonVide);
     };
     // Long works: from a file to a file, on many threads.
     const auto longTravail = [&](CLI::App* commande, const char* lu, const char* ecrit) {
@@ -176,16 +189,15 @@ int main(int argc, char** argv) {
         ->add_option("--outputs", demande.figures,
                      "figures to write, such as TOT_PAYER,CO_19.c2: outputs, their columns, carry-forwards")
         ->delimiter(',')
+        ->allow_extra_args(false)
         ->required();
     avecLoi(table);
-    table->add_option("--launch", lancement, "the launch of every return (default: normal)");
-    table->add_option("--shard", part, "i/n: compute the i-th of n parts, every n-th row");
+    table->add_option("--launch", lancement, "the launch of every return (default: normal)")->check(nonVide);
+    table->add_option("--shard", part, "i/n: compute the i-th of n parts, every n-th row")->check(nonVide);
     table->add_flag("--resume", demande.reprend, "go on with a result that was cut short, instead of writing over it");
     CLI::App* population = app.add_subcommand(
         "population", "write a made-up population of plausible households, as a CSV for table; nobody's returns");
-    population->add_option("N", foyers, "how many households")
-        ->required()
-        ->check(CLI::Range(std::int64_t{1}, std::numeric_limits<std::int64_t>::max()));
+    population->add_option("N", foyers, "how many households")->required();
     population->add_option("--seed", graine, "the same seed gives the same households")->capture_default_str();
     population->add_option("-o", sortie, "CSV (default: standard output)");
     CLI::App* boxes = app.add_subcommand("boxes", "list the boxes, or find some with what they mean");
@@ -223,7 +235,12 @@ int main(int argc, char** argv) {
             demande.entree = fichier, demande.sortie = sortie, demande.threads = threads, demande.bavardage = bavardage;
             return Table(demande, lancement, part, loi);
         }
-        if (*population) return outil::EcritPopulation(sortie, foyers, graine), Calcule;
+        if (*population) {
+            const auto n = LisNombre<std::int64_t>(foyers, "N", 1);
+            outil::EcritPopulation(sortie, n, LisNombre<std::uint64_t>(graine, "--seed", 0));
+            std::cerr << n << " made-up households, seed " << graine << ": nobody's returns\n";
+            return Calcule;
+        }
         if (*effets)
             outil::EcritEffets(std::cout, LisRetour(fichier, LisLoi(loi)), figure, json);
         else if (*morceaux)
@@ -249,6 +266,9 @@ int main(int argc, char** argv) {
         return MauvaiseEntree;
     } catch (const kv::Error& e) {
         std::cerr << "the computation failed: " << e.what() << '\n';
+        return Echec;
+    } catch (const std::exception& e) {  // for want of memory
+        std::cerr << e.what() << '\n';
         return Echec;
     }
 }

@@ -4,6 +4,7 @@
 
 #include <random>
 #include <sstream>
+#include <stdexcept>
 
 namespace {
 
@@ -32,9 +33,24 @@ TEST(Csv, FieldsAsSpreadsheetsWriteThem) {
     EXPECT_EQ(separateur, ',');
     EXPECT_EQ(Lus("\"a \"\"quoted\"\" word\",\"two\nlines\r\n\",\"\"\n,,\n"),
               (Enregistrements{{"a \"quoted\" word", "two\nlines\r\n", ""}, {"", "", ""}}));
+    // A quote opens a field at its beginning only.
+    EXPECT_EQ(Lus("1,5\" disk,a\"b\"c\n2,x,\"y\"z\n3,6\",\n"),
+              (Enregistrements{{"1", "5\" disk", "a\"b\"c"}, {"2", "x", "yz"}, {"3", "6\"", ""}}));
+    EXPECT_EQ(Lus("\r\n\na;b\n", &separateur), (Enregistrements{{"a", "b"}}));
+    EXPECT_EQ(separateur, ';');
     EXPECT_EQ(Lus(""), Enregistrements{});
     EXPECT_EQ(Lus("\n\r\n"), Enregistrements{});
     EXPECT_EQ(Lus("a,\"never closed\nb"), (Enregistrements{{"a", "never closed\nb"}}));
+}
+
+TEST(Csv, AQuoteThatIsNeverClosed) {
+    std::istringstream court("a,\"b\nc\n"),
+        longue("a,\"b\n" + std::string(2 * outil::LecteurCsv::longueurMaximale, 'c'));
+    std::vector<std::string_view> champs;
+    outil::LecteurCsv lecteur(court);
+    EXPECT_TRUE(lecteur.Suivant(champs));
+    EXPECT_TRUE(lecteur.Ouvert());
+    EXPECT_THROW(outil::LecteurCsv(longue).Suivant(champs), std::length_error);
 }
 
 // Records of any length, whatever stands in them, are read as they were written.

@@ -43,11 +43,25 @@ echo '{"bareme.tranche2.taux": 20}' >reforme.json
 statut 1 "$kvcalcul" table main.csv --law reforme.json --launch forced --outputs TOT_IMPOT
 grep -q '^7;"a ""b""";3439;$' sortie
 
+# Marks within a field are letters; one that opens and is never closed takes what follows, and says so.
+printf 'id,note,1AJ\n1,5" disk,30000\n2,"open,30000\n3,x,1\n' >guillemets.csv
+statut 1 "$kvcalcul" table guillemets.csv --quiet --outputs TOT_IMPOT
+sed -n 2p sortie | grep -qx '1,"5"" disk",2407,'
+tail -1 sortie | grep -q 'row 2: a quote is never closed$'
+
 # Headers that can't be meant.
 entete() { echo "$1" >entete.csv; }
 entete id,1AJX; refuse 'column 2 "1AJX": unknown entry box 1AJX; nearest: 1AJ' "$kvcalcul" table entete.csv --outputs TOT_PAYER
 entete 1aj; refuse 'nearest: 1AJ' "$kvcalcul" table entete.csv --outputs TOT_PAYER
 entete 'id, fm'; refuse 'column 2 " fm"' "$kvcalcul" table entete.csv --outputs TOT_PAYER
+for nom in m ' M' quotients.4.1AJ ti_1AW 'case 1AJ'; do
+    entete "$nom,1AJ"; refuse 'a column that is no box needs another name' "$kvcalcul" table entete.csv --outputs TOT_PAYER
+done
+entete '1st,region,1AJ'; statut 0 "$kvcalcul" table entete.csv --outputs TOT_PAYER
+entete 'id|1AJX'; refuse 'needs another name' "$kvcalcul" table entete.csv --outputs TOT_PAYER
+entete 'id,region'; refuse 'no column is a box' "$kvcalcul" table entete.csv --outputs TOT_PAYER
+printf '1AJ,id\r30000,1\r' >entete.csv; refuse 'is not UTF-8 text' "$kvcalcul" table entete.csv --outputs TOT_PAYER
+printf '1\0A\0J\0\n\0' >entete.csv; refuse 'is not UTF-8 text' "$kvcalcul" table entete.csv --outputs TOT_PAYER
 entete ti.1AJ; refuse 'box 1AJ has no amount in "ti"' "$kvcalcul" table entete.csv --outputs TOT_PAYER
 entete quotient.4.1AX; refuse 'unknown entry box 1AX' "$kvcalcul" table entete.csv --outputs TOT_PAYER
 entete 1AJ,1AJ; refuse 'column 2 "1AJ": stands twice' "$kvcalcul" table entete.csv --outputs TOT_PAYER
@@ -57,6 +71,10 @@ refuse 'TOT_PAYER stands twice' "$kvcalcul" table entete.csv --outputs TOT_PAYER
 refuse 'has no header' "$kvcalcul" table /dev/null --outputs TOT_PAYER
 refuse 'absent.csv: cannot be read' "$kvcalcul" table absent.csv --outputs TOT_PAYER
 refuse 'is read and written at once' "$kvcalcul" table main.csv -o main.csv --outputs TOT_PAYER
+refuse 'is read and written at once' "$kvcalcul" table -o main.csv --outputs TOT_PAYER <main.csv
+refuse 'standard input: cannot be read' "$kvcalcul" table --outputs TOT_PAYER <&-
+for nombre in 0 -1 x 99999999999999999999; do refuse 'is not a whole number' "$kvcalcul" population -- $nombre; done
+refuse '--law: is empty' "$kvcalcul" table main.csv --outputs TOT_PAYER --law ''
 for part in 0/2 3/2 1/0 1 1/2x; do refuse 'is not i/n' "$kvcalcul" table main.csv --outputs TOT_PAYER --shard "$part"; done
 refuse 'launch is one of' "$kvcalcul" table main.csv --outputs TOT_PAYER --launch other
 
@@ -111,6 +129,10 @@ refuse 'is not the result of such a run' "$kvcalcul" table population.csv -o rep
 refuse 'has more rows than' "$kvcalcul" table population.csv -o un.csv --resume --outputs $figures --shard 1/2
 head -100 un.csv >reprise.csv
 refuse 'its last row is not that of' "$kvcalcul" table population.csv -o reprise.csv --resume --outputs $figures --shard 1/2
+echo 'precious notes' >reprise.csv
+refuse 'is not the result of such a run' "$kvcalcul" table population.csv -o reprise.csv --resume --outputs $figures
+cut -d, -f11 population.csv >anonyme.csv
+refuse 'needs a column that passes through' "$kvcalcul" table anonyme.csv -o reprise.csv --resume --outputs $figures
 refuse 'needs a file' "$kvcalcul" table population.csv --resume --outputs $figures
 
 # A full disk and a reader that leaves are told of, not waited for.
