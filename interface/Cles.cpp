@@ -45,6 +45,12 @@ std::optional<std::int32_t> Coefficient(std::string_view texte) {
 
 const char* NomAire(Aire aire) { return nomsAires[static_cast<std::size_t>(aire)]; }
 
+std::string NomDe(const CleSaisie& cle) {
+    const std::string boite = entree::lignes[cle.box.numero].nom;
+    if (cle.coefficient) return "quotient." + std::to_string(*cle.coefficient) + '.' + boite;
+    return cle.aire == Aire::Entrees ? boite : std::string(NomAire(cle.aire)) + '.' + boite;
+}
+
 bool PeutEtreExceptionnel(CaseEntree box) { return (entree::lignes[box.numero].marques & entree::Quotient) != 0; }
 
 LectureCle<CleSaisie> LisCleSaisie(std::string_view nom) {

@@ -46,6 +46,8 @@ struct FigureLue {
 /// A name of a figure; null for the net amount.
 LectureCle<FigureLue> LisFigure(const char* nom);
 
+/// "1AJ", "ti.1AW", "quotient.4.1AJ".
+std::string NomDe(const CleSaisie& cle);
 /// "ti": an area by name.
 const char* NomAire(Aire aire);
 /// Whether an entry box can hold exceptional income.

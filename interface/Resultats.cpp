@@ -2,6 +2,7 @@
 
 #include "Calcul/pCalculN/Reports.h"
 #include "interface/Cles.h"
+#include "interface/Explications.h"
 #include "interface/Retour.h"
 
 // The computation of a return in kv.h, and what it finds.
@@ -165,4 +166,17 @@ kv_status kv_read_options(kv_return* r, kv_options* options) {
             return statut == KV_OK ? statut : retour.message.Refuse(statut);
         },
         options);
+}
+
+kv_status kv_explain(kv_return* r, const char* figure, int32_t depth, const char** json) {
+    return Avec(
+        r,
+        [&](kv_return& retour) {
+            const auto [lue, statut, message] = LisFigure(figure);
+            if (statut != KV_OK) return retour.message.Refuse(statut, message);
+            const auto resultats = Calcule(retour.demande, [](Calculateur&) {});
+            retour.explication = Explique(retour.demande, *resultats, lue, depth);
+            return *json = retour.explication.c_str(), kv_status{KV_OK};
+        },
+        json);
 }

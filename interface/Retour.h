@@ -46,6 +46,7 @@ struct kv_return {
     std::shared_ptr<const kv::Resultats> resultats;  ///< of the last computation; copies share them
     std::vector<std::string> avertissements;         ///< of the last check
     std::vector<kv::Effet> effets;                   ///< that were looked for last
+    std::string explication;                         ///< that was asked for last
     kv::Message message;
 };
 

@@ -49,9 +49,8 @@ kv_status kv_return_create(kv_return** created) {
 
 kv_status kv_return_copy(const kv_return* original, kv_return** copy) {
     if (!original || !copy) return KV_NULL;
-    return Repond(SansMessage(), [&] {
-        return *copy = new kv_return{original->demande, original->resultats, {}, {}, {}}, KV_OK;
-    });
+    return Repond(SansMessage(),
+                  [&] { return *copy = new kv_return{original->demande, original->resultats, {}, {}, {}, {}}, KV_OK; });
 }
 
 void kv_return_free(kv_return* r) { delete r; }
@@ -62,6 +61,7 @@ kv_status kv_return_clear(kv_return* r) {
         retour.resultats.reset();
         retour.avertissements.clear();
         retour.effets.clear();
+        retour.explication.clear();
         return KV_OK;
     });
 }

@@ -139,8 +139,8 @@ KV_PUBLIC kv_status kv_box_find(kv_catalogue catalogue, const char* name, int32_
 KV_PUBLIC kv_status kv_box_describe(kv_catalogue catalogue, int32_t number, kv_box* box);
 /** The boxes whose name contains a text, or whose label contains each of its words, in the order of the catalogue;
     accents and case do not matter. count receives how many there are, numbers the first capacity of them; numbers may
-   be null when capacity is 0. KV_NULL, KV_UNKNOWN (no such catalogue), KV_NO_MEMORY; KV_TOO_SMALL when there are more
-   than capacity: count and the first ones are written all the same. */
+    be null when capacity is 0. KV_NULL, KV_UNKNOWN (no such catalogue), KV_NO_MEMORY; KV_TOO_SMALL when there are more
+    than capacity: count and the first ones are written all the same. */
 KV_PUBLIC kv_status kv_box_search(kv_catalogue catalogue, const char* words, int32_t* numbers, int32_t capacity,
                                   int32_t* count);
 /** The boxes whose name looks most like a mistyped one, at most three, the most alike first. As kv_box_search. */
@@ -213,7 +213,7 @@ KV_PUBLIC kv_status kv_law_get(kv_law* law, const char* parameter, double* value
 /** The same by number. */
 KV_PUBLIC kv_status kv_law_get_parameter(kv_law* law, int32_t number, double* value);
 /** Whether the law can be applied. KV_NULL, KV_NO_MEMORY, KV_BAD_VALUE when the thresholds of a scale do not ascend:
-   the message names the two. */
+    the message names the two. */
 KV_PUBLIC kv_status kv_law_check(kv_law* law);
 
 /* ---- A return: what a household declares. ------------------------------------------------------------------------ */
@@ -255,7 +255,7 @@ KV_PUBLIC void kv_return_free(kv_return* r);
 /** Makes a return as kv_return_create does, without results. KV_NULL. */
 KV_PUBLIC kv_status kv_return_clear(kv_return* r);
 /** What the last failure of a call on this return was, in English; "" before any, and for null. It stands until the
-   next failure. */
+    next failure. */
 KV_PUBLIC const char* kv_message(const kv_return* r);
 
 /** Sets an amount by name: a box ("1AJ"), a companion ("ti.1AW", "tix.", "tiy.", "tk.", "tkz."), or exceptional income
@@ -270,7 +270,7 @@ KV_PUBLIC kv_status kv_set_box(kv_return* r, kv_area area, int32_t entry, int32_
 KV_PUBLIC kv_status kv_get_box(kv_return* r, kv_area area, int32_t entry, int32_t* value);
 
 /** Sets an amount of exceptional or deferred income (euros), which the quotient taxes apart from the box that it
-   belongs to (CGI art. 163-0 A): the coefficient divides it, 0 standing for 4. KV_NULL, KV_UNKNOWN, KV_NO_AMOUNT,
+    belongs to (CGI art. 163-0 A): the coefficient divides it, 0 standing for 4. KV_NULL, KV_UNKNOWN, KV_NO_AMOUNT,
     KV_NO_MEMORY. */
 KV_PUBLIC kv_status kv_set_exceptional(kv_return* r, int32_t entry, int32_t coefficient, int32_t amount);
 /** Reads back an exceptional amount, 0 where none was set. KV_NULL, KV_UNKNOWN, KV_NO_AMOUNT. */
@@ -282,7 +282,7 @@ KV_PUBLIC kv_status kv_exceptional_at(kv_return* r, int32_t index, int32_t* entr
                                       int32_t* amount);
 
 /** The stretch of the year that the household's income was earned over, two dates AAAAMMJJ, first and last day.
-   KV_NULL, KV_BAD_VALUE (not two dates of the calendar, years 1 to 9999, or the first after the last). */
+    KV_NULL, KV_BAD_VALUE (not two dates of the calendar, years 1 to 9999, or the first after the last). */
 KV_PUBLIC kv_status kv_set_period(kv_return* r, int32_t first, int32_t last);
 KV_PUBLIC kv_status kv_get_period(kv_return* r, int32_t* first, int32_t* last);
 /** What is done with the options. KV_NULL, KV_UNKNOWN. */
@@ -298,11 +298,11 @@ KV_PUBLIC kv_status kv_set_law(kv_return* r, const kv_law* law);
 KV_PUBLIC kv_status kv_get_law(kv_return* r, kv_law* law);
 
 /** Looks for what can't be true of the entry boxes: two family situations, a second declarant's income without a
-   couple, a date in the future, a tick that is neither 0 nor 1. Such a return is computed all the same. count receives
-   how many warnings there are. KV_NULL, KV_NO_MEMORY. */
+    couple, a date in the future, a tick that is neither 0 nor 1. Such a return is computed all the same. count receives
+    how many warnings there are. KV_NULL, KV_NO_MEMORY. */
 KV_PUBLIC kv_status kv_check(kv_return* r, int32_t* count);
 /** A warning of the last kv_check, in English, numbered from 0; it lives until the next kv_check, or until the return
-   is cleared or freed. KV_NULL, KV_UNKNOWN. */
+    is cleared or freed. KV_NULL, KV_UNKNOWN. */
 KV_PUBLIC kv_status kv_warning(kv_return* r, int32_t index, const char** text);
 
 /* ---- The computation, and what it finds. ------------------------------------------------------------------------- */
@@ -313,18 +313,17 @@ KV_PUBLIC kv_status kv_warning(kv_return* r, int32_t index, const char** text);
 KV_PUBLIC kv_status kv_compute(kv_return* r);
 
 /** A figure by name: the value of an output ("TOT_PAYER"), one of its three columns ("CO_19.c2"), or a carry-forward
-   box
-    ("F11_6FL"); 0 where nothing was written. KV_NULL, KV_NOT_COMPUTED, KV_UNKNOWN (the message names the nearest),
+    box ("F11_6FL"); 0 where nothing was written. KV_NULL, KV_NOT_COMPUTED, KV_UNKNOWN (the message names the nearest),
     KV_NO_MEMORY. */
 KV_PUBLIC kv_status kv_read(kv_return* r, const char* name, int32_t* value);
 /** A figure of an output by number: its value (column 0) or a column (1 to 3). KV_NULL, KV_NOT_COMPUTED, KV_UNKNOWN. */
 KV_PUBLIC kv_status kv_read_output(kv_return* r, int32_t output, int32_t column, int32_t* value);
 /** Outputs 0 to count - 1 at once: their values (column 0) or one of their columns. KV_NULL, KV_NOT_COMPUTED,
-   KV_UNKNOWN (no such column, or more than there are outputs). */
+    KV_UNKNOWN (no such column, or more than there are outputs). */
 KV_PUBLIC kv_status kv_read_outputs(kv_return* r, int32_t column, int32_t* values, int32_t count);
 /** How an output was found, in French: "7.5% x 1000"; "" for one without a text. It is written to text with a
     terminating zero; length receives its bytes without that zero, and may be null. KV_TEXT bytes hold any text.
-   KV_NULL, KV_NOT_COMPUTED, KV_UNKNOWN, KV_NO_MEMORY; KV_TOO_SMALL when it does not fit in size bytes: length alone is
+    KV_NULL, KV_NOT_COMPUTED, KV_UNKNOWN, KV_NO_MEMORY; KV_TOO_SMALL when it does not fit in size bytes: length alone is
     written. */
 KV_PUBLIC kv_status kv_read_text(kv_return* r, int32_t output, char* text, size_t size, size_t* length);
 #define KV_TEXT 256
@@ -351,7 +350,7 @@ KV_PUBLIC kv_status kv_read_options(kv_return* r, kv_options* options);
 /* ---- Many returns, in columns. ----------------------------------------------------------------------------------- */
 
 /** A column of amounts that n returns set: an entry box, a companion or an exceptional amount by its name, as in
-   kv_set, and one value a row. */
+    kv_set, and one value a row. */
 typedef struct kv_input_column {
     const char* name;      /**< "1AJ", "ti.1AW", "quotient.4.1AJ" */
     const int32_t* values; /**< rows values; KV_UNSET and 0 both say nothing of an exceptional amount */
@@ -383,21 +382,46 @@ typedef struct kv_columns {
 } kv_columns;
 
 /** Computes a return for each row, as if kv_compute ran over a copy of r with the amounts of the row set over those of
-   r, in the order of the columns: period, launch, indexation, law and what no column names are those of r, which stays
-   as it is. The figures are the same for any number of threads. No trace is written.
+    r, in the order of the columns: period, launch, indexation, law and what no column names are those of r, which stays
+    as it is. The figures are the same for any number of threads. No trace is written.
 
     statuses receives KV_OK for a row that was computed; the figures of another row are 0. The answer is that of the
-   first row that was not computed, KV_OK when all were.
+    first row that was not computed, KV_OK when all were.
 
     KV_NULL (also a name, or values where there are rows), KV_BAD_SIZE, KV_UNKNOWN and KV_NO_AMOUNT (a name; the message
     names the nearest), KV_BAD_VALUE (a negative number, or an amount in two columns): nothing is written. KV_NO_MEMORY;
     KV_CANCELLED: the rows that were not reached have it as their status. The message is that of r. */
 KV_PUBLIC kv_status kv_compute_columns(kv_return* r, const kv_columns* columns);
 
-/* ---- What would change a figure. --------------------------------------------------------------------------------- */
+/* ---- Why a figure is what it is. --------------------------------------------------------------------------------- */
 
-/* Below, a figure is named as in kv_read; null stands for the net amount, S_NET_A_PAYER less S_NET_RESTITUE: what the
-   household pays, or, negative, what it is refunded. Nothing of the return is changed, and its results stand. */
+/* Here and below, a figure is named as in kv_read; null stands for the net amount, S_NET_A_PAYER less S_NET_RESTITUE:
+   what the household pays, or, negative, what it is refunded. The return is computed anew, as it is set; nothing of it
+   is changed, and its results stand. */
+
+/** The tree of what makes a figure, only what is not 0, as a JSON text that lives until the next kv_explain on this
+    return, or until it is cleared or freed. depth: how many levels below the figure; all of them when negative.
+
+    A node is an object: "label" and "formula" in French, "value", "rule"; where there is one "box" (an output, an entry
+    box or a parameter of the law), "column" (1 to 3), "law" (the legal source), "step", "run" (when the figure is found
+    by computing again), "terms": nodes with a "sign" (1 or -1) and, where they are operands, a "role". The top has
+    "version", 1. Rules, and what holds of their terms:
+
+      sum, scale  the terms without a role, each times its sign, add up to the value
+      choice      the term "chosen" times its sign is the value
+      rate        "base" times "rate", which is in hundredths of a percent
+      share       "amount" times "numerator" over "denominator", which is 1 where it is not there
+      box, law    a leaf: an amount of the return; a figure of the law in its unit (euros, hundredths of a percent or of
+                  a number, years)
+      part        a part of a rule that is no figure of its own
+      step, run   no rule is known: the step and its text, and as terms with the role "effect" what each amount of the
+                  return adds to the figure, all else being equal; they need not add up
+      deeper      what makes it lies below the depth asked for, or already stands above
+
+    KV_NULL (r, json), KV_UNKNOWN (the message names the nearest), KV_NO_MEMORY, KV_FAILED. */
+KV_PUBLIC kv_status kv_explain(kv_return* r, const char* figure, int32_t depth, const char** json);
+
+/* ---- What would change a figure. --------------------------------------------------------------------------------- */
 
 /** What an amount that a return sets does to a figure. */
 typedef struct kv_effect {
@@ -436,8 +460,8 @@ typedef struct kv_range {
     array that is not null the first capacity of them: the amount, the figure, its average rate (figure / amount, 0 for
     the amount 0) and its marginal rate ((figure at amount + step - figure) / step), both in euros per euro. KV_NULL (r,
     range, count), KV_BAD_SIZE, KV_UNKNOWN, KV_NO_AMOUNT, KV_BAD_VALUE (the bounds or the step), KV_NO_MEMORY,
-   KV_FAILED, KV_CANCELLED: nothing but count is sure then. KV_TOO_SMALL when there are more than capacity: count alone
-   is written. */
+    KV_FAILED, KV_CANCELLED: nothing but count is sure then. KV_TOO_SMALL when there are more than capacity: count alone
+    is written. */
 KV_PUBLIC kv_status kv_curve(kv_return* r, const kv_range* range, int32_t* amounts, int32_t* values, double* average,
                              double* marginal, int32_t capacity, int32_t* count);
 

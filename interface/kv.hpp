@@ -318,7 +318,14 @@ class Return {
         check(kv_compute_columns(handle(), &columns));
     }
 
-    // ---- What would change a figure; null for the net amount.
+    // ---- Why a figure is what it is, and what would change it; null for the net amount.
+
+    /// A JSON tree; depth: the levels below the figure, all of them when negative.
+    std::string explain(const char* figure = nullptr, int32_t depth = -1) const {
+        const char* json = nullptr;
+        check(kv_explain(handle(), figure, depth, &json));
+        return json;
+    }
 
     struct Effects {
         int32_t value = 0;               ///< the figure as it is

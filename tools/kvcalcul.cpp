@@ -6,6 +6,7 @@
 
 #include "Boites.h"
 #include "Effets.h"
+#include "Explication.h"
 #include "Lot.h"
 #include "Population.h"
 #include "Table.h"
@@ -111,9 +112,9 @@ int main(int argc, char** argv) {
         "or\n"
         "computed; 2 bad usage or input.");
     app.require_subcommand(1);
-    std::string fichier, sortie, motif, loi, lancement, part, figure, image, foyers, graine = "2017";
+    std::string fichier, sortie, motif, loi, lancement, part, figure, image, autre, foyers, graine = "2017";
     outil::DemandeCourbe intervalle;
-    std::int32_t threads = 0;
+    std::int32_t threads = 0, profondeur = -1;
     outil::DemandeTable demande;
     auto bavardage = outil::Bavardage::Ordinaire;
     bool json = false, complet = false, reductions = false, compare = false, markdown = false, trace = false;
@@ -156,6 +157,16 @@ int main(int argc, char** argv) {
         ->needs(optionLoi)
         ->excludes(drapeauComplet);
     run->add_flag("--trace", trace, "tell each step, value and re-run on standard error")->excludes("--compare");
+    CLI::App* explique = app.add_subcommand("explain", "why a figure is what it is: the tree of what makes it");
+    explique->add_option("FILE", fichier, "a return in JSON")->required();
+    explique->add_option("OUTPUT", figure, "TOT_PAYER, CO_19.c2, F11_6FL (default: the net amount)");
+    explique->add_option("--depth", profondeur, "levels below the figure (default: everything)")
+        ->check(CLI::Range(0, 1000));
+    explique->add_option(
+        "--diff", autre,
+        "another return, or the same one, under the law of the year: the branches that differ from it");
+    explique->add_flag("--json", json, "print a JSON object");
+    avecLoi(explique);
     CLI::App* effets = app.add_subcommand("effects", "what each amount of a return does to a figure");
     effets->add_option("FILE", fichier, "a return in JSON")->required();
     effets->add_option("OUTPUT", figure, "TOT_PAYER, CO_19.c2, F11_6FL (default: the net amount)");
@@ -241,7 +252,12 @@ int main(int argc, char** argv) {
             std::cerr << n << " made-up households, seed " << graine << ": nobody's returns\n";
             return Calcule;
         }
-        if (*effets)
+        if (*explique && !autre.empty())
+            outil::EcritDifferences(std::cout, LisRetour(autre, {}), LisRetour(fichier, LisLoi(loi)), figure,
+                                    profondeur, json);
+        else if (*explique)
+            outil::EcritExplication(std::cout, LisRetour(fichier, LisLoi(loi)), figure, profondeur, json);
+        else if (*effets)
             outil::EcritEffets(std::cout, LisRetour(fichier, LisLoi(loi)), figure, json);
         else if (*morceaux)
             outil::EcritMorceaux(std::cout, LisRetour(fichier, LisLoi(loi)), intervalle);

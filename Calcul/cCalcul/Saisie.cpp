@@ -145,25 +145,7 @@ CasesEntree BoitesRemplies(const Saisie& saisie) {
 }
 
 void Replie(Saisie& saisie) {
-    struct Total {
-        CaseEntree total;
-        CaseEntree details[4];
-    };
-    static constexpr Total totaux[] = {
-        {"1AJ", {"1AG", "1NX", "1TP", "1PM"}},
-        {"1BJ", {"1BG", "1OX", "1UP", "1QM"}},
-        {"1CJ", {"1CG"}},
-        {"1DJ", {"1DG"}},
-        {"1EJ", {"1EG"}},
-        {"1FJ", {"1FG"}},
-        {"1AS", {"1AM"}},
-        {"1BS", {"1BM"}},
-        {"1CS", {"1CM"}},
-        {"1DS", {"1DM"}},
-        {"1ES", {"1EM"}},
-        {"1FS", {"1FM"}},
-    };
-    for (const auto& [total, details] : totaux)
+    for (const auto& [total, details] : totauxDetailles)
         for (const CaseEntree detail : details)
             if (detail) saisie[total] += saisie[detail];
 }

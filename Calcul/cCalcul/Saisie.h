@@ -93,7 +93,26 @@ template <std::size_t n>
 bool Vide(const std::array<std::int32_t, n>& valeurs) {
     return Vide<n>(valeurs.data());
 }
-/// Adds the boxes of the detailed salary and pension rows to their totals.
+/// A box that detailed salary or pension rows are added to, and those rows.
+struct TotalDetaille {
+    CaseEntree total;
+    CaseEntree details[4];
+};
+inline constexpr TotalDetaille totauxDetailles[] = {
+    {"1AJ", {"1AG", "1NX", "1TP", "1PM"}},
+    {"1BJ", {"1BG", "1OX", "1UP", "1QM"}},
+    {"1CJ", {"1CG"}},
+    {"1DJ", {"1DG"}},
+    {"1EJ", {"1EG"}},
+    {"1FJ", {"1FG"}},
+    {"1AS", {"1AM"}},
+    {"1BS", {"1BM"}},
+    {"1CS", {"1CM"}},
+    {"1DS", {"1DM"}},
+    {"1ES", {"1EM"}},
+    {"1FS", {"1FM"}},
+};
+/// Adds the detailed rows to their totals.
 void Replie(Saisie& saisie);
 
 }  // namespace kv

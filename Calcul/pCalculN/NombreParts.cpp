@@ -1,3 +1,5 @@
+#include "Calcul/pCalculN/NombreParts.h"
+
 #include <algorithm>
 
 #include "Calcul/pCalculN/Contexte.h"
@@ -18,7 +20,6 @@ class Foyer : Travail {
 
   private:
     bool Coche(CaseEntree box) const { return E[box] == 1; }
-    std::int32_t PartsDesEnfants() const;
     std::int32_t PartsDesSituations() const;
 
     // A person widowed in the year is taxed as a couple.
@@ -28,19 +29,6 @@ class Foyer : Travail {
     const std::int32_t m_aCharge = E["Fm"] + E["Jm"] + E["Rm"];
     const std::int32_t m_alternes = E["Hm"];
 };
-
-// A part for each dependant, a larger one from the third on; half of that in alternating residence.
-std::int32_t Foyer::PartsDesEnfants() const {
-    const std::int32_t parEnfant = loi["parts.enfant"], supplement = loi["parts.enfantMajore"] - parEnfant;
-    const std::int32_t avantMajoration = nDiv(loi["parts.rangMajore"], 100) - 1;
-    std::int32_t parts = 0;
-    if (m_aCharge > 0) parts += parEnfant * m_aCharge + supplement * nPositif(m_aCharge - avantMajoration);
-    if (m_alternes > 0) {
-        const std::int32_t majores = std::min(nPositif(m_aCharge + m_alternes - avantMajoration), m_alternes);
-        parts += nDiv(parEnfant, 2) * m_alternes + nDiv(supplement, 2) * majores;
-    }
-    return parts;
-}
 
 // What disability, war service, widowhood and living alone add.
 std::int32_t Foyer::PartsDesSituations() const {
@@ -70,7 +58,7 @@ void Foyer::NombreParts() {
     const std::int32_t base = m_imposesEnsemble ? 2 * nPart : nPart;
     // The withholding-rate run taxes each declarant as half of the household.
     const std::int32_t diviseur = faits.retenueALaSource ? 2 : 1;
-    S["F_NB_PARTS_ALL"] = nDiv(base + PartsDesEnfants() + PartsDesSituations(), diviseur);
+    S["F_NB_PARTS_ALL"] = nDiv(base + PartsDesEnfants(E.Toutes(), loi) + PartsDesSituations(), diviseur);
     S["F_NB_PARTS_ISO"] = nDiv(base, diviseur);
     S["F_NB_CHARGE"] = nDiv(E["Nm"] + m_aCharge, diviseur);
     S["F_NB_ENFANTS"] = nDiv(E["Jm"] + E["Fm"] + E["Nm"], diviseur);
@@ -78,6 +66,19 @@ void Foyer::NombreParts() {
 }
 
 }  // namespace
+
+std::int32_t PartsDesEnfants(const Saisie& saisie, const Loi& loi) {
+    const std::int32_t aCharge = saisie["Fm"] + saisie["Jm"] + saisie["Rm"], alternes = saisie["Hm"];
+    const std::int32_t parEnfant = loi["parts.enfant"], supplement = loi["parts.enfantMajore"] - parEnfant;
+    const std::int32_t avantMajoration = nDiv(loi["parts.rangMajore"], 100) - 1;
+    std::int32_t parts = 0;
+    if (aCharge > 0) parts += parEnfant * aCharge + supplement * nPositif(aCharge - avantMajoration);
+    if (alternes > 0) {
+        const std::int32_t majores = std::min(nPositif(aCharge + alternes - avantMajoration), alternes);
+        parts += nDiv(parEnfant, 2) * alternes + nDiv(supplement, 2) * majores;
+    }
+    return parts;
+}
 
 void NombreParts(Contexte& c) { Foyer(c).NombreParts(); }
 

@@ -1,7 +1,6 @@
 #include "Calcul/pCalculN/ReductionsTable.h"
 
 #include <algorithm>
-#include <string_view>
 
 #include "Calcul/pCalculN/Etapes.h"
 #include "Calcul/pCalculN/ImpotAReduire.h"
@@ -14,30 +13,6 @@ namespace kv {
 using namespace reductions;
 
 namespace {
-
-// Every reduction that the tax is reduced by, and every share of them that is given back.
-constexpr bool EstReduction(std::string_view nom) {
-    constexpr std::string_view familles[] = {"U_REDUC_",   "U_DONS_", "U_CAPITAL_", "U_FOREST_",
-                                             "U_INV_ZRR_", "U_DT_",   "U_PRESERV_"};
-    constexpr std::string_view autres[] = {"U_CLASSES_MOYENNES", "U_HEBERGEMENT_V", "U_HEBERGEMENT_C",
-                                           "U_RENTE_SURVIE",     "U_FRAIS_COMPTA",  "U_ENFANTS_ACHARGE",
-                                           "U_ENFANTS_ALTERNE",  "U_ETR_REV_TK"};
-    return std::any_of(std::begin(familles), std::end(familles),
-                       [&](std::string_view f) { return nom.starts_with(f); }) ||
-           std::find(std::begin(autres), std::end(autres), nom) != std::end(autres);
-}
-constexpr bool EstRetrocession(std::string_view nom) {
-    return nom.starts_with("U_PR_") && !nom.ends_with("_R") && !nom.ends_with("_NR");
-}
-template <class Choix>
-consteval CasesSortie SortiesDontLeNom(Choix choix) {
-    CasesSortie sorties;
-    for (int j = 0; j < nSorties; ++j)
-        if (choix(sortie::noms[j])) sorties.Ajoute(CaseSortie::Numero(j));
-    return sorties;
-}
-constexpr CasesSortie sortiesReductions = SortiesDontLeNom(EstReduction);
-constexpr CasesSortie sortiesRetrocessions = SortiesDontLeNom(EstRetrocession);
 
 class Reductions : Travail {
   public:

@@ -147,6 +147,24 @@ TEST(Morceaux, OfASalaryWorkedOutByHand) {
     EXPECT_EQ(r.get("1AJ"), 1);
 }
 
+TEST(Explications, AreTextsThatLiveUntilTheNext) {
+    kv::Return r;
+    r.set("1AJ", 30000).set("7UF", 600);
+    const char* texte = nullptr;
+    ASSERT_EQ(kv_explain(r.handle(), "U_DONS_OEUVRES_N", -1, &texte), KV_OK);
+    EXPECT_EQ(std::string(texte).find("{\"version\":1,\"box\":\"U_DONS_OEUVRES_N\",\"label\":\"Dons"), 0U);
+    EXPECT_NE(
+        std::string(texte).find("\"value\":396,\"rule\":\"rate\",\"formula\":\"66 % de 600\",\"law\":\"CGI art. 200\""),
+        std::string::npos);
+    EXPECT_EQ(r.explain(nullptr, 0).find("\"terms\""), std::string::npos);
+    EXPECT_NE(r.explain("F11_6PSS").find("NP1_PLAF_PERP_V_C"), std::string::npos);
+    EXPECT_EQ(kv_explain(r.handle(), "TOT_PAYRE", -1, &texte), KV_UNKNOWN);
+    EXPECT_EQ(kv_explain(r.handle(), nullptr, -1, nullptr), KV_NULL);
+    EXPECT_EQ(kv_explain(nullptr, nullptr, -1, &texte), KV_NULL);
+    int32_t valeur = 0;
+    EXPECT_EQ(kv_read(r.handle(), "TOT_PAYER", &valeur), KV_NOT_COMPUTED);  // nothing of the return has changed
+}
+
 TEST(Effets, BadCallsAreStatuses) {
     const kv::Return r;
     int32_t valeur = -7, nombre = -7;

@@ -175,6 +175,9 @@ TEST(MemoireCourte, WhatWouldChangeAFigure) {
     EXPECT_EQ(valeurs[1], 1);
     EXPECT_EQ(epuise([&] { return kv_breaks(r.handle(), &range, &morceau, 1, &nombre); }), KV_OK);
     EXPECT_EQ(morceau.to, 1);
+    const char* explication = nullptr;
+    EXPECT_EQ(epuise([&] { return kv_explain(r.handle(), "I_IMP_NORM", 2, &explication); }), KV_OK);
+    EXPECT_NE(explication, nullptr);
     EXPECT_EQ(r.get("quotient.4.1AJ"), 10);
 }
 

@@ -60,6 +60,22 @@ tail -1 "$travail/sortie" | grep -qE '^[0-9]+,29000,0\.126[0-9]{6},'
 statut 2 "$kvcalcul" breaks "$travail/bon" --box 1AJX --to 10
 grep -q 'nearest: 1AJ' "$travail/erreurs"
 statut 2 "$kvcalcul" curve "$travail/bon" --box 1AJ --from 10 --to 1 --step 1
+# Why: every level by hand, and what another return or another law changes.
+statut 0 "$kvcalcul" explain "$travail/dons"
+grep -qx '2897  Montant net à payer, négatif : restitution (net)' "$travail/sortie"
+grep -q '^ *- 396  Réductions' "$travail/sortie"
+grep -q '^ *taux: 66 % ' "$travail/sortie"
+grep -q '^ *+ 600  Dons .*(7UF)$' "$travail/sortie"
+grep -q '^ *+ 2419  tranche au-dessus de 9807 par part = 14 % de 17279$' "$travail/sortie"
+statut 0 "$kvcalcul" explain "$travail/dons" TOT_IMPOT --depth 1 --json
+grep -q '^{"version":1,"box":"TOT_IMPOT",.*"terms":\[{"box":"I_BAREME",.*"rule":"deeper"' "$travail/sortie"
+statut 0 "$kvcalcul" explain --diff "$travail/bon" "$travail/dons"
+grep -qx '3293 -> 2897 (-396)  Montant net à payer, négatif : restitution (net)' "$travail/sortie"
+grep -q '^ *- 0 -> 396 (+396)  Réductions' "$travail/sortie"
+echo '{"bareme.tranche3.taux": 31}' >"$travail/reforme"
+statut 0 "$kvcalcul" explain --diff "$travail/bon" "$travail/bon" --law "$travail/reforme" --json
+grep -q '^{"version":1,.*"before":3293,"after":3322,' "$travail/sortie"
+statut 2 "$kvcalcul" explain "$travail/dons" TOT_IMPOTS
 statut 0 "$kvcalcul" run --trace "$travail/bon"
 grep -q ' : *-> 1AJ : 33333$' "$travail/erreurs"
 grep -q 'to pay *3293' "$travail/sortie"

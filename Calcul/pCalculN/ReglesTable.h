@@ -1,0 +1,491 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string_view>
+
+#include "Calcul/cCalcul/Cases.h"
+#include "Calcul/pCalculN/Loi.h"
+
+// What each figure is made of, for a reader: sums, rates, bounds. The steps compute; these rows tell what they
+// computed, and a row is shown only where its operands give the figure. What follows from a table of reductions,
+// credits or business income is not repeated here.
+
+namespace kv::regles {
+
+/// A word of a formula: an output ("RN_SAL"), one of its columns ("RN_SAL.2", "RN_SAL.*" for the column of the figure
+/// that is explained), an entry box ("[1AJ]"), a figure of the law ("{decote.part}"), a number ("10"). Each may be
+/// taken off.
+struct Terme {
+    enum class Sorte : std::uint8_t { Sortie, Boite, Loi, Nombre };
+    Sorte sorte = Sorte::Sortie;
+    int numero = -1;
+    int colonne = 0;  ///< 0: the value; -1: the column of the figure that is explained
+    int signe = 1;
+};
+
+constexpr Terme LisTerme(std::string_view mot) {
+    if (mot.front() == '[')
+        return {Terme::Sorte::Boite, CatalogueEntree::index.Cherche(Hache(mot.substr(1, mot.size() - 2)))};
+    if (mot.front() == '{') return {Terme::Sorte::Loi, indexLoi.Cherche(Hache(mot.substr(1, mot.size() - 2)))};
+    if ('0' <= mot.front() && mot.front() <= '9') {
+        int nombre = 0;
+        for (const char chiffre : mot) nombre = 10 * nombre + (chiffre - '0');
+        return {Terme::Sorte::Nombre, nombre};
+    }
+    Terme terme;
+    if (mot.size() > 2 && mot[mot.size() - 2] == '.') {
+        terme.colonne = mot.back() == '*' ? -1 : mot.back() - '0';
+        mot.remove_suffix(2);
+    }
+    terme.numero = CatalogueSortie::index.Cherche(Hache(mot));
+    return terme;
+}
+
+/// Words with a space between them, "-" before one that is taken off. Checked when the code is compiled.
+class Formule {
+  public:
+    consteval Formule(const char* texte) : m_texte(texte) {
+        Parcourt([](const Terme& terme) {
+            if (terme.numero < 0) throw "no figure has this name";
+        });
+    }
+    template <class Fonction>
+    constexpr void Parcourt(Fonction f) const {
+        int signe = 1;
+        for (std::string_view reste = m_texte; !reste.empty();) {
+            const std::size_t fin = std::min(reste.find(' '), reste.size());
+            const std::string_view mot = reste.substr(0, fin);
+            reste.remove_prefix(std::min(fin + 1, reste.size()));
+            if (mot == "-") {
+                signe = -1;
+            } else if (mot != "+") {
+                Terme terme = LisTerme(mot);
+                terme.signe = signe;
+                f(terme);
+                signe = 1;
+            }
+        }
+    }
+
+  private:
+    std::string_view m_texte;
+};
+
+enum class Genre : std::uint8_t {
+    Somme,     ///< the terms added up
+    Choix,     ///< the one operand that applies
+    Taux,      ///< the operands added up, at the rate of the last one, hundredths of a percent
+    Part,      ///< the first operand times the second one, over the third one
+    Produits,  ///< the operands two by two multiplied, and added up
+};
+
+struct Regle {
+    Formule figure;
+    Genre genre;
+    Formule operandes;
+    /// What the difference is called where the operands do not give all of the figure; null: then the row does not
+    /// apply.
+    const char* ecart = nullptr;
+    const char* mots = "";  ///< what the operands do not say
+};
+
+constexpr const char* pasMoinsDeZero = "pas en dessous de 0";
+constexpr const char* auDelaDuPlafond = "au-delà du plafond";
+constexpr const char* auDelaDeLaBase = "au-delà de la base";
+constexpr const char* auDelaDeLImpot = "au-delà de l'impôt";
+constexpr const char* auDelaDuRevenu = "au-delà du plafond ou du revenu";
+
+/// Of several rows of one figure the first one that gives it is shown.
+inline constexpr Regle lignes[] = {
+    // ---- The amount payable.
+    {"S_NET_A_PAYER", Genre::Somme, "TOT_PAYER - TOT_REST + S_A_PAYER", "non recouvré, ou restitué"},
+    {"S_NET_RESTITUE", Genre::Somme, "TOT_REST - TOT_PAYER - S_A_PAYER", "non restitué"},
+    {"TOT_PAYER", Genre::Somme, "TOT_IMP_COR + NICHE_FISCALE + CONTRIBUTIONS - D_CREDIT", "non recouvré, ou restitué"},
+    {"TOT_N_RECOUVRE", Genre::Somme, "TOT_IMP_COR + NICHE_FISCALE + CONTRIBUTIONS - D_CREDIT"},
+    {"TOT_REST", Genre::Somme, "D_CREDIT - TOT_IMP_COR - NICHE_FISCALE - CONTRIBUTIONS", "non restitué"},
+    {"TOT_N_REST", Genre::Somme, "D_CREDIT - TOT_IMP_COR - NICHE_FISCALE - CONTRIBUTIONS"},
+    {"S_A_PAYER", Genre::Somme, "S_CONTR_SOC + S_CONTR_SAL + S_CONTR_CARRIED + S_CSG_CRDS_ETR + S_CSG_CRDS_SAL"},
+    {"S_A_PAYER", Genre::Somme,
+     "S_CONTR_SOC + S_CONTR_SAL + S_CONTR_CARRIED + S_CSG_CRDS_ETR + S_CSG_CRDS_SAL + S_CONTR_CIMR_CS"},
+    {"S_A_PAYER", Genre::Somme, "S_CONTR_SOC + S_CONTR_SAL + S_CONTR_CARRIED + S_CSG_CRDS_ETR + S_CSG_CRDS_SAL",
+     "sous le seuil de recouvrement"},
+    {"CONTRIBUTIONS", Genre::Somme, "CONT_HAUT_REV + [3WT]"},
+    {"CONTRIBUTIONS", Genre::Somme, "CONT_HR_TAUX_EFFECTIF + [3WT]"},
+
+    // ---- From the gross tax to the tax of proportional rates.
+    {"TOT_IMP_COR", Genre::Somme, "TOT_IMP_RED + CORRECTIONS"},
+    {"CORRECTIONS", Genre::Somme,
+     "CO_TNS_GUY + CO_TNS_MGR + CO_TNS + CO_18 + CO_19 + CO_24 + CO_3WR + CO_3WS + CO_30 + CO_41 + CO_22_5 + CO_50 + "
+     "CO_INV_AUTEUR + CO_REPRISE + CO_INVEST_CORSE + CO_AGENTS_ASSUR + CO_PENSIONS + CO_INTERET + CO_TAXELOYER + "
+     "CO_PFU1 + CO_PFU2"},
+    {"CO_PFU1", Genre::Taux, "RF_PFU1 {pfu.assuranceVie.taux}"},
+    {"CO_PFU2", Genre::Taux, "RF_PFU2 {pfu.taux}"},
+    {"CO_REPRISE", Genre::Choix, "[8TF]"},
+    {"CO_INVEST_CORSE", Genre::Choix, "[8TP]"},
+    {"CO_TAXELOYER", Genre::Choix, "[4BH]"},
+    {"CO_INTERET", Genre::Taux, "[2FA] {mobiliers.2FA.taux}"},
+    {"CO_18", Genre::Taux, "CO_18.2 CO_18.3"},
+    {"CO_19", Genre::Taux, "CO_19.2 CO_19.3"},
+    {"CO_22_5", Genre::Taux, "CO_22_5.2 CO_22_5.3"},
+    {"CO_24", Genre::Taux, "CO_24.2 CO_24.3"},
+    {"CO_30", Genre::Taux, "CO_30.2 CO_30.3"},
+    {"CO_41", Genre::Taux, "CO_41.2 CO_41.3"},
+    {"CO_50", Genre::Taux, "CO_50.2 CO_50.3"},
+    {"CO_TNS", Genre::Taux, "CO_TNS.2 CO_TNS.3"},
+    {"CO_INV_AUTEUR", Genre::Taux, "CO_INV_AUTEUR.2 CO_INV_AUTEUR.3"},
+    {"CO_18.2", Genre::Choix, "[3VD]"},
+    {"CO_19.2", Genre::Somme, "[3VT] + [3SJ] + [3WJ]"},
+    {"CO_19.2", Genre::Somme, "[3VT] + [3SJ1] + [3WJ]"},
+    {"CO_22_5.2", Genre::Choix, "[3VM]"},
+    {"CO_24.2", Genre::Choix, "[3WI]"},
+    {"CO_30.2", Genre::Somme, "[3VI] + [3SK]"},
+    {"CO_41.2", Genre::Choix, "[3VF]"},
+    {"CO_50.2", Genre::Choix, "[3PI]"},
+    {"CO_TNS.2", Genre::Choix, "RF_PLUS"},
+    {"CO_INV_AUTEUR.2", Genre::Somme, "[5TC] + [5UC] + [5VC]"},
+    {"TOT_IMP_RED", Genre::Somme, "TOT_IMPOT_DOM + IMPOT_TAUX_MARG - U_DECOTE - REDUCTIONS"},
+    {"TOT_IMP_RED", Genre::Somme, "TOT_IMPOT_DOM + IMPOT_TAUX_MARG - U_DECOTE - REDUCTIONS", pasMoinsDeZero},
+    {"TOT_IMPOT_DOM", Genre::Somme, "TOT_IMPOT - U_DECOTE_DOM_GMR - U_DECOTE_DOM_GUY"},
+    {"TOT_IMPOT_DOM", Genre::Somme, "IMPOT_TX_EFFECTIF - U_DECOTE_DOM_GMR - U_DECOTE_DOM_GUY"},
+    {"TOT_IMPOT_DOM", Genre::Choix, "IMPOT_TM"},
+    {"IMPOT_TAUX_MARG", Genre::Choix, "IMPOT_DU_TAUX_MARG"},
+    {"IMPOT_DU_TAUX_MARG", Genre::Somme, "IMPOT_DU_REVENUS - IMPOT_DU_DOM_GMR - IMPOT_DU_DOM_GUY"},
+    {"IMPOT_DU_REVENUS", Genre::Taux, "TM_BA TAUX_MARGINAL_3"},
+    {"RF_PFU1", Genre::Somme, "[2CH2] + [2DH2]", "abattement sur l'assurance-vie"},
+    {"RF_PFU2", Genre::Somme,
+     "[3SJ2] + [3VG] + [3SG] + [3UA] + [3SL] + [3VE] + [3UV] + [3SA] + [3SZ] + [2DH3] + [2EE2] + [2DC] + [2CH3] + "
+     "[2TS2] + [2TR] + [2TT] + [2FA] + [2GO]",
+     "abattement sur l'assurance-vie"},
+    {"RF_PLUS", Genre::Somme, "RF_PLUS_BA + RF_PLUS_BIC_P + RF_PLUS_BIC_NP + RF_PLUS_BNC_P + RF_PLUS_BNC_NP"},
+    {"RF_PLUS.*", Genre::Somme,
+     "RF_PLUS_BA.* + RF_PLUS_BIC_P.* + RF_PLUS_BIC_NP.* + RF_PLUS_BNC_P.* + RF_PLUS_BNC_NP.*"},
+    {"RF_PLUS_BA", Genre::Somme, "RF_PLUS_BA_MIC + RF_PLUS_BA_NOR"},
+    {"RF_PLUS_BIC_P", Genre::Somme, "RF_PLUS_BIC_P_MIC + RF_PLUS_BIC_P_NOR"},
+    {"RF_PLUS_BIC_NP", Genre::Somme, "RF_PLUS_BIC_NP_MIC + RF_PLUS_BIC_NP_NOR"},
+    {"RF_PLUS_BNC_P", Genre::Somme, "RF_PLUS_BNC_P_MIC + RF_PLUS_BNC_P_NOR"},
+    {"RF_PLUS_BNC_NP", Genre::Somme, "RF_PLUS_BNC_NP_MIC + RF_PLUS_BNC_NP_NOR"},
+    {"RF_PLUS_BA.*", Genre::Somme, "RF_PLUS_BA_MIC.* + RF_PLUS_BA_NOR.*"},
+    {"RF_PLUS_BIC_P.*", Genre::Somme, "RF_PLUS_BIC_P_MIC.* + RF_PLUS_BIC_P_NOR.*"},
+    {"RF_PLUS_BIC_NP.*", Genre::Somme, "RF_PLUS_BIC_NP_MIC.* + RF_PLUS_BIC_NP_NOR.*"},
+    {"RF_PLUS_BNC_P.*", Genre::Somme, "RF_PLUS_BNC_P_MIC.* + RF_PLUS_BNC_P_NOR.*"},
+    {"RF_PLUS_BNC_NP.*", Genre::Somme, "RF_PLUS_BNC_NP_MIC.* + RF_PLUS_BNC_NP_NOR.*"},
+    {"TOT_IMPOT", Genre::Somme, "I_BAREME + I_QUOT"},
+    {"I_BAR_QUOT", Genre::Somme, "I_BAREME + I_QUOT"},
+
+    {"I_BAREME", Genre::Choix, "I_IMP_NORM", nullptr, "impôt de toutes les parts"},
+    {"I_BAREME", Genre::Choix, "I_IMP_RETENU", nullptr, "quotient familial plafonné"},
+    {"I_IMP_RETENU", Genre::Somme, "I_IMP_SIMP - I_PLAF_FAM - I_NEUT_PLAF_FAM - I_AJUST_PLAF_FAM", nullptr,
+     "impôt des parts des déclarants, moins l'avantage maximal des autres"},
+    {"I_IMP_RETENU", Genre::Choix, "I_IMP_NORM"},
+
+    // ---- Taxable income.
+    {"QUOTIENT_A_DED", Genre::Choix, "RQ_REV_EXCEP"},
+    {"A_AGEES.2", Genre::Choix, "{abattements.personnesAgees.montantPlein}", nullptr,
+     "revenu modeste : abattement entier"},
+    {"A_AGEES.2", Genre::Choix, "{abattements.personnesAgees.montant}", nullptr, "revenu moyen : abattement réduit"},
+    {"A_ENFANTS.2", Genre::Choix, "{abattements.enfantMarie}"},
+    {"I_PLAF_FAM", Genre::Choix, "{quotientFamilial.plafond.seul}", nullptr, "enfants majeurs élevés seul"},
+    {"I_PLAF_FAM", Genre::Choix, "{quotientFamilial.plafond.parentIsole}", nullptr, "parent isolé"},
+    {"I_PLAF_FAM", Genre::Somme, "{quotientFamilial.plafond.parentIsole}",
+     "demi-parts des autres personnes à charge, ou quart de part", "parent isolé"},
+    {"I_AJUST_PLAF_FAM", Genre::Somme, "{quotientFamilial.veuf}", "au-delà de l'impôt de toutes les parts",
+     "veuf avec charge de famille"},
+    {"A_AGEES", Genre::Part, "A_AGEES.2 A_AGEES.1 1"},
+    {"A_ENFANTS", Genre::Part, "A_ENFANTS.2 A_ENFANTS.1 10"},
+    {"TOT_R_IMPOS", Genre::Somme, "TOT_R_NET_G - ABAT - QUOTIENT_A_DED"},
+    {"TOT_R_IMPOS", Genre::Somme, "TOT_R_NET_G - ABAT - QUOTIENT_A_DED", pasMoinsDeZero},
+    {"ABAT", Genre::Somme, "A_AGEES + A_ENFANTS"},
+    {"TOT_R_NET_G", Genre::Somme, "TOT_R_BRUT - CHARGES"},
+    {"TOT_R_NET", Genre::Somme, "TOT_R_BRUT - C_REDUC"},
+    {"CHARGES", Genre::Choix, "C_REDUC"},
+    {"C_REDUC", Genre::Somme,
+     "C_CSG + C_CSG_MOB + C_DEDUC + C_ENFANTS_1 + C_ENFANTS_2 + C_COT_PERP_V + C_COT_PERP_C + C_COT_PERP_E + C_JUSTICE "
+     "+ C_AUTRE + C_FRAIS + C_TM_BIS + C_TM_TER + C_GROSSE_REP"},
+    {"C_CSG", Genre::Somme, "[6DE]", auDelaDuRevenu},
+    {"C_CSG_MOB", Genre::Taux, "C_CSG_MOB.2 C_CSG_MOB.3", auDelaDuRevenu},
+    {"C_CSG_MOB.2", Genre::Choix, "[2BH]"},
+    {"C_DEDUC", Genre::Somme, "[6DD]", auDelaDuRevenu},
+    {"C_ENFANTS_1", Genre::Somme, "[6EL] + [6EM] + [6EN] + [6EQ]", auDelaDuRevenu},
+    {"C_ENFANTS_2", Genre::Somme, "[6GI] + [6GJ] + [6GK] + [6GL]",
+     "majoration, moins ce qui dépasse le plafond ou le revenu"},
+    {"C_COT_PERP_V", Genre::Somme, "[6RS]", auDelaDuRevenu},
+    {"C_COT_PERP_C", Genre::Somme, "[6RT]", auDelaDuRevenu},
+    {"C_COT_PERP_E", Genre::Somme, "[6RU]", auDelaDuRevenu},
+    {"C_JUSTICE", Genre::Somme, "[6GP]", "majoration, moins ce qui dépasse le revenu"},
+    {"C_AUTRE", Genre::Somme, "[6GU]", auDelaDuRevenu},
+    {"C_FRAIS", Genre::Somme, "[6EU]", auDelaDuRevenu},
+
+    // ---- Gross income.
+    {"TOT_R_BRUT", Genre::Somme, "RNORMAL + RDIVERS + RREEL"},
+    {"RNORMAL", Genre::Somme, "RN_SAL + RN_PEN"},
+    {"RDIVERS", Genre::Somme,
+     "RD_RENTES + RD_MOB + RD_FON + RD_AUTRE + RD_GAINS + RD_GAINS_1TZ + RD_PV_BAREME - RD_DEFICIT"},
+    {"RREEL", Genre::Somme,
+     "RR_BA + RR_BA_DEF + RR_BIC_P + RR_BIC_NP + RR_BIC_NP_DEF_REP + RR_BIC_NP_LM + RR_BIC_NP_LM_DEF_REP + RR_BNC_P + "
+     "RR_BNC_NP + RR_BNC_NP_DEF_REP"},
+
+    {"RN_SAL", Genre::Somme, "RN_SAL_SAIS - RN_SAL_DED_10"},
+    {"RN_SAL.*", Genre::Somme, "RN_SAL_SAIS.* - RN_SAL_DED_10.*"},
+    {"RN_SAL_SAIS.1", Genre::Somme, "[1AJ] + [1AP] + [1AF] + [1GB]"},
+    {"RN_SAL_SAIS.2", Genre::Somme, "[1BJ] + [1BP] + [1BF] + [1HB]"},
+    {"RN_SAL_SAIS.3", Genre::Somme,
+     "[1CJ] + [1CP] + [1CF] + [1IB] + [1DJ] + [1DP] + [1DF] + [1JB] + [1EJ] + [1EP] + [1EF] + [1KB] + [1FJ] + [1FP] + "
+     "[1FF] + [1LB] + [1FJA] + [1FPA] + [1FJB] + [1FPB] + [1FJC] + [1FPC] + [1FJD] + [1FPD] + [1FJE] + [1FPE]"},
+    {"RN_SAL_DED_10.1", Genre::Taux, "RN_SAL_SAIS.1 {salaires.deduction.taux}"},
+    {"RN_SAL_DED_10.2", Genre::Taux, "RN_SAL_SAIS.2 {salaires.deduction.taux}"},
+    {"RN_SAL_DED_10.3", Genre::Taux, "RN_SAL_SAIS.3 {salaires.deduction.taux}"},
+    {"RN_SAL_DED_10.1", Genre::Choix, "[1AK]"},
+    {"RN_SAL_DED_10.2", Genre::Choix, "[1BK]"},
+    {"RN_SAL_DED_10.3", Genre::Choix, "[1CK]"},
+    {"RN_SAL_DED_10.*", Genre::Choix, "{salaires.deduction.plafond}"},
+    {"RN_SAL_DED_10.*", Genre::Choix, "{salaires.deduction.plancher}"},
+    {"RN_SAL_DED_10.*", Genre::Choix, "{salaires.deduction.plancherMajore}"},
+    {"RN_SAL_DED_10.*", Genre::Choix, "RN_SAL_SAIS.*"},
+    {"RN_SAL_DED_10.*", Genre::Taux, "RN_SAL_SAIS.* {salaires.deduction.taux}",
+     "minimum, plafond ou frais réels, ou part des gains d'actions"},
+    {"RN_PEN", Genre::Somme, "RN_PEN_DECL - RN_PEN_ABAT"},
+    {"RN_PEN.*", Genre::Somme, "RN_PEN_DECL.* - RN_PEN_ABAT.*"},
+    {"RN_PEN_DECL.1", Genre::Somme, "[1AS] + [1AO] + [1AZ] + [1AL]"},
+    {"RN_PEN_DECL.2", Genre::Somme, "[1BS] + [1BO] + [1BZ] + [1BL]"},
+    {"RN_PEN_DECL.3", Genre::Somme,
+     "[1CS] + [1CO] + [1CZ] + [1CL] + [1DS] + [1DO] + [1DZ] + [1DL] + [1ES] + [1EO] + [1EZ] + [1EL] + [1FS] + [1FO] + "
+     "[1FZ] + [1FL] + [1FSA] + [1FOA] + [1FZA] + [1FSB] + [1FOB] + [1FZB] + [1FSC] + [1FOC] + [1FZC] + [1FSD] + [1FOD] "
+     "+ [1FZD] + [1FSE] + [1FOE] + [1FZE]"},
+    {"RN_PEN_ABAT.*", Genre::Taux, "RN_PEN_DECL.* {pensions.abattement.taux}"},
+    {"RN_PEN_ABAT.*", Genre::Choix, "{pensions.abattement.plancher}"},
+    {"RN_PEN_ABAT.*", Genre::Choix, "{pensions.abattement.plafond}"},
+    {"RN_PEN_ABAT.*", Genre::Choix, "RN_PEN_DECL.*"},
+    {"RN_PEN_ABAT.*", Genre::Part, "{pensions.abattement.plafond} RN_PEN_DECL.* RN_PEN_DECL"},
+
+    {"RD_RENTES", Genre::Somme, "RD_RENTES_M_50 + RD_RENTES_50_59 + RD_RENTES_60_69 + RD_RENTES_P_70"},
+    {"RD_RENTES_M_50", Genre::Taux, "RD_RENTES_M_50.2 {rentes.moinsDe50ans}"},
+    {"RD_RENTES_50_59", Genre::Taux, "RD_RENTES_50_59.2 {rentes.de50a59ans}"},
+    {"RD_RENTES_60_69", Genre::Taux, "RD_RENTES_60_69.2 {rentes.de60a69ans}"},
+    {"RD_RENTES_P_70", Genre::Taux, "RD_RENTES_P_70.2 {rentes.plusDe69ans}"},
+    {"RD_RENTES_M_50.2", Genre::Somme, "[1AW] + [1AR]"},
+    {"RD_RENTES_50_59.2", Genre::Somme, "[1BW] + [1BR]"},
+    {"RD_RENTES_60_69.2", Genre::Somme, "[1CW] + [1CR]"},
+    {"RD_RENTES_P_70.2", Genre::Somme, "[1DW] + [1DR]"},
+
+    {"RD_MOB", Genre::Somme,
+     "RD_MOB_MONT + RD_MOB_MAJO - RD_MOB_DEMI_BASE - RD_MOB_ABAT - RD_MOB_FRAIS - RD_MOB_DEFICIT_NM1"},
+    {"RD_MOB_MONT", Genre::Somme, "[2DC] + [2TS] + [2TR] + [2FU] + [2CH] + [2GO] + [2TT]"},
+    {"RD_MOB_MONT", Genre::Somme,
+     "[2DC] + [2TS1] + [2TS2] + [2EE2] + [2TR] + [2FU] + [2CH1] + [2CH2] + [2CH3] + [2DH2] + [2DH3] + [2GO] + [2TT] + "
+     "[2FA]"},
+    {"RD_MOB_MONT", Genre::Somme, "[2TS1] + [2FU] + [2CH1]"},
+    {"RD_MOB_MAJO", Genre::Taux, "[2GO] {mobiliers.majoration}"},
+    {"RD_MOB_DEMI_BASE", Genre::Somme, "RD_MOB_DEMI_BASE_2DC + RD_MOB_DEMI_BASE_2FU"},
+    {"RD_MOB_DEMI_BASE_2DC", Genre::Taux, "[2DC] {mobiliers.dividendes.abattement}"},
+    {"RD_MOB_DEMI_BASE_2FU", Genre::Taux, "[2FU] {mobiliers.dividendes.abattement}"},
+    {"RD_MOB_ABAT", Genre::Choix, "[2CH]"},
+    {"RD_MOB_ABAT", Genre::Choix, "{assuranceVie.abattement}"},
+    {"RD_MOB_ABAT", Genre::Somme, "{assuranceVie.abattement} + {assuranceVie.abattement}"},
+    {"RD_MOB_FRAIS", Genre::Somme, "[2CA]", auDelaDuRevenu},
+    {"RD_MOB_DEFICIT_NM1", Genre::Somme, "[2AA] + [2AL] + [2AM] + [2AN] + [2AQ] + [2AR]", auDelaDuRevenu},
+    {"RD_FON", Genre::Somme, "[4BA] + [4BE] - RD_FON_BE_ABAT - [4BB] - [4BC] - RD_FON_BD_IMPUT"},
+    {"RD_FON", Genre::Somme, "[4BA] + [4BE] - RD_FON_BE_ABAT - [4BB] - [4BC] - RD_FON_BD_IMPUT", "déficit reporté"},
+    {"RD_FON_BE_ABAT", Genre::Taux, "[4BE] {foncier.micro.abattement}"},
+    {"RD_FON_BD_IMPUT", Genre::Somme, "[4BD]", auDelaDuRevenu},
+    {"RD_AUTRE", Genre::Choix, "[6GH]"},
+    {"RD_GAINS", Genre::Somme, "RD_GAINS_2_Rev - RD_GAINS_2_Ded"},
+    {"RD_GAINS_2_Rev.1", Genre::Somme, "[1TT] + [3VJ]"},
+    {"RD_GAINS_2_Rev.2", Genre::Somme, "[1UT] + [3VK]"},
+    {"RD_GAINS_1TZ", Genre::Choix, "[1TZ]"},
+    {"RD_PV_BAREME", Genre::Somme, "[3VG] + [3UA] + [3SB] + [3VE] + [3UV] + [3SZ]"},
+    {"RD_PV_BAREME", Genre::Somme, "[3VG] + [3UA] + [3SB] + [3VE] + [3UV] + [3SZ] + [3SJ2]"},
+    {"RD_DEFICIT", Genre::Somme, "[6FA] + [6FB] + [6FC] + [6FD] + [6FE] + [6FL]"},
+
+    // ---- Business income; its lines of boxes are in their tables.
+    {"RR_BA", Genre::Somme,
+     "RR_BA_MICRO_REV_IMP + RR_BA_FORF_PVCT + RR_BA_AVEC_CGA + RR_BA_SANS_CGA + RR_BA_FORFAITBOIS - RR_BA_MICRO_MVCT + "
+     "RR_BA_MAJO - RR_BA_DEF_ANT"},
+    {"RR_BIC_P", Genre::Somme,
+     "RR_BIC_P_MIC + RR_BIC_P_MIC_PVCT + RR_BIC_P_AVEC_CGA + RR_BIC_P_SANS_CGA - RR_BIC_P_MIC_MVCT + RR_BIC_P_MAJO"},
+    {"RR_BIC_NP", Genre::Somme,
+     "RR_BIC_NP_MIC + RR_BIC_NP_MIC_PVCT + RR_BIC_NP_AVEC_CGA + RR_BIC_NP_SANS_CGA - RR_BIC_NP_MIC_MVCT + "
+     "RR_BIC_NP_MAJO"},
+    {"RR_BIC_NP_LM", Genre::Somme,
+     "RR_BIC_NP_LM_MIC + RR_BIC_NP_LM_AVEC_CGA + RR_BIC_NP_LM_SANS_CGA + RR_BIC_NP_LM_MAJO"},
+    {"RR_BNC_P", Genre::Somme,
+     "RR_BNC_P_SPE + RR_BNC_P_SPE_PVCT + RR_BNC_P_AVEC_CGA + RR_BNC_P_SANS_CGA - RR_BNC_P_SPE_MVCT + RR_BNC_P_MAJO"},
+    {"RR_BNC_NP", Genre::Somme,
+     "RR_BNC_NP_SPE + RR_BNC_NP_SPE_PVCT - RR_BNC_NP_SPE_MVCT + RR_BNC_NP_AVEC_AA + RR_BNC_NP_SANS_AA + "
+     "RR_BNC_NP_CON_MAJ"},
+    {"RR_BA.*", Genre::Somme,
+     "RR_BA_MICRO_REV_IMP.* + RR_BA_FORF_PVCT.* + RR_BA_AVEC_CGA.* + RR_BA_SANS_CGA.* + RR_BA_FORFAITBOIS.* - "
+     "RR_BA_MICRO_MVCT.* + RR_BA_MAJO.* - RR_BA_DEF_ANT.*"},
+    {"RR_BIC_P.*", Genre::Somme,
+     "RR_BIC_P_MIC.* + RR_BIC_P_MIC_PVCT.* + RR_BIC_P_AVEC_CGA.* + RR_BIC_P_SANS_CGA.* - RR_BIC_P_MIC_MVCT.* + "
+     "RR_BIC_P_MAJO.*"},
+    {"RR_BIC_NP.*", Genre::Somme,
+     "RR_BIC_NP_MIC.* + RR_BIC_NP_MIC_PVCT.* + RR_BIC_NP_AVEC_CGA.* + RR_BIC_NP_SANS_CGA.* - RR_BIC_NP_MIC_MVCT.* + "
+     "RR_BIC_NP_MAJO.* - RR_BIC_NP_DEF_IMP.*"},
+    {"RR_BIC_NP", Genre::Somme,
+     "RR_BIC_NP_MIC + RR_BIC_NP_MIC_PVCT + RR_BIC_NP_AVEC_CGA + RR_BIC_NP_SANS_CGA - RR_BIC_NP_MIC_MVCT + "
+     "RR_BIC_NP_MAJO - RR_BIC_NP_DEF_IMP"},
+    {"RR_BIC_NP_LM.*", Genre::Somme,
+     "RR_BIC_NP_LM_MIC.* + RR_BIC_NP_LM_AVEC_CGA.* + RR_BIC_NP_LM_SANS_CGA.* + RR_BIC_NP_LM_MAJO.* - "
+     "RR_BIC_NP_LM_DEF_IMP.*"},
+    {"RR_BIC_NP_LM", Genre::Somme,
+     "RR_BIC_NP_LM_MIC + RR_BIC_NP_LM_AVEC_CGA + RR_BIC_NP_LM_SANS_CGA + RR_BIC_NP_LM_MAJO - RR_BIC_NP_LM_DEF_IMP"},
+    {"RR_BNC_P.*", Genre::Somme,
+     "RR_BNC_P_SPE.* + RR_BNC_P_SPE_PVCT.* + RR_BNC_P_AVEC_CGA.* + RR_BNC_P_SANS_CGA.* - RR_BNC_P_SPE_MVCT.* + "
+     "RR_BNC_P_MAJO.*"},
+    {"RR_BNC_NP.*", Genre::Somme,
+     "RR_BNC_NP_SPE.* + RR_BNC_NP_SPE_PVCT.* - RR_BNC_NP_SPE_MVCT.* + RR_BNC_NP_AVEC_AA.* + RR_BNC_NP_SANS_AA.* + "
+     "RR_BNC_NP_CON_MAJ.*"},
+    {"RR_BA_MICRO_REV_IMP.*", Genre::Somme, "RR_BA_MICRO_MOY.* - RR_BA_MICRO_ABAT.*"},
+    {"RR_BA_DEF.*", Genre::Choix, "- RR_BA.*"},
+    {"RR_BA_DEF", Genre::Choix, "- RR_BA"},
+    {"TM_BA", Genre::Choix, "RR_BAM"},
+    {"TM_BA.*", Genre::Choix, "RR_BAM.*"},
+    {"RR_BAM", Genre::Somme, "RR_BAM_AVEC_CGA + RR_BAM_SANS_CGA + RR_BAM_MAJO"},
+    {"RR_BAM.*", Genre::Somme, "RR_BAM_AVEC_CGA.* + RR_BAM_SANS_CGA.* + RR_BAM_MAJO.*"},
+    {"RR_BAM_MAJO.*", Genre::Taux, "RR_BAM_SANS_CGA.* {benefices.sansCentre.majoration}"},
+    {"RR_BIC_NP_DEF_REP", Genre::Choix, "- RR_BIC_NP"},
+    {"RR_BIC_NP_LM_DEF_REP", Genre::Choix, "- RR_BIC_NP_LM"},
+    {"RR_BNC_NP_DEF_REP", Genre::Choix, "- RR_BNC_NP"},
+    {"RR_BIC_P_MIC.*", Genre::Somme, "RR_BIC_P_MIC_DECL.* - RR_BIC_P_MIC_ABAT.*", pasMoinsDeZero},
+    {"RR_BIC_NP_MIC.*", Genre::Somme, "RR_BIC_NP_MIC_DECL.* - RR_BIC_NP_MIC_ABAT.*", pasMoinsDeZero},
+    {"RR_BIC_NP_LM_MIC.*", Genre::Somme, "RR_BIC_NP_LM_MIC_DECL.* - RR_BIC_NP_LM_MIC_ABAT.*", pasMoinsDeZero},
+    {"RR_BNC_P_SPE.*", Genre::Somme, "RR_BNC_P_SPE_DECL.* - RR_BNC_P_SPE_ABAT.*", pasMoinsDeZero},
+    {"RR_BNC_NP_SPE.*", Genre::Somme, "RR_BNC_NP_SPE_DECL.* - RR_BNC_NP_SPE_ABAT.*", pasMoinsDeZero},
+    {"RR_BIC_P_MIC_DECL.1", Genre::Somme, "[5KO] + [5KP]"},
+    {"RR_BIC_P_MIC_DECL.2", Genre::Somme, "[5LO] + [5LP]"},
+    {"RR_BIC_P_MIC_ABAT.1", Genre::Taux, "[5KO] {micro.ventes.abattement}"},
+    {"RR_BIC_P_MIC_ABAT.2", Genre::Taux, "[5LO] {micro.ventes.abattement}"},
+    {"RR_BIC_P_MIC_ABAT.*", Genre::Taux, "RR_BIC_P_MIC_DECL.* {micro.services.abattement}"},
+    {"RR_BIC_P_MIC_ABAT.*", Genre::Choix, "{micro.abattement.plancher}"},
+    {"RR_BNC_P_SPE_DECL.1", Genre::Choix, "[5HQ]"},
+    {"RR_BNC_P_SPE_DECL.2", Genre::Choix, "[5IQ]"},
+    {"RR_BNC_P_SPE_DECL.3", Genre::Choix, "[5JQ]"},
+    {"RR_BNC_P_SPE_ABAT.*", Genre::Taux, "RR_BNC_P_SPE_DECL.* {micro.nonCommercial.abattement}"},
+    {"RR_BNC_P_SPE_ABAT.*", Genre::Choix, "{micro.abattement.plancher}"},
+    {"RR_BNC_P_SPE_ABAT.*", Genre::Choix, "RR_BNC_P_SPE_DECL.*"},
+    {"RR_BIC_NP_LM_MIC_ABAT.*", Genre::Taux, "RR_BIC_NP_LM_MIC_DECL.* {micro.services.abattement}"},
+    {"RR_BIC_NP_LM_MIC_ABAT.*", Genre::Taux, "RR_BIC_NP_LM_MIC_DECL.* {micro.ventes.abattement}"},
+    {"RR_BIC_NP_LM_MIC_ABAT.*", Genre::Choix, "{micro.abattement.plancher}"},
+    {"RR_BIC_NP_LM_MIC_DECL.1", Genre::Somme, "[5NG] + [5NJ] + [5ND] + [5NW]"},
+    {"RR_BIC_NP_LM_MIC_DECL.2", Genre::Somme, "[5OG] + [5OJ] + [5OD] + [5OW]"},
+    {"RR_BIC_NP_LM_MIC_DECL.3", Genre::Somme, "[5PG] + [5PJ] + [5PD] + [5PW]"},
+    {"RR_BIC_P_MIC_DECL.3", Genre::Somme, "[5MO] + [5MP]"},
+    {"RR_BIC_P_MIC_ABAT.3", Genre::Taux, "[5MO] {micro.ventes.abattement}"},
+    {"RR_BA_MAJO.*", Genre::Taux, "RR_BA_SANS_CGA.* {benefices.sansCentre.majoration}"},
+    {"RR_BIC_P_MAJO.*", Genre::Taux, "RR_BIC_P_SANS_CGA.* {benefices.sansCentre.majoration}"},
+    {"RR_BIC_NP_MAJO.*", Genre::Taux, "RR_BIC_NP_SANS_CGA.* {benefices.sansCentre.majoration}"},
+    {"RR_BIC_NP_LM_MAJO.*", Genre::Taux, "RR_BIC_NP_LM_SANS_CGA.* {benefices.sansCentre.majoration}"},
+    {"RR_BNC_P_MAJO.*", Genre::Taux, "RR_BNC_P_SANS_CGA.* {benefices.sansCentre.majoration}"},
+    {"RR_BNC_NP_CON_MAJ.*", Genre::Taux, "RR_BNC_NP_SANS_AA.* {benefices.sansCentre.majoration}"},
+
+    // ---- Social levies.
+    {"S_CONTR_SOC.1", Genre::Taux, "S_BASES.1 {prelevementsSociaux.prelevements}"},
+    {"S_CONTR_SOC.2", Genre::Taux, "S_BASES.2 {prelevementsSociaux.csg}"},
+    {"S_CONTR_SOC.3", Genre::Taux, "S_BASES.3 {prelevementsSociaux.crds}"},
+    {"S_BASES.*", Genre::Somme,
+     "S_B_REV_FON + S_B_BENEF + S_B_LM + S_B_REV_MOB + S_B_PG_DIVERS + S_B_RENTES + S_B_PLUS_VALUES + S_B_PV_RETRAITE "
+     "- S_B_CSG_CRDS - S_B_RCM_Etranger - S_B_REV_FON_Etranger - S_B_PG_DIVERS_ETR - S_B_RENTES_ETR - S_B_LM_ETR - "
+     "S_B_PLUS_VALUES_ETR"},
+    {"S_B_REV_FON", Genre::Choix, "RD_FON"},
+    {"S_B_RENTES", Genre::Choix, "RD_RENTES"},
+    {"S_B_REV_MOB", Genre::Somme, "RD_MOB_MONT + [2DM] + [2FA]"},
+    {"S_B_REV_MOB", Genre::Somme, "RD_MOB_MONT + [2DM]"},
+    {"S_B_REV_MOB", Genre::Somme,
+     "RD_MOB_MONT + [2DM] + [2DC] + [2CH2] + [2CH3] + [2DH2] + [2DH3] + [2TS2] + [2EE2] + [2TR] + [2TT] + [2FA] + "
+     "[2GO]"},
+    {"S_B_CSG_CRDS", Genre::Somme, "[2CG] + [2BH]"},
+    {"S_B_CSG_CRDS", Genre::Choix, "S_B_REV_MOB"},
+    {"S_B_PG_DIVERS", Genre::Somme,
+     "[3VG] + [3SG] + [3UA] + [3SL] + [3VA] + [3VQ] - [3VH] - [3VR] + [3VD] + [3VI] + [3VF] + [3VJ] + [3VK] + [3SJ] + "
+     "[3SK] + [1TZ] + [1UZ] + [1VZ] + [3VM] + [3VT] + [3PI] + [3WE] + [3WI] + [3WJ] + [3WN] + [3UZ]",
+     "pertes reportées"},
+    {"S_CSG_CRDS_ETR", Genre::Somme,
+     "S_E_CRDS + S_E_CASA + S_E_CSG_1 + S_E_CSG_8 + S_E_CSG_9 + S_E_CSG_10 + S_E_CSG_2 + S_E_CSG_3 + S_E_CSG_4 + "
+     "S_E_CSG_5 + S_E_CSG_11 + S_E_CSG_6 + S_E_CSG_7"},
+    {"S_CONTR_SOC.2", Genre::Taux, "S_BASES.2 {prelevementsSociaux.csg}", "gains reportés, à la CSG de leur année"},
+    {"S_B_LM", Genre::Somme, "RR_BIC_NP_LM - RR_BIC_NP_LM_MAJO",
+     "part qui a déjà supporté les prélèvements, ou de déficits"},
+    {"S_B_BENEF", Genre::Somme, "[5HY] + [5IY] + [5JY]", pasMoinsDeZero},
+    {"S_B_PV_RETRAITE", Genre::Somme, "[5HG] + [5IG]", pasMoinsDeZero},
+    {"S_B_PLUS_VALUES", Genre::Somme,
+     "[5HX] - [5XN] + [5HE] + [5KQ] - [5KR] + [5KE] + [5NQ] - [5NR] + [5NE] + [5HR] - [5HS] + [5QD] + [5KV] - [5KW] + "
+     "[5SO] + [5IX] - [5YN] + [5IE] + [5LQ] - [5LR] + [5LE] + [5OQ] - [5OR] + [5OE] + [5IR] - [5IS] + [5RD] + [5LV] - "
+     "[5LW] + [5NT] + [5JX] - [5ZN] + [5JE] + [5MQ] - [5MR] + [5ME] + [5PQ] - [5PR] + [5PE] + [5JR] - [5JS] + [5SD] + "
+     "[5MV] - [5MW] + [5OT]",
+     "pertes au-delà des gains"},
+    {"S_B_RCM_Etranger", Genre::Somme, "[8TKA]", auDelaDeLaBase},
+    {"S_B_REV_FON_Etranger", Genre::Somme, "[8TKB]", auDelaDeLaBase},
+    {"S_B_PG_DIVERS_ETR", Genre::Somme, "[8TKD]", auDelaDeLaBase},
+    {"S_B_RENTES_ETR", Genre::Somme, "[8TKC]", auDelaDeLaBase},
+    {"S_B_LM_ETR", Genre::Somme, "[8TKE]", auDelaDeLaBase},
+    {"S_B_PLUS_VALUES_ETR", Genre::Somme, "[8TKF]", auDelaDeLaBase},
+    {"S_E_CRDS", Genre::Taux,
+     "[8TR] [8PH] [8TQ] [8SC] [8SW] [8SX] [8TV] [8TW] [8TX] [8SA] [8SB] {prelevementsSociaux.crds}"},
+    {"S_E_CASA", Genre::Taux, "[8SC] [8TV] [8SA] {casa}"},
+    {"S_E_CSG_1", Genre::Taux, "[8TQ] {csg.activite.annee}"},
+    {"S_E_CSG_1", Genre::Taux, "[8TQ] {csg.activite.suivante}"},
+    {"S_E_CSG_8", Genre::Taux, "[8SC] {csg.activite.annee}"},
+    {"S_E_CSG_8", Genre::Taux, "[8SC] {csg.activite.suivante}"},
+    {"S_E_CSG_9", Genre::Taux, "[8SW] {csg.remplacement}"},
+    {"S_E_CSG_10", Genre::Taux, "[8SX] {csg.tauxReduit}"},
+    {"S_E_CSG_2", Genre::Taux, "[8TV] {csg.pensions.annee}"},
+    {"S_E_CSG_2", Genre::Taux, "[8TV] {csg.pensions.suivante}"},
+    {"S_E_CSG_3", Genre::Taux, "[8TW] {csg.remplacement}"},
+    {"S_E_CSG_4", Genre::Taux, "[8TX] {csg.tauxReduit}"},
+    {"S_E_CSG_5", Genre::Taux, "[8TR] {csg.activite.annee}"},
+    {"S_E_CSG_5", Genre::Taux, "[8TR] {csg.activite.suivante}"},
+    {"S_E_CSG_11", Genre::Taux, "[8PH] {csg.8PH}"},
+    {"S_E_CSG_6", Genre::Taux, "[8SA] {csg.pensions.annee}"},
+    {"S_E_CSG_6", Genre::Taux, "[8SA] {csg.pensions.suivante}"},
+    {"S_E_CSG_7", Genre::Taux, "[8SB] {csg.tauxReduit}"},
+    {"S_CRDS_SAL", Genre::Taux, "[1TT] [1UT] {prelevementsSociaux.crds}"},
+    {"S_CSG_SAL", Genre::Taux, "[1TT] [1UT] {csg.activite.annee}"},
+    {"S_CSG_SAL", Genre::Taux, "[1TT] [1UT] {csg.activite.suivante}"},
+    {"S_CONTR_SAL", Genre::Taux, "[3VN] [1TT] [1UT] {gainsSalaries.contribution}"},
+    {"S_CONTR_CARRIED", Genre::Taux, "[1NY] [1OY] {carriedInterest.contribution}"},
+    {"S_CSG_CRDS_SAL", Genre::Somme, "S_CRDS_SAL + S_CSG_SAL"},
+
+    // ---- What credits and reductions are taken of, where no table says it.
+    {"D_LIB", Genre::Taux, "[2DH] {assuranceVie.taux}", auDelaDeLaBase},
+    {"D_LIB", Genre::Taux, "[2DH1] {assuranceVie.taux}", auDelaDeLaBase},
+    {"D_AVOIR_FISC", Genre::Somme, "[2AB]", auDelaDeLImpot},
+    {"D_SOURCE_ETR", Genre::Somme, "[8TAB]", auDelaDeLImpot},
+    {"D_IMPOT_ETR", Genre::Somme, "[8VL] + [8VM] + [8WM] + [8UM]", auDelaDeLImpot},
+    {"D_ETR_PV_TK", Genre::Somme, "IMPOT_ETR_PV_TK", auDelaDeLImpot},
+    {"D_PREVENTION", Genre::Somme, "[8TE]", auDelaDeLImpot},
+    {"D_INVEST_CORSE", Genre::Somme, "[8TG] + [8TO]", auDelaDeLImpot},
+    {"D_CREDIT_8TC", Genre::Somme, "[8TC]", auDelaDeLImpot},
+    {"D_CREDIT_COMP_EMPLOI", Genre::Somme, "[8UW]", auDelaDeLImpot},
+    {"U_ENFANTS_ACHARGE.2", Genre::Produits,
+     "[7EA] {reductions.7EA.montant} [7EC] {reductions.7EC.montant} [7EF] {reductions.7EF.montant}"},
+    {"U_ENFANTS_ALTERNE.2", Genre::Produits,
+     "[7EB] {reductions.7EA.montant} [7ED] {reductions.7EC.montant} [7EG] {reductions.7EF.montant}",
+     "moitié de l'autre parent"},
+    {"U_ENFANTS_ACHARGE.1", Genre::Somme, "[7EA] + [7EC] + [7EF]"},
+    {"U_ENFANTS_ALTERNE.1", Genre::Somme, "[7EB] + [7ED] + [7EG]"},
+    {"D_ENFANTS_CESU.1", Genre::Choix, "[7DB]"},
+    {"D_FRAIS_GARDE_ACHARGE.1", Genre::Somme, "[7GA] + [7GB] + [7GC] + [7GD]"},
+    {"D_FRAIS_GARDE_ALTERNE.1", Genre::Somme, "[7GE] + [7GF] + [7GG] + [7GM]"},
+    {"D_PV_NON_RESIDENT.1", Genre::Choix, "[3VE]"},
+    {"D_SCR_NON_RESIDENT.1", Genre::Choix, "[3UV]"},
+    {"D_PREV_RISQUE_TECH.1", Genre::Choix, "[7WR]"},
+    {"D_CREDIT_HAB_PRIN_BBC.1", Genre::Choix, "[7VX]"},
+    {"D_CREDIT_HAB_PRIN_2010N.1", Genre::Choix, "[7VV]"},
+    {"D_CREDIT_HAB_PRIN_2011N.1", Genre::Choix, "[7VT]"},
+    {"D_PRET_ETUDIANTS_1.1", Genre::Choix, "[7UK]"},
+    {"D_PRET_ETUDIANTS_2.1", Genre::Choix, "[7TD]"},
+    {"D_CREDIT_7UQ.1", Genre::Choix, "[7UQ]"},
+    {"D_CREDIT_7UI.1", Genre::Choix, "[7UI]"},
+    {"D_MECENAT.1", Genre::Choix, "[7US]"},
+    {"D_ACQ_BIENS_CULTURELS.1", Genre::Choix, "[7UO]"},
+    {"D_AIDE_RISQUE_TECHNO.1", Genre::Choix, "[7WL]"},
+    {"D_RESTI_TAXE_ADD_DROIT_BAIL", Genre::Taux, "[4TQ] {credits.4TQ.taux}"},
+    {"CO_3WR", Genre::Choix, "[3WR]"},
+    {"CO_3WS", Genre::Choix, "CO_3WS.2"},
+    {"D_AIDE_PERS_AGEES.1", Genre::Choix, "[7WJ]"},
+    {"D_CREDIT_7AC_7AE_7AG", Genre::Somme, "[7AC] + [7AE] + [7AG]", "part qui n'ouvre pas droit au crédit"},
+};
+
+}  // namespace kv::regles

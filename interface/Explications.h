@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+#include "interface/Cles.h"
+#include "interface/Retour.h"
+
+// Why a figure is what it is.
+
+namespace kv {
+
+/// The tree of what makes a figure of a computed return, as JSON on one line; kv_explain tells its shape. profondeur:
+/// how many levels below the figure, all of them when negative.
+std::string Explique(const Demande& demande, const Resultats& resultats, const FigureLue& figure,
+                     std::int32_t profondeur);
+
+}  // namespace kv
