@@ -65,13 +65,31 @@ Noeud PartTaux(std::int32_t centiemes) {
     return noeud;
 }
 
+// What the runs beside the household's own left: their inputs and their lines.
+class Passages final : public Observateur {
+  public:
+    struct Vu {
+        Passage passage;
+        Saisie saisie;
+        Lignes::Conservees lignes{std::pmr::new_delete_resource()};
+    };
+    std::vector<std::unique_ptr<Vu>> vus;
+
+    void Fin(Passage passage, const Contexte& c) override {
+        auto vu = std::make_unique<Vu>(Vu{passage, c.Vue()});
+        c.commun.lignes.Conserve(vu->lignes);
+        vus.push_back(std::move(vu));
+    }
+};
+
 class Explicateur {
   public:
-    Explicateur(const Demande& demande, const Resultats& resultats)
+    /// The household's own run; what it is made from lives as long.
+    Explicateur(const Demande& demande, const Resultats& resultats, const Passages& passages)
         : m_demande(demande),
           m_resultats(resultats),
+          m_passages(passages),
           m_lignes(resultats.lignes),
-          m_reports(resultats.reports),
           m_loi(demande.loi, demande.indexation),
           m_declaree(SansNonSaisis(demande.saisie)) {
         Saisie ordinaire = m_declaree;
@@ -82,6 +100,16 @@ class Explicateur {
         DeplaceExceptionnels(ordinaire, exceptionnels);
         m_vues.push_back(ordinaire);
     }
+    /// Another run, over its own inputs and lines. Effects are those of the household's own: it tells none.
+    Explicateur(const Explicateur& autre, const Saisie& saisie, const Lignes& lignes)
+        : m_demande(autre.m_demande),
+          m_resultats(autre.m_resultats),
+          m_passages(autre.m_passages),
+          m_lignes(lignes),
+          m_loi(autre.m_demande.loi, autre.m_demande.indexation),
+          m_declaree(autre.m_declaree),
+          m_vues{saisie},
+          m_principal(false) {}
 
     Noeud Racine(const FigureLue& figure, std::int32_t profondeur) {
         Noeud racine;
@@ -103,14 +131,10 @@ class Explicateur {
         Noeud net = Part("Montant net à payer, négatif : restitution", paye - rendu);
         net.nom = "net", net.regle = "sum";
         if (const auto& options = m_resultats.options) {
-            const auto option = [&](const char* libelle, const Comparaison::Net& n) {
-                Noeud noeud = Part(libelle, n.aPayer - n.restitue);
-                noeud.regle = "run",
-                noeud.passage = "le calcul est fait sous les deux options, la moins chère est retenue";
-                Ajoute(net, std::move(noeud), 1, "option");
-            };
-            option("prélèvement forfaitaire unique", options->nets.forfait);
-            option("barème progressif", options->nets.bareme);
+            const bool forfait = options->forfait;
+            Ajoute(net, Option("prélèvement forfaitaire unique", "PFU", options->nets.forfait, !forfait, profondeur), 1,
+                   "option");
+            Ajoute(net, Option("barème progressif", "BAR", options->nets.bareme, forfait, profondeur), 1, "option");
         }
         if (profondeur == 0) return net;
         Ajoute(net, Ligne("S_NET_A_PAYER", 0, profondeur - 1), 1);
@@ -126,6 +150,25 @@ class Explicateur {
                 }
         net.formule = Addition(net);
         return net;
+    }
+
+    // An option on capital income. The return was computed under both: the one that was not applied has its own tree.
+    Noeud Option(const char* libelle, CaseEntree option, const Comparaison::Net& comparee, bool ecartee,
+                 std::int32_t profondeur) {
+        Noeud noeud = Part(libelle, comparee.aPayer - comparee.restitue);
+        noeud.regle = "run";
+        noeud.passage = ecartee ? "option comparée, la plus chère" : "option comparée, celle qui est appliquée";
+        if (!ecartee || profondeur == 0) return noeud;
+        Demande demande = m_demande;
+        for (const CaseEntree autre : {CaseEntree("AVA"), CaseEntree("PFU"), CaseEntree("BAR")})
+            demande.saisie[autre] = 0;
+        demande.saisie[option] = 1;
+        demande.lancement = KV_LAUNCH_OPTIONS;
+        Passages passages;
+        const auto resultats = CalculeRetour(demande, &passages);
+        Noeud net = Explicateur(demande, *resultats, passages).Net(profondeur - 1);
+        if (net.valeur == noeud.valeur) noeud.termes.push_back(std::move(net));
+        return noeud;
     }
 
     // ---- Figures.
@@ -371,6 +414,8 @@ class Explicateur {
         if (sortie == CaseSortie("I_PLAF_FAM")) return ParPlafondDesDemiParts(noeud, profondeur);
         if (sortie == CaseSortie("U_DECOTE")) return ParDecote(noeud, profondeur);
         if (sortie == CaseSortie("U_CLASSES_MOYENNES")) return ParRevenusModestes(noeud, profondeur);
+        if (sortie == CaseSortie("NICHE_B")) return ParSoldeSansAvantages(noeud, profondeur);
+        if (sortie == CaseSortie("IMPOT_TX_EFFECTIF")) return ParTauxEffectif(noeud, profondeur);
         if (sortie == CaseSortie("F_NB_PARTS_ALL")) return ParParts(noeud, profondeur);
         if (sortie == CaseSortie("F_NB_PARTS_ISO")) return ParDeclarants(noeud);
         if (sortie == CaseSortie("CONT_HAUT_REV")) return ParHautsRevenus(noeud, profondeur);
@@ -442,6 +487,50 @@ class Explicateur {
             sortie == CaseSortie("I_IMP_SIMP") ? CaseSortie("F_NB_PARTS_ISO") : CaseSortie("F_NB_PARTS_ALL");
         Noeud n = parts == Valeur(nombre) ? Ligne(nombre, 0, profondeur - 1) : Part("parts (centièmes)", parts);
         Ajoute(noeud, std::move(n), 1, "parts");
+    }
+
+    // ---- What other runs found.
+
+    // Calls f(run) for the runs of a kind until it answers true.
+    template <class Fonction>
+    bool DansUnPassage(Passage passage, Fonction f) {
+        for (const auto& vu : m_passages.vus) {
+            if (vu->passage != passage) continue;
+            const auto lignes = std::make_unique<Lignes>();
+            lignes->Reprend(vu->lignes);
+            Explicateur dedans(*this, vu->saisie, *lignes);
+            if (f(dedans)) return true;
+        }
+        return false;
+    }
+
+    bool ParSoldeSansAvantages(Noeud& noeud, std::int32_t profondeur) {
+        return DansUnPassage(Passage::SansAvantages, [&](Explicateur& sans) {
+            if (sans.Valeur("TOT_PAYER") - sans.Valeur("TOT_REST") != noeud.valeur) return false;
+            noeud.regle = "sum", noeud.passage = "calcul sans les avantages que le plafonnement global compte";
+            Ajoute(noeud, sans.Ligne("TOT_PAYER", 0, profondeur - 1), 1);
+            Ajoute(noeud, sans.Ligne("TOT_REST", 0, profondeur - 1), -1);
+            noeud.formule = Addition(noeud);
+            return true;
+        });
+    }
+
+    // The tax on the worldwide income, for the share of the French one in it.
+    bool ParTauxEffectif(Noeud& noeud, std::int32_t profondeur) {
+        const std::int32_t mondial = Valeur("IMPOT_ETR_RMI"), francais = mondial - Valeur("IMPOT_ETR_REV_NET_TI");
+        return DansUnPassage(Passage::Mondial, [&](Explicateur& monde) {
+            const std::int32_t impot = monde.Valeur("TOT_IMPOT");
+            if (nProrata(impot, francais, mondial) != noeud.valeur) return false;
+            noeud.regle = "share";
+            noeud.formule = Nombre(impot) + " x " + Nombre(francais) + " / " + Nombre(mondial);
+            if (profondeur == 0) return true;
+            Noeud impotMondial = monde.Ligne("TOT_IMPOT", 0, profondeur - 1);
+            impotMondial.passage = "calcul sur les revenus mondiaux";
+            Ajoute(noeud, std::move(impotMondial), 1, "amount");
+            Ajoute(noeud, Part("revenu net français", francais), 1, "numerator");
+            Ajoute(noeud, Ligne("IMPOT_ETR_RMI", 0, 0), 1, "denominator");
+            return true;
+        });
     }
 
     // Parts, in hundredths.
@@ -647,7 +736,7 @@ class Explicateur {
         }
         if (entier) return true;
         Ajoute(noeud, std::move(calcul), 1);
-        Complete(noeud, "non imputé : l'impôt est épuisé, ou un plafond est atteint");
+        Complete(noeud, "non imputé : l'impôt restant, ou un plafond, n'en laissait pas davantage");
         return true;
     }
     static Parametre ParametreDuTaux(const std::string& boite) {
@@ -678,16 +767,12 @@ class Explicateur {
     void ParEtape(Noeud& noeud, CaseSortie sortie, int colonne) {
         noeud.regle = "step";
         if (colonne == 0) noeud.formule = VersUtf8(m_lignes.LitTexte(sortie));
-        for (const CaseSortie autre :
-             {CaseSortie("NICHE_FISCALE"), CaseSortie("IMPOT_TX_EFFECTIF"), CaseSortie("IMPOT_TM")})
-            if (sortie == autre)
-                noeud.regle = "run", noeud.passage = "le calcul est refait sur d'autres revenus ou sans les avantages";
-        noeud.aEffets = {sortie, static_cast<std::size_t>(colonne)};
+        if (m_principal) noeud.aEffets = {sortie, static_cast<std::size_t>(colonne)};
     }
 
     Noeud Report(CaseReport report, std::int32_t profondeur) {
         const sens::SensReport& s = sens::De(report);
-        Noeud noeud = Part(s.libelle, m_reports[report]);
+        Noeud noeud = Part(s.libelle, m_resultats.reports[report]);
         noeud.nom = report::noms[report.numero], noeud.regle = "deeper", noeud.etape = "29:Reports";
         if (profondeur == 0) return noeud;
         if (const auto source = LisCleFigure(s.source); source.statut == KV_OK && source.cle.sortie) {
@@ -741,11 +826,12 @@ class Explicateur {
 
     const Demande& m_demande;
     const Resultats& m_resultats;
+    const Passages& m_passages;
     const Lignes& m_lignes;
-    const ZoneReport& m_reports;
     const LoiAppliquee m_loi;
-    const Saisie m_declaree;     // unset amounts as 0
-    std::vector<Saisie> m_vues;  // as the runs saw it: detailed rows folded in, then exceptional amounts too
+    const Saisie m_declaree;        // unset amounts as 0
+    std::vector<Saisie> m_vues;     // as the runs saw it: detailed rows folded in, then exceptional amounts too
+    const bool m_principal = true;  // the household's own run
     std::vector<std::pair<int, int>> m_chemin;  // the figures under explanation
 };
 
@@ -789,10 +875,11 @@ void Ecrit(std::string& vers, const Noeud& noeud, const char* version) {
 
 }  // namespace
 
-std::string Explique(const Demande& demande, const Resultats& resultats, const FigureLue& figure,
-                     std::int32_t profondeur) {
+std::string Explique(const Demande& demande, const FigureLue& figure, std::int32_t profondeur) {
+    Passages passages;
+    const auto resultats = CalculeRetour(demande, &passages);
     std::string json;
-    Ecrit(json, Explicateur(demande, resultats).Racine(figure, profondeur), "1");
+    Ecrit(json, Explicateur(demande, *resultats, passages).Racine(figure, profondeur), "1");
     return json;
 }
 

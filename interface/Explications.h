@@ -9,9 +9,8 @@
 
 namespace kv {
 
-/// The tree of what makes a figure of a computed return, as JSON on one line; kv_explain tells its shape. profondeur:
-/// how many levels below the figure, all of them when negative.
-std::string Explique(const Demande& demande, const Resultats& resultats, const FigureLue& figure,
-                     std::int32_t profondeur);
+/// The tree of what makes a figure of a return, which is computed for it, as JSON on one line; kv_explain tells its
+/// shape. profondeur: how many levels below the figure, all of them when negative.
+std::string Explique(const Demande& demande, const FigureLue& figure, std::int32_t profondeur);
 
 }  // namespace kv

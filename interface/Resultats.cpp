@@ -60,6 +60,12 @@ Lancement kv::LancementDe(const Demande& demande) {
             .optionsSiSaisies = l == KV_LAUNCH_OPTIONS || l == KV_LAUNCH_FORCED_OPTIONS};
 }
 
+std::shared_ptr<const Resultats> kv::CalculeRetour(const Demande& demande, Observateur* observateur) {
+    return Calcule(demande, [&](Calculateur& c) {
+        if (observateur) c.Observe(*observateur);
+    });
+}
+
 kv_status kv_compute(kv_return* r) {
     return Avec(r, [](kv_return& retour) {
         return retour.resultats = Calcule(retour.demande, [](Calculateur& c) { c.OuvreTrace(); }), KV_OK;
@@ -174,8 +180,7 @@ kv_status kv_explain(kv_return* r, const char* figure, int32_t depth, const char
         [&](kv_return& retour) {
             const auto [lue, statut, message] = LisFigure(figure);
             if (statut != KV_OK) return retour.message.Refuse(statut, message);
-            const auto resultats = Calcule(retour.demande, [](Calculateur&) {});
-            retour.explication = Explique(retour.demande, *resultats, lue, depth);
+            retour.explication = Explique(retour.demande, lue, depth);
             return *json = retour.explication.c_str(), kv_status{KV_OK};
         },
         json);

@@ -33,6 +33,9 @@ struct Resultats {
     std::optional<OptionsComparees> options;
 };
 
+/// Computes a return, without a trace; the observer, if any, is told of the runs beside the household's own.
+std::shared_ptr<const Resultats> CalculeRetour(const Demande& demande, Observateur* observateur);
+
 /// What an amount does to a figure, as kv_effect tells it.
 struct Effet {
     std::string nom;

@@ -403,9 +403,10 @@ KV_PUBLIC kv_status kv_compute_columns(kv_return* r, const kv_columns* columns);
     return, or until it is cleared or freed. depth: how many levels below the figure; all of them when negative.
 
     A node is an object: "label" and "formula" in French, "value", "rule"; where there is one "box" (an output, an entry
-    box or a parameter of the law), "column" (1 to 3), "law" (the legal source), "step", "run" (when the figure is found
-    by computing again), "terms": nodes with a "sign" (1 or -1) and, where they are operands, a "role". The top has
-    "version", 1. Rules, and what holds of their terms:
+    box or a parameter of the law), "column" (1 to 3), "law" (the legal source), "step", "run" (which other computation
+    this node and those below are of: without the capped advantages, of the worldwide income, under the other option),
+    "terms": nodes with a "sign" (1 or -1) and, where they are operands, a "role". The top has "version", 1. Rules, and
+    what holds of their terms:
 
       sum, scale  the terms without a role, each times its sign, add up to the value
       choice      the term "chosen" times its sign is the value
@@ -414,8 +415,9 @@ KV_PUBLIC kv_status kv_compute_columns(kv_return* r, const kv_columns* columns);
       box, law    a leaf: an amount of the return; a figure of the law in its unit (euros, hundredths of a percent or of
                   a number, years)
       part        a part of a rule that is no figure of its own
-      step, run   no rule is known: the step and its text, and as terms with the role "effect" what each amount of the
+      step        no rule is known: the step and its text, and as terms with the role "effect" what each amount of the
                   return adds to the figure, all else being equal; they need not add up
+      run         a figure of another computation, with its own tree
       deeper      what makes it lies below the depth asked for, or already stands above
 
     KV_NULL (r, json), KV_UNKNOWN (the message names the nearest), KV_NO_MEMORY, KV_FAILED. */

@@ -40,6 +40,8 @@ class Calculateur final : private Chaine {
     }
     /// Begins a trace that goes to a function.
     void OuvreTrace(Trace::Recoit recoit, void* contexte) { m_trace.Ouvre(recoit, contexte); }
+    /// Tells an observer, which lives as long, of the runs beside the household's own.
+    void Observe(Observateur& observateur) { m_observateur = &observateur; }
     /// "1:Calcul", the pipeline, over a period.
     void Calcul(const TPeriode& periode);
     /// "35:Calcul_ISF", the wealth-tax figures.
@@ -61,7 +63,7 @@ class Calculateur final : private Chaine {
     void TraceEntrees() const;
     Contexte::Commun Commun() {
         return {m_lancement, m_loi,   m_bareme,         m_lignes,     m_memoire, m_comparaison,
-                *this,       m_trace, m_chainesConnues, m_conservees, &m_place};
+                *this,       m_trace, m_chainesConnues, m_conservees, &m_place,  m_observateur};
     }
 
     Lancement m_lancement;
@@ -72,6 +74,7 @@ class Calculateur final : private Chaine {
     const Exceptionnels& m_exceptionnels;
     Lignes& m_lignes;
     Trace m_trace;
+    Observateur* m_observateur = nullptr;
 
     // What is kept of runs, all of it until the end of the launch: an ordinary one finds its place here.
     std::array<std::byte, 65536> m_octets;

@@ -125,6 +125,21 @@ struct Faits {
 
 class ChainesConnues;
 
+/// Runs beside the household's own that a reader may ask about.
+enum class Passage : std::uint8_t {
+    SansAvantages,  ///< without the advantages that the global cap counts
+    Mondial,        ///< with the foreign amounts in the French boxes
+};
+
+/// Told of each of these runs at its end, by its context, whose lines still stand.
+class Observateur {
+  public:
+    virtual void Fin(Passage passage, const Contexte& c) = 0;
+
+  protected:
+    ~Observateur() = default;
+};
+
 class Contexte {
   public:
     /// What every run of a launch shares.
@@ -140,6 +155,7 @@ class Contexte {
         ChainesConnues& chainesConnues;
         Lignes::Conservees& conservees;    ///< room for the lines of a run that must stand again after others
         std::pmr::memory_resource* place;  ///< where a run takes memory from, until the end of the launch
+        Observateur* observateur;          ///< null for none
     };
 
     Contexte(const Commun& commun, const Saisie& saisie, const CasesEntree& remplies,
@@ -177,6 +193,10 @@ class Contexte {
     void AjouteExceptionnels();
     void RetireExceptionnels();
 
+    /// Tells the observer, where there is one, that a run has ended.
+    void Fin(Passage passage) const {
+        if (commun.observateur) commun.observateur->Fin(passage, *this);
+    }
     void Lance(Etape etape) { commun.chaine.Lance(etape, *this); }
     void Lance(std::span<const Etape> etapes) {
         for (const Etape etape : etapes) Lance(etape);

@@ -188,6 +188,7 @@ RevenuMondial Etranger::Mondial() {
     c.faits.passe = Passe::Mondiale;
     trace.Relance(u"=> on relance les calculs après avoir ajouté les revenus TI");
     RelanceCorrections(c);
+    c.Fin(Passage::Mondial);
     c.RetireExceptionnels();
     mondial.deductions = Deductions();
     mondial.abattements = Colonnes("RN_PEN_ABAT");

@@ -109,6 +109,7 @@ std::int32_t Niches::SansAvantages(Contexte& c) {
     c.faits.sansAvantages = true;
     lignes.RemetAZero(Lignes::Raz::Partielle);
     c.Lance(finDuCalcul);
+    c.Fin(Passage::SansAvantages);
     c.faits.sansAvantages = false;
     return S["TOT_PAYER"] - S["TOT_REST"];
 }

@@ -114,6 +114,21 @@ inline constexpr Regle lignes[] = {
     {"CONTRIBUTIONS", Genre::Somme, "CONT_HAUT_REV + [3WT]"},
     {"CONTRIBUTIONS", Genre::Somme, "CONT_HR_TAUX_EFFECTIF + [3WT]"},
 
+    // ---- The global cap on advantages: what they are worth is what is paid without them less what is paid with them.
+    {"NICHE_FISCALE", Genre::Somme, "NICHE_A5 - NICHE_PLAFOND_N"},
+    {"NICHE_FISCALE", Genre::Somme, "NICHE_A5 + NICHE_A5S + NICHE_A4 + NICHE_A3 + NICHE_A2 + NICHE_A1",
+     "gardé, dans les plafonds"},
+    {"NICHE_A5", Genre::Somme, "NICHE_B - NICHE_A"},
+    {"NICHE_A5", Genre::Choix, "NICHE_A2013"},
+    {"NICHE_A5S", Genre::Choix, "NICHE_A2013S"},
+    {"NICHE_A4", Genre::Choix, "NICHE_A2012"},
+    {"NICHE_A3", Genre::Choix, "NICHE_A2011"},
+    {"NICHE_A2", Genre::Choix, "NICHE_A2010"},
+    {"NICHE_A1", Genre::Choix, "NICHE_A2009"},
+    {"NICHE_A", Genre::Somme, "TOT_PAYER - TOT_REST - NICHE_FISCALE",
+     "sous un autre seuil de recouvrement ou de restitution"},
+    {"NICHE_PLAFOND_N", Genre::Choix, "{niches.2013.plafond}"},
+
     // ---- From the gross tax to the tax of proportional rates.
     {"TOT_IMP_COR", Genre::Somme, "TOT_IMP_RED + CORRECTIONS"},
     {"CORRECTIONS", Genre::Somme,
