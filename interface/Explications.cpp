@@ -166,7 +166,7 @@ class Explicateur {
         demande.lancement = KV_LAUNCH_OPTIONS;
         Passages passages;
         const auto resultats = CalculeRetour(demande, &passages);
-        Noeud net = Explicateur(demande, *resultats, passages).Net(profondeur - 1);
+        Noeud net = Explicateur(demande, *resultats, passages).Racine({.cle = {}, .net = true}, profondeur - 1);
         if (net.valeur == noeud.valeur) noeud.termes.push_back(std::move(net));
         return noeud;
     }
@@ -812,10 +812,12 @@ class Explicateur {
                 Ajoute(*noeud, std::move(effet), 1, "effect");
             }
         });
-        for (Noeud* noeud : demandes)
+        for (Noeud* noeud : demandes) {
+            noeud->aEffets = {};
             std::stable_sort(noeud->termes.begin(), noeud->termes.end(), [](const Noeud& a, const Noeud& b) {
                 return std::llabs(a.valeur) > std::llabs(b.valeur);
             });
+        }
     }
 
     // "2.5", of hundredths.

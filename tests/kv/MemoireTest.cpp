@@ -31,10 +31,18 @@ void* Alloue(std::size_t taille) {
 }  // namespace
 
 void* operator new(std::size_t taille) { return Alloue(taille); }
+void* operator new(std::size_t taille, const std::nothrow_t&) noexcept {
+    try {
+        return Alloue(taille);
+    } catch (...) {
+        return nullptr;
+    }
+}
 void* operator new[](std::size_t taille) { return Alloue(taille); }
 void operator delete(void* p) noexcept { std::free(p); }
 void operator delete[](void* p) noexcept { std::free(p); }
 void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+void operator delete(void* p, const std::nothrow_t&) noexcept { std::free(p); }
 void operator delete[](void* p, std::size_t) noexcept { std::free(p); }
 
 namespace {
