@@ -848,40 +848,117 @@ void EcritTexte(std::string& vers, std::string_view texte) {
     vers += '"';
 }
 
-void Ecrit(std::string& vers, const Noeud& noeud, const char* version) {
-    const char* separateur = "{";
-    const auto cle = [&](const char* nom) { (((vers += separateur) += '"') += nom) += "\":", separateur = ","; };
-    const auto texte = [&](const char* nom, std::string_view valeur) {
-        if (!valeur.empty()) cle(nom), EcritTexte(vers, valeur);
-    };
-    if (*version) cle("version"), vers += version;
-    texte("box", noeud.nom);
-    if (noeud.colonne > 0) cle("column"), vers += std::to_string(noeud.colonne);
-    texte("label", noeud.libelle);
-    cle("value"), vers += std::to_string(noeud.valeur);
-    if (!*version) cle("sign"), vers += std::to_string(noeud.signe);
-    texte("role", noeud.role);
-    texte("rule", noeud.regle);
-    texte("formula", noeud.formule);
-    texte("law", noeud.source);
-    texte("step", noeud.etape);
-    texte("run", noeud.passage);
-    if (!noeud.termes.empty()) {
-        cle("terms");
-        const char* entre = "[";
-        for (const Noeud& terme : noeud.termes) vers += std::exchange(entre, ","), Ecrit(vers, terme, "");
-        vers += ']';
+// An object, member by member; what is "" or 0 is left out where it says nothing.
+class Objet {
+  public:
+    explicit Objet(std::string& vers) : m_vers(vers) {}
+
+    void Nombre(const char* nom, std::int64_t valeur) { Cle(nom), m_vers += std::to_string(valeur); }
+    void Texte(const char* nom, std::string_view texte) {
+        if (!texte.empty()) Cle(nom), EcritTexte(m_vers, texte);
     }
-    vers += '}';
+    template <class Liste, class Fonction>
+    void Termes(const Liste& termes, Fonction ecrit) {
+        if (termes.empty()) return;
+        Cle("terms");
+        const char* entre = "[";
+        for (const auto& terme : termes) m_vers += std::exchange(entre, ","), ecrit(terme);
+        m_vers += ']';
+    }
+    void Ferme() { m_vers += '}'; }
+
+  private:
+    void Cle(const char* nom) { (((m_vers += std::exchange(m_separateur, ",")) += '"') += nom) += "\":"; }
+
+    std::string& m_vers;
+    const char* m_separateur = "{";
+};
+
+// What names a node: the same in a tree and in a difference.
+void EcritNom(Objet& objet, const Noeud& noeud, bool racine) {
+    if (racine) objet.Nombre("version", 1);
+    objet.Texte("box", noeud.nom);
+    if (noeud.colonne > 0) objet.Nombre("column", noeud.colonne);
+    objet.Texte("label", noeud.libelle);
+    if (!racine) objet.Nombre("sign", noeud.signe);
+    objet.Texte("role", noeud.role);
+}
+
+void Ecrit(std::string& vers, const Noeud& noeud, bool racine) {
+    Objet objet(vers);
+    EcritNom(objet, noeud, racine);
+    objet.Nombre("value", noeud.valeur);
+    objet.Texte("rule", noeud.regle);
+    objet.Texte("formula", noeud.formule);
+    objet.Texte("law", noeud.source);
+    objet.Texte("step", noeud.etape);
+    objet.Texte("run", noeud.passage);
+    objet.Termes(noeud.termes, [&](const Noeud& terme) { Ecrit(vers, terme, false); });
+    objet.Ferme();
+}
+
+// ---- Differences.
+
+// Whether two terms are the same one in two trees.
+bool Memes(const Noeud& a, const Noeud& b) {
+    return a.nom == b.nom && a.colonne == b.colonne && std::string_view(a.role) == b.role &&
+           (!a.nom.empty() || a.libelle == b.libelle);
+}
+
+// A branch of both trees, or of one of them, the other being null.
+struct Branche {
+    const Noeud *avant, *apres;
+};
+
+std::vector<Branche> BranchesDifferentes(const Branche& branche) {
+    std::vector<Branche> differentes;
+    const auto cherche = [](const Noeud* parmi, const Noeud& terme) -> const Noeud* {
+        if (!parmi) return nullptr;
+        const auto meme = std::find_if(parmi->termes.begin(), parmi->termes.end(),
+                                       [&](const Noeud& autre) { return Memes(autre, terme); });
+        return meme == parmi->termes.end() ? nullptr : &*meme;
+    };
+    if (branche.avant)
+        for (const Noeud& terme : branche.avant->termes)
+            if (const Noeud* const autre = cherche(branche.apres, terme); !autre || autre->valeur != terme.valeur)
+                differentes.push_back({&terme, autre});
+    if (branche.apres)
+        for (const Noeud& terme : branche.apres->termes)
+            if (!cherche(branche.avant, terme)) differentes.push_back({nullptr, &terme});
+    return differentes;
+}
+
+void EcritDifference(std::string& vers, const Branche& branche, bool racine) {
+    const auto& [avant, apres] = branche;
+    Objet objet(vers);
+    EcritNom(objet, apres ? *apres : *avant, racine);
+    objet.Nombre("before", avant ? avant->valeur : 0);
+    objet.Nombre("after", apres ? apres->valeur : 0);
+    if (avant) objet.Texte("formulaBefore", avant->formule);
+    if (apres) objet.Texte("formulaAfter", apres->formule);
+    objet.Termes(BranchesDifferentes(branche), [&](const Branche& terme) { EcritDifference(vers, terme, false); });
+    objet.Ferme();
+}
+
+Noeud Arbre(const Demande& demande, const FigureLue& figure, std::int32_t profondeur) {
+    Passages passages;
+    const auto resultats = CalculeRetour(demande, &passages);
+    return Explicateur(demande, *resultats, passages).Racine(figure, profondeur);
 }
 
 }  // namespace
 
 std::string Explique(const Demande& demande, const FigureLue& figure, std::int32_t profondeur) {
-    Passages passages;
-    const auto resultats = CalculeRetour(demande, &passages);
     std::string json;
-    Ecrit(json, Explicateur(demande, *resultats, passages).Racine(figure, profondeur), "1");
+    Ecrit(json, Arbre(demande, figure, profondeur), true);
+    return json;
+}
+
+std::string ExpliqueDifference(const Demande& avant, const Demande& apres, const FigureLue& figure,
+                               std::int32_t profondeur) {
+    const Noeud a = Arbre(avant, figure, profondeur), b = Arbre(apres, figure, profondeur);
+    std::string json;
+    EcritDifference(json, {&a, &b}, true);
     return json;
 }
 

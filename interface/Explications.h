@@ -13,4 +13,8 @@ namespace kv {
 /// shape. profondeur: how many levels below the figure, all of them when negative.
 std::string Explique(const Demande& demande, const FigureLue& figure, std::int32_t profondeur);
 
+/// The branches of the trees of two returns that differ, as kv_explain_difference tells them.
+std::string ExpliqueDifference(const Demande& avant, const Demande& apres, const FigureLue& figure,
+                               std::int32_t profondeur);
+
 }  // namespace kv

@@ -185,3 +185,16 @@ kv_status kv_explain(kv_return* r, const char* figure, int32_t depth, const char
         },
         json);
 }
+
+kv_status kv_explain_difference(kv_return* before, kv_return* after, const char* figure, int32_t depth,
+                                const char** json) {
+    return Avec(
+        after,
+        [&](kv_return& retour) {
+            const auto [lue, statut, message] = LisFigure(figure);
+            if (statut != KV_OK) return retour.message.Refuse(statut, message);
+            retour.explication = ExpliqueDifference(before->demande, retour.demande, lue, depth);
+            return *json = retour.explication.c_str(), kv_status{KV_OK};
+        },
+        before, json);
+}

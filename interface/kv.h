@@ -422,6 +422,12 @@ KV_PUBLIC kv_status kv_compute_columns(kv_return* r, const kv_columns* columns);
 
     KV_NULL (r, json), KV_UNKNOWN (the message names the nearest), KV_NO_MEMORY, KV_FAILED. */
 KV_PUBLIC kv_status kv_explain(kv_return* r, const char* figure, int32_t depth, const char** json);
+/** The branches of the trees of two returns that differ: "before" and "after" instead of "value", "formulaBefore" and
+    "formulaAfter", and of the terms those alone that differ; one that stands in one tree is 0 in the other. Returns
+   that differ in their law alone show what it changes. The text and the message are those of after; before is read
+   only. Otherwise as kv_explain. */
+KV_PUBLIC kv_status kv_explain_difference(kv_return* before, kv_return* after, const char* figure, int32_t depth,
+                                          const char** json);
 
 /* ---- What would change a figure. --------------------------------------------------------------------------------- */
 

@@ -327,6 +327,13 @@ class Return {
         return json;
     }
 
+    /// The branches in which this return differs from another one.
+    std::string explain_difference(const Return& before, const char* figure = nullptr, int32_t depth = -1) const {
+        const char* json = nullptr;
+        check(kv_explain_difference(before.handle(), handle(), figure, depth, &json));
+        return json;
+    }
+
     struct Effects {
         int32_t value = 0;               ///< the figure as it is
         std::vector<kv_effect> amounts;  ///< the most telling first; their names live until the next call

@@ -3,7 +3,6 @@
 #include <map>
 #include <nlohmann/json.hpp>
 #include <set>
-#include <tuple>
 #include <utility>
 
 #include "Effets.h"
@@ -13,11 +12,6 @@ namespace outil {
 namespace {
 
 using Noeud = nlohmann::ordered_json;
-
-Noeud Arbre(const kv::Return& retour, const std::string& figure, int profondeur) {
-    const char* const nom = figure.empty() ? nullptr : figure.c_str();
-    return Noeud::parse(Demande([&] { return retour.explain(nom, profondeur); }));
-}
 
 std::string Texte(const Noeud& noeud, const char* cle) { return noeud.value(cle, std::string()); }
 std::int64_t Valeur(const Noeud& noeud) { return noeud.at("value").get<std::int64_t>(); }
@@ -67,42 +61,6 @@ void Ecrit(std::ostream& sortie, const Noeud& noeud, std::size_t retrait, Ecrite
 
 // ---- Differences.
 
-// What makes two terms the same one in two trees.
-auto Cle(const Noeud& noeud) {
-    const std::string boite = Texte(noeud, "box");
-    return std::tuple(boite, noeud.value("column", 0), Texte(noeud, "role"),
-                      boite.empty() ? Texte(noeud, "label") : "");
-}
-
-// A node of both trees: the figures, and the terms that differ. null: the branch stands in the other tree alone.
-Noeud Difference(const Noeud* avant, const Noeud* apres) {
-    const Noeud& l = apres ? *apres : *avant;
-    Noeud noeud = {{"label", Texte(l, "label")}};
-    for (const char* cle : {"box", "column", "role", "sign"})
-        if (l.contains(cle)) noeud[cle] = l.at(cle);
-    noeud["before"] = avant ? Valeur(*avant) : 0;
-    noeud["after"] = apres ? Valeur(*apres) : 0;
-    for (const auto& [cle, arbre] : {std::pair{"formulaBefore", avant}, {"formulaAfter", apres}})
-        if (arbre && arbre->contains("formula")) noeud[cle] = arbre->at("formula");
-    Noeud termes = Noeud::array();
-    const auto cherche = [](const Noeud* parmi, const Noeud& terme) -> const Noeud* {
-        if (parmi)
-            for (const Noeud& autre : Termes(*parmi))
-                if (Cle(autre) == Cle(terme)) return &autre;
-        return nullptr;
-    };
-    const auto ajoute = [&](const Noeud* a, const Noeud* b) {
-        if (!a || !b || Valeur(*a) != Valeur(*b)) termes.push_back(Difference(a, b));
-    };
-    if (avant)
-        for (const Noeud& terme : Termes(*avant)) ajoute(&terme, cherche(apres, terme));
-    if (apres)
-        for (const Noeud& terme : Termes(*apres))
-            if (!cherche(avant, terme)) ajoute(nullptr, &terme);
-    if (!termes.empty()) noeud["terms"] = std::move(termes);
-    return noeud;
-}
-
 void EcritDifference(std::ostream& sortie, const Noeud& noeud, std::size_t retrait) {
     const auto avant = noeud.at("before").get<std::int64_t>(), apres = noeud.at("after").get<std::int64_t>();
     const char* const signe = noeud.value("sign", 1) < 0 ? "- " : retrait > 0 && Role(noeud).empty() ? "+ " : "";
@@ -115,25 +73,23 @@ void EcritDifference(std::ostream& sortie, const Noeud& noeud, std::size_t retra
 
 void EcritExplication(std::ostream& sortie, const kv::Return& retour, const std::string& figure, int profondeur,
                       bool json) {
-    const Noeud arbre = Arbre(retour, figure, profondeur);
+    const std::string texte =
+        Demande([&] { return retour.explain(figure.empty() ? nullptr : figure.c_str(), profondeur); });
     Ecrites ecrites;
     if (json)
-        sortie << arbre.dump() << '\n';
+        sortie << texte << '\n';
     else
-        Ecrit(sortie, arbre, 0, ecrites);
+        Ecrit(sortie, Noeud::parse(texte), 0, ecrites);
 }
 
 void EcritDifferences(std::ostream& sortie, const kv::Return& avant, const kv::Return& apres, const std::string& figure,
                       int profondeur, bool json) {
-    const Noeud a = Arbre(avant, figure, profondeur), b = Arbre(apres, figure, profondeur);
-    Noeud difference = Difference(&a, &b);
-    if (json) {
-        Noeud racine = {{"version", 1}};
-        racine.update(difference);
-        sortie << racine.dump() << '\n';
-    } else {
-        EcritDifference(sortie, difference, 0);
-    }
+    const std::string texte =
+        Demande([&] { return apres.explain_difference(avant, figure.empty() ? nullptr : figure.c_str(), profondeur); });
+    if (json)
+        sortie << texte << '\n';
+    else
+        EcritDifference(sortie, Noeud::parse(texte), 0);
 }
 
 }  // namespace outil

@@ -161,6 +161,16 @@ TEST(Explications, AreTextsThatLiveUntilTheNext) {
     EXPECT_EQ(kv_explain(r.handle(), "TOT_PAYRE", -1, &texte), KV_UNKNOWN);
     EXPECT_EQ(kv_explain(r.handle(), nullptr, -1, nullptr), KV_NULL);
     EXPECT_EQ(kv_explain(nullptr, nullptr, -1, &texte), KV_NULL);
+    const kv::Return sans = kv::Return(r).set("7UF", 0);
+    EXPECT_EQ(
+        r.explain_difference(sans, "REDUCTIONS", 1),
+        "{\"version\":1,\"box\":\"REDUCTIONS\",\"label\":\"Réductions d'impôt, total\",\"before\":0,\"after\":396,"
+        "\"terms\":[{\"box\":\"U_DONS_OEUVRES_N\",\"label\":\"Dons aux œuvres de l'année N\",\"sign\":1,\"before\":0,"
+        "\"after\":396}]}");
+    EXPECT_EQ(r.explain_difference(r).find("\"terms\""), std::string::npos);
+    EXPECT_EQ(kv_explain_difference(nullptr, r.handle(), nullptr, -1, &texte), KV_NULL);
+    EXPECT_EQ(kv_explain_difference(r.handle(), nullptr, nullptr, -1, &texte), KV_NULL);
+    EXPECT_EQ(kv_explain_difference(r.handle(), sans.handle(), "TOT_PAYRE", -1, &texte), KV_UNKNOWN);
     int32_t valeur = 0;
     EXPECT_EQ(kv_read(r.handle(), "TOT_PAYER", &valeur), KV_NOT_COMPUTED);  // nothing of the return has changed
 }
