@@ -71,8 +71,10 @@ kv_status kv_effects(kv_return* r, const char* figure, int32_t* value, int32_t* 
                 effets.push_back(std::move(e));
             });
             const auto portee = [&](const Effet& e) { return std::pair(Ecart(e.sans, valeur), Ecart(e.avec, valeur)); };
-            std::stable_sort(effets.begin(), effets.end(),
-                             [&](const Effet& a, const Effet& b) { return portee(a) > portee(b); });
+            std::sort(effets.begin(), effets.end(), [&](const Effet& a, const Effet& b) {
+                if (portee(a) != portee(b)) return portee(a) > portee(b);
+                return a.entree != b.entree ? a.entree < b.entree : a.nom < b.nom;
+            });
             retour.effets = std::move(effets);
             *value = valeur, *count = static_cast<int32_t>(retour.effets.size());
             return kv_status{KV_OK};

@@ -814,8 +814,9 @@ class Explicateur {
         });
         for (Noeud* noeud : demandes) {
             noeud->aEffets = {};
-            std::stable_sort(noeud->termes.begin(), noeud->termes.end(), [](const Noeud& a, const Noeud& b) {
-                return std::llabs(a.valeur) > std::llabs(b.valeur);
+            std::sort(noeud->termes.begin(), noeud->termes.end(), [](const Noeud& a, const Noeud& b) {
+                const auto x = std::llabs(a.valeur), y = std::llabs(b.valeur);
+                return x != y ? x > y : a.nom < b.nom;
             });
         }
     }

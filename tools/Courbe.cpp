@@ -104,8 +104,10 @@ std::vector<Saut> Sauts(const kv::Return& retour, const DemandeCourbe& demande) 
     else
         cherche(demande.de, demande.a, pas,
                 [&](std::int32_t avant, std::int32_t apres, std::int64_t) { cherche(avant, apres, 1, note); });
-    std::stable_sort(sauts.begin(), sauts.end(),
-                     [](const Saut& a, const Saut& b) { return std::llabs(a.ecart) > std::llabs(b.ecart); });
+    std::sort(sauts.begin(), sauts.end(), [](const Saut& a, const Saut& b) {
+        const auto x = std::llabs(a.ecart), y = std::llabs(b.ecart);
+        return x != y ? x > y : a.montant < b.montant;
+    });
     return sauts;
 }
 

@@ -47,14 +47,18 @@ constexpr Terme LisTerme(std::string_view mot) {
 class Formule {
   public:
     consteval Formule(const char* texte) : m_texte(texte) {
-        Parcourt([](const Terme& terme) {
-            if (terme.numero < 0) throw "no figure has this name";
-        });
+        for (std::string_view reste = m_texte; !reste.empty();)
+            if (PremierTerme(reste).numero < 0) throw "no figure has this name";
     }
     template <class Fonction>
     constexpr void Parcourt(Fonction f) const {
-        int signe = 1;
-        for (std::string_view reste = m_texte; !reste.empty();) {
+        for (std::string_view reste = m_texte; !reste.empty();) f(PremierTerme(reste));
+    }
+
+  private:
+    // The first term of a text, which goes on after it.
+    static constexpr Terme PremierTerme(std::string_view& reste) {
+        for (int signe = 1;;) {
             const std::size_t fin = std::min(reste.find(' '), reste.size());
             const std::string_view mot = reste.substr(0, fin);
             reste.remove_prefix(std::min(fin + 1, reste.size()));
@@ -63,13 +67,11 @@ class Formule {
             } else if (mot != "+") {
                 Terme terme = LisTerme(mot);
                 terme.signe = signe;
-                f(terme);
-                signe = 1;
+                return terme;
             }
         }
     }
 
-  private:
     std::string_view m_texte;
 };
 
