@@ -36,7 +36,8 @@ class Balayage {
         struct Avancement {
             const kv_range& range;
             std::int64_t faites, n;
-        } avancement{m_range, 0, n};
+            bool annule;
+        } avancement{m_range, 0, n, false};
         kv_columns colonnes{};
         colonnes.size = sizeof colonnes;
         colonnes.inputs = &entree, colonnes.input_count = 1;
@@ -45,10 +46,13 @@ class Balayage {
         colonnes.context = &avancement;
         if (m_range.progress)
             colonnes.progress = [](int64_t faites, int64_t, void* contexte) {
-                const Avancement& a = *static_cast<Avancement*>(contexte);
-                return a.range.progress(a.faites + faites, a.n, a.range.context);
+                Avancement& a = *static_cast<Avancement*>(contexte);
+                const int32_t reponse = a.range.progress(a.faites + faites, a.n, a.range.context);
+                a.annule = a.annule || reponse != 0;
+                return reponse;
             };
         for (std::int64_t debut = 0; debut < n; debut += bloc, avancement.faites = debut) {
+            if (avancement.annule) return refus.Refuse(KV_CANCELLED);  // after the last row of the block before
             colonnes.rows = std::min(bloc, n - debut);
             const auto lignes = static_cast<std::size_t>(colonnes.rows);
             for (std::size_t i = 0; i < lignes; ++i)
@@ -81,8 +85,8 @@ kv_status AvecBalayage(kv_return* r, const kv_range* range, int32_t* count, Fonc
                 return retour.message.Refuse(KV_BAD_VALUE,
                                              "from and to are not an interval within one thousand million");
             if (range->step < 1 || range->step > borne || range->threads < 0)
-                return retour.message.Refuse(KV_BAD_VALUE,
-                                             "the step is not 1 or more, or a number of threads is negative");
+                return retour.message.Refuse(
+                    KV_BAD_VALUE, "the step is not 1 to one thousand million, or a number of threads is negative");
             Balayage balayage(retour, *range, figure.cle);
             return f(retour, balayage);
         },

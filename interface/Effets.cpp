@@ -94,7 +94,8 @@ kv_status kv_effect_at(kv_return* r, int32_t index, kv_effect* effect) {
                                                                .amount = e.montant,
                                                                .without = e.sans,
                                                                .change = e.ajout,
-                                                               .changed = e.avec});
+                                                               .changed = e.avec,
+                                                               .reserved = 0});
             return statut == KV_OK ? statut : retour.message.Refuse(statut);
         },
         effect);

@@ -120,11 +120,23 @@ class Explicateur {
         } else {
             racine = Ligne(figure.cle.sortie, static_cast<int>(figure.cle.colonne), profondeur, true);
         }
+        Coupe(racine, profondeur);
         EcritEffets(racine);
         return racine;
     }
 
   private:
+    // Leaves so many levels; a rule may have written more than one.
+    static void Coupe(Noeud& noeud, std::int32_t profondeur) {
+        if (profondeur < 0) return;
+        if (profondeur == 0 && (!noeud.termes.empty() || noeud.aEffets.sortie || noeud.aEffets.report)) {
+            noeud.termes.clear();
+            noeud.aEffets = {};
+            noeud.regle = "deeper";
+        }
+        for (Noeud& terme : noeud.termes) Coupe(terme, profondeur - 1);
+    }
+
     // What is paid less what is refunded. Where that is nothing, the first figure on the way that says why.
     Noeud Net(std::int32_t profondeur) {
         const std::int32_t paye = Valeur("S_NET_A_PAYER"), rendu = Valeur("S_NET_RESTITUE");

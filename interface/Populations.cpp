@@ -128,7 +128,7 @@ kv_status LisColonnes(const kv_columns& columns, Tableau& t, Message& refus) {
 // How many workers there is work for.
 std::size_t NombreDOuvriers(const kv_columns& columns) {
 #ifdef __wasm__
-    return columns.rows > 0;  // no threads there
+    return columns.rows >= 0;  // one: there are no threads there
 #else
     const std::int64_t voulus = columns.threads > 0 ? columns.threads : std::thread::hardware_concurrency();
     return static_cast<std::size_t>(std::clamp<std::int64_t>(voulus, 1, columns.rows / Tableau::lot + 1));
@@ -154,7 +154,7 @@ void EnParallele(std::size_t n, Fonction f) {
 
 }  // namespace
 
-kv_status kv::CalculeColonnes(const Demande& demande, const kv_columns& columns, Message& refus) {
+kv_status kv::CalculeColonnes(const Demande& demande, const kv_columns& columns, Message& refus) try {
     Tableau t(demande, columns);
     if (const kv_status statut = LisColonnes(columns, t, refus); statut != KV_OK) return statut;
     std::int64_t dites = 0;
@@ -182,6 +182,13 @@ kv_status kv::CalculeColonnes(const Demande& demande, const kv_columns& columns,
     for (std::int64_t ligne = atteintes; ligne < columns.rows; ++ligne) NoteLigne(t, ligne, KV_CANCELLED);
     if (atteintes < std::min(columns.rows, premiere.ligne)) premiere = {atteintes, KV_CANCELLED};
     return premiere.statut == KV_OK ? KV_OK : refus.Refuse(premiere.statut);
+} catch (...) {  // before the first row
+    for (std::int64_t ligne = 0; ligne < columns.rows; ++ligne) {
+        if (columns.statuses) columns.statuses[ligne] = KV_NO_MEMORY;
+        for (std::int32_t i = 0; i < columns.output_count; ++i)
+            if (columns.outputs[i].values) columns.outputs[i].values[ligne] = 0;
+    }
+    throw;
 }
 
 kv_status kv_compute_columns(kv_return* r, const kv_columns* columns) {

@@ -26,6 +26,7 @@ std::shared_ptr<const Resultats> Calcule(const Demande& demande, Fonction ouvreT
     const TPeriode periode = PeriodeDe(demande);
     calculateur->Calcul(periode);
     calculateur->Calcul_ISF();
+    if (calculateur->TracePerdue()) throw std::bad_alloc();
     RemplitReports(saisie, resultats->lignes, resultats->reports);
     resultats->entrees = demande.saisie.entrees;
     calculateur->EcritEntrees(resultats->entrees);

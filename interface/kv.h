@@ -30,8 +30,10 @@
    functions without a handle may be called from any thread at any time.
 
    Growth. Functions, statuses and members at the end of structures are added, none is changed or removed. A structure
-   begins with its size, which the caller sets to sizeof: an older library fills in less of it, a newer one no more than
-   the caller knows, and both leave in it how many bytes they filled.
+   that a call fills or reads by pointer begins with its size, which the caller sets to sizeof: an older library fills
+   in less of it, a newer one no more than the caller knows, and both leave in it how many bytes they filled.
+
+   Memory. A thread that calls needs 256 KB of stack.
 
    Texts are UTF-8. Those that a function hands out as a pointer live as long as the library unless its comment says
    otherwise. */
@@ -221,7 +223,8 @@ KV_PUBLIC kv_status kv_law_check(kv_law* law);
 /** A return and, once computed, its results. */
 typedef struct kv_return kv_return;
 
-/** The value of a box that is not filled in: it counts as 0. */
+/** The value of a box that is not filled in: it counts as 0, but in 5XC, 5YC and 5ZC, the years that farms began in:
+    there it means that none is known, and 0 is a year long ago. */
 #define KV_UNSET (-2147483647)
 
 /** An amount of an entry box: its own, or a companion that goes with it. */
@@ -281,14 +284,16 @@ KV_PUBLIC kv_status kv_exceptional_count(kv_return* r, int32_t* count);
 KV_PUBLIC kv_status kv_exceptional_at(kv_return* r, int32_t index, int32_t* entry, int32_t* coefficient,
                                       int32_t* amount);
 
-/** The stretch of the year that the household's income was earned over, two dates AAAAMMJJ, first and last day.
-    KV_NULL, KV_BAD_VALUE (not two dates of the calendar, years 1 to 9999, or the first after the last). */
+/** The stretch of the year that the household's income was earned over, two dates AAAAMMJJ, first and last day. Both
+    are of one year: what lies between them is counted without their years. KV_NULL, KV_BAD_VALUE (not two dates of the
+    calendar, years 1 to 9999, or the first after the last). */
 KV_PUBLIC kv_status kv_set_period(kv_return* r, int32_t first, int32_t last);
 KV_PUBLIC kv_status kv_get_period(kv_return* r, int32_t* first, int32_t* last);
 /** What is done with the options. KV_NULL, KV_UNKNOWN. */
 KV_PUBLIC kv_status kv_set_launch(kv_return* r, kv_launch launch);
 KV_PUBLIC kv_status kv_get_launch(kv_return* r, kv_launch* launch);
-/** Percent by which the indexed amounts of the law rise; -1.0 and 0.0 for none. KV_NULL, KV_BAD_VALUE (not finite). */
+/** Percent by which the indexed amounts of the law rise; -1.0 and 0.0 for none (no other number stands for -1 percent).
+    KV_NULL, KV_BAD_VALUE (not finite). */
 KV_PUBLIC kv_status kv_set_indexation(kv_return* r, double percent);
 KV_PUBLIC kv_status kv_get_indexation(kv_return* r, double* percent);
 /** The law that the return is computed under; null for that of the year. Its figures are copied. KV_NULL (no return),
@@ -307,9 +312,9 @@ KV_PUBLIC kv_status kv_warning(kv_return* r, int32_t index, const char** text);
 
 /* ---- The computation, and what it finds. ------------------------------------------------------------------------- */
 
-/** Computes the return. Each computation is a first one: it reads nothing that another one left, and changes nothing
-    that was set. The results of an earlier one are replaced; they stand when it fails. KV_NULL, KV_NO_MEMORY,
-    KV_FAILED. */
+/** Computes the return, and writes the trace that a user has asked for with a marker file. Each computation is a first
+    one: it reads nothing that another one left, and changes nothing that was set. The results of an earlier one are
+    replaced; they stand when it fails. KV_NULL, KV_NO_MEMORY, KV_FAILED. */
 KV_PUBLIC kv_status kv_compute(kv_return* r);
 
 /** A figure by name: the value of an output ("TOT_PAYER"), one of its three columns ("CO_19.c2"), or a carry-forward
@@ -340,7 +345,8 @@ typedef struct kv_options {
     int32_t compared; /**< 1 when the two options were compared; else the rest is 0 */
     int32_t flat_tax; /**< what the household pays with the flat tax, euros; negative: what it is refunded */
     int32_t scale;    /**< the same with the scale */
-    int32_t applied;  /**< KV_FLAT_TAX or KV_SCALE, the cheaper one; the flat tax when they cost the same */
+    int32_t
+        applied; /**< KV_FLAT_TAX or KV_SCALE: what is paid less, else refunded more; the flat tax when both agree */
 } kv_options;
 enum { KV_FLAT_TAX = 1, KV_SCALE = 2 };
 /** Both net amounts, where the options were compared. options->size is set by the caller. KV_NULL, KV_NOT_COMPUTED,
@@ -362,9 +368,10 @@ typedef struct kv_output_column {
     int32_t* values;  /**< room for rows values; 0 where nothing is written */
 } kv_output_column;
 
-/** Called by the thread that called kv_compute_columns, with the rows computed so far and the context of the columns:
-    before the first row, from time to time, and after the last one. Any answer but 0 ends the computation: rows that no
-    thread has begun are left. It must not throw. */
+/** Called by the thread that called kv_compute_columns, kv_curve or kv_breaks, with the rows or amounts computed so
+    far, how many there are, and the context: before the first one, from time to time, and after the last one. Any
+    answer but 0 ends the computation: rows that no thread has begun are left; when none is left it has no effect. It
+    must not throw, and must not call anything on the return that is computed. */
 typedef int32_t (*kv_progress)(int64_t done, int64_t rows, void* context);
 
 /** Returns to compute, a row each. */
@@ -379,18 +386,20 @@ typedef struct kv_columns {
     kv_progress progress;            /**< null for none */
     void* context;                   /**< handed to progress */
     int32_t threads;                 /**< how many threads compute, this one among them; 0: one a processor */
+    int32_t reserved;                /**< 0 */
 } kv_columns;
 
 /** Computes a return for each row, as if kv_compute ran over a copy of r with the amounts of the row set over those of
     r, in the order of the columns: period, launch, indexation, law and what no column names are those of r, which stays
-    as it is. The figures are the same for any number of threads. No trace is written.
+    as it is. An exceptional amount of 0 or KV_UNSET in a column sets nothing: that of r, if any, stands. The figures
+   are the same for any number of threads. No trace is written.
 
-    statuses receives KV_OK for a row that was computed; the figures of another row are 0. The answer is that of the
-    first row that was not computed, KV_OK when all were.
+    statuses receives KV_OK for a row that was computed, KV_NO_MEMORY, KV_FAILED or KV_CANCELLED for another one, whose
+    figures are 0. The answer is that of the first row that was not computed, KV_OK when all were.
 
     KV_NULL (also a name, or values where there are rows), KV_BAD_SIZE, KV_UNKNOWN and KV_NO_AMOUNT (a name; the message
     names the nearest), KV_BAD_VALUE (a negative number, or an amount in two columns): nothing is written. KV_NO_MEMORY;
-    KV_CANCELLED: the rows that were not reached have it as their status. The message is that of r. */
+    KV_FAILED; KV_CANCELLED: the rows that were not reached have it as their status. The message is that of r. */
 KV_PUBLIC kv_status kv_compute_columns(kv_return* r, const kv_columns* columns);
 
 /* ---- Why a figure is what it is. --------------------------------------------------------------------------------- */
@@ -399,14 +408,15 @@ KV_PUBLIC kv_status kv_compute_columns(kv_return* r, const kv_columns* columns);
    what the household pays, or, negative, what it is refunded. The return is computed anew, as it is set; nothing of it
    is changed, and its results stand. */
 
-/** The tree of what makes a figure, only what is not 0, as a JSON text that lives until the next kv_explain on this
-    return, or until it is cleared or freed. depth: how many levels below the figure; all of them when negative.
+/** The tree of what makes a figure, only what is not 0 (but the figure itself, and what says why it is), as a JSON text
+    that lives until the next kv_explain or kv_explain_difference on this return, or until it is cleared or freed.
+   depth: how many levels below the figure; all of them when negative.
 
-    A node is an object: "label" and "formula" in French, "value", "rule"; where there is one "box" (an output, an entry
-    box or a parameter of the law), "column" (1 to 3), "law" (the legal source), "step", "run" (which other computation
-    this node and those below are of: without the capped advantages, of the worldwide income, under the other option),
-    "terms": nodes with a "sign" (1 or -1) and, where they are operands, a "role". The top has "version", 1. Rules, and
-    what holds of their terms:
+    A node is an object: "label" in French, "value", "rule"; where there is one "formula" in French, "box" (an output,
+   an entry box or a parameter of the law), "column" (1 to 3), "law" (the legal source), "step", "run" (which other
+   computation this node and those below are of: without the capped advantages, of the worldwide income, under the other
+   option), "terms": nodes with a "sign" (1 or -1) and, where they are operands, a "role". The top has "version", 1.
+   Rules, and what holds of their terms:
 
       sum, scale  the terms without a role, each times its sign, add up to the value
       choice      the term "chosen" times its sign is the value
@@ -440,6 +450,7 @@ typedef struct kv_effect {
     int32_t without;  /**< the figure when nothing is set there */
     int32_t change;   /**< what a second change adds: 100 euros, 1 of a count; a tick is toggled; 0 for other kinds */
     int32_t changed;  /**< the figure then */
+    int32_t reserved; /**< 0 */
 } kv_effect;
 
 /** Computes the return again without each of its amounts that are not 0, and with some more of each. value receives the
@@ -457,9 +468,9 @@ typedef struct kv_range {
     const char* amount;   /**< its name, as in kv_set */
     int32_t from;         /**< euros, or what the box holds; -1 000 000 000 to 1 000 000 000 */
     int32_t to;           /**< from or more, as far as that */
-    int32_t step;         /**< 1 or more; kv_breaks looks at every whole amount, whatever it is */
+    int32_t step;         /**< 1 to 1 000 000 000; kv_breaks looks at every whole amount, whatever it is */
     int32_t threads;      /**< how many threads compute, this one among them; 0: one a processor */
-    const char* figure;   /**< what is looked at */
+    const char* figure;   /**< what is looked at; null: the net amount */
     kv_progress progress; /**< null for none; rows are amounts */
     void* context;        /**< handed to progress */
 } kv_range;
@@ -484,17 +495,18 @@ typedef struct kv_piece {
 /** Cuts a range into straight pieces: at every whole amount of a piece the figure is value + rate * (amount - from), to
     one euro, and no longer piece that begins there has such a rate. Every amount of the range is computed. count
     receives how many pieces there are, pieces the first capacity of them. Statuses as kv_curve; KV_TOO_SMALL when there
-    are more than capacity: count and the first ones are written all the same. */
+    are more than capacity: count and the first ones are written all the same, after another failure nothing. */
 KV_PUBLIC kv_status kv_breaks(kv_return* r, const kv_range* range, kv_piece* pieces, int32_t capacity, int32_t* count);
 
 /* ---- How it went. ------------------------------------------------------------------------------------------------ */
 
-/** Called with each line of a trace in its order, UTF-8 with a terminating zero, and the context of the call. It must
-    not throw. */
+/** Called with each line of a trace in its order, UTF-8 with a terminating zero, and the context of the call: the time
+    of day, then a step, a value or a re-run. It must not throw, and must not call anything on the return that is
+    computed. */
 typedef void (*kv_trace_line)(const char* line, void* context);
 
 /** Computes the return as kv_compute does, and tells each step, value and re-run, indented by level. A computation that
-    is traced passes over nothing, and finds the same. As kv_compute. */
+    is traced passes over nothing, and finds the same. As kv_compute; KV_NO_MEMORY also when a line was lost. */
 KV_PUBLIC kv_status kv_compute_traced(kv_return* r, kv_trace_line line, void* context);
 
 #ifdef __cplusplus

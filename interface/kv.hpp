@@ -9,6 +9,7 @@
 //     std::cout << household["TOT_PAYER"] << '\n';
 
 #include <cstdint>
+#include <exception>
 #include <memory>
 #include <optional>
 #include <span>
@@ -335,8 +336,9 @@ class Return {
     }
 
     struct Effects {
-        int32_t value = 0;               ///< the figure as it is
-        std::vector<kv_effect> amounts;  ///< the most telling first; their names live until the next call
+        int32_t value = 0;  ///< the figure as it is
+        std::vector<kv_effect>
+            amounts;  ///< the most telling first; their names live until the next call on this return
     };
     Effects effects(const char* figure = nullptr) const {
         Effects found;
@@ -379,11 +381,27 @@ class Return {
         return pieces;
     }
 
-    /// Computes, and calls line(text) for each line of the trace.
+    /// Computes, and calls line(text) for each line of the trace. What line throws is thrown again at the end.
     template <class Line>
-    Return& compute_traced(Line line) {
-        return done(kv_compute_traced(
-            handle(), [](const char* text, void* context) { (*static_cast<Line*>(context))(text); }, &line));
+    Return& compute_traced(Line&& line) {
+        struct Bridge {
+            Line& line;
+            std::exception_ptr fault;
+        } bridge{line, nullptr};
+        const kv_status status = kv_compute_traced(
+            handle(),
+            [](const char* text, void* context) {
+                Bridge& b = *static_cast<Bridge*>(context);
+                if (b.fault) return;
+                try {
+                    b.line(text);
+                } catch (...) {
+                    b.fault = std::current_exception();
+                }
+            },
+            &bridge);
+        if (bridge.fault) std::rethrow_exception(bridge.fault);
+        return done(status);
     }
 
     kv_return* handle() const noexcept { return m_return.get(); }

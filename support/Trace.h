@@ -26,10 +26,12 @@ struct Trace {
     void Ouvre() noexcept;
     /// Turns the trace on; its lines go to a function, which does not throw, instead of a file.
     using Recoit = void (*)(std::u16string_view ligne, void* contexte);
+    /// A line that it could not be handed, for want of memory, is remembered.
     void Ouvre(Recoit recoit, void* contexte) noexcept {
         m_recoit = recoit, m_contexte = contexte;
         m_bTrace = true;
     }
+    bool Perdue() const { return m_perdue; }
     /// Deletes the file of an earlier launch.
     void SupprimeFichier() const;
 
@@ -45,10 +47,13 @@ struct Trace {
     }
 
   private:
+    template <class Corps>
+    void Garde(Corps corps) const noexcept;
     void Ecrit(std::int32_t niveau, std::u16string_view texte) const noexcept;
 
     Recoit m_recoit = nullptr;
     void* m_contexte = nullptr;
+    mutable bool m_perdue = false;
     bool m_ecritLeFichier = false;  ///< this computation is the one that writes the process's file
 };
 

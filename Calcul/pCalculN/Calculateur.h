@@ -40,6 +40,8 @@ class Calculateur final : private Chaine {
     }
     /// Begins a trace that goes to a function.
     void OuvreTrace(Trace::Recoit recoit, void* contexte) { m_trace.Ouvre(recoit, contexte); }
+    /// Whether a line of it was lost.
+    bool TracePerdue() const { return m_trace.Perdue(); }
     /// Tells an observer, which lives as long, of the runs beside the household's own.
     void Observe(Observateur& observateur) { m_observateur = &observateur; }
     /// "1:Calcul", the pipeline, over a period.

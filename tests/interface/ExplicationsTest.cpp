@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <fstream>
+#include <functional>
 #include <kv.hpp>
 #include <nlohmann/json.hpp>
 #include <random>
@@ -201,6 +202,14 @@ TEST(Explications, OfAHouseholdWorkedOutByHand) {
     EXPECT_EQ(arbre["terms"][1]["sign"], -1);
     EXPECT_EQ(arbre["terms"][1]["law"], "CGI art. 197 I-2");
     EXPECT_EQ(Arbre(r, nullptr, 1)["terms"][0]["rule"], "deeper");
+    const std::function<int(const Noeud&)> hauteur = [&](const Noeud& noeud) {
+        int h = 0;
+        for (const Noeud& terme : noeud.value("terms", Noeud::array())) h = std::max(h, 1 + hauteur(terme));
+        return h;
+    };
+    for (unsigned graine = 0; graine < 40; ++graine)
+        for (int profondeur = 0; profondeur < 6; ++profondeur)
+            EXPECT_LE(hauteur(Arbre(Hasard(graine), graine % 2 == 0 ? nullptr : "U_DECOTE", profondeur)), profondeur);
 
     // Nothing to pay, and why: 93 euros above the first threshold bear 13, which the relief takes whole.
     kv::Return rien;

@@ -223,6 +223,18 @@ TEST(Effets, BadCallsAreStatuses) {
     EXPECT_EQ(kv_curve(r.handle(), nullptr, nullptr, nullptr, nullptr, nullptr, 0, &nombre), KV_NULL);
     EXPECT_EQ(kv_breaks(nullptr, &bon, nullptr, 0, &nombre), KV_NULL);
 
+    // A host that answers once is heard, also after the last amount of a block.
+    for (const int64_t quand : {0, 6400, 16384}) {
+        kv_range arretee = bon;
+        int64_t reste = quand;
+        arretee.to = 60000, arretee.context = &reste;
+        arretee.progress = [](int64_t n, int64_t, void* contexte) -> int32_t {
+            int64_t& attendue = *static_cast<int64_t*>(contexte);
+            return n >= attendue ? (attendue = INT64_MAX, 1) : 0;
+        };
+        EXPECT_EQ(kv_breaks(r.handle(), &arretee, &morceau, 1, &nombre), KV_CANCELLED) << quand;
+    }
+
     // Blocks of amounts are told as one work.
     std::vector<int64_t> faites;
     kv_range longue = bon;
@@ -253,6 +265,7 @@ TEST(Trace, TellsTheStepsAndFindsTheSame) {
             EXPECT_TRUE(std::any_of(lignes.begin(), lignes.end(), [&](const auto& l) { return l.ends_with(etape); }));
     }
     EXPECT_EQ(kv_compute_traced(kv::Return().handle(), nullptr, nullptr), KV_NULL);
+    EXPECT_THROW(kv::Return().compute_traced([](const char*) { throw std::logic_error("a line"); }), std::logic_error);
 }
 
 }  // namespace

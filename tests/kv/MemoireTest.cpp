@@ -187,6 +187,17 @@ TEST(MemoireCourte, WhatWouldChangeAFigure) {
     EXPECT_EQ(epuise([&] { return kv_explain(r.handle(), "I_IMP_NORM", 2, &explication); }), KV_OK);
     EXPECT_NE(explication, nullptr);
     EXPECT_EQ(r.get("quotient.4.1AJ"), 10);
+
+    // A trace comes whole, or not at all.
+    std::size_t lignes = 0, toutes = 0;
+    const kv_trace_line compte = [](const char*, void* n) { ++*static_cast<std::size_t*>(n); };
+    ASSERT_EQ(kv_compute_traced(r.handle(), compte, &toutes), KV_OK);
+    for (long n = 1; lignes < toutes; n += 1 + n / 8) {
+        lignes = 0, avantEchec = n;
+        const kv_status statut = kv_compute_traced(r.handle(), compte, &lignes);
+        avantEchec = 0;
+        ASSERT_EQ(statut, lignes < toutes ? KV_NO_MEMORY : KV_OK) << n;
+    }
 }
 
 // Households with a bit of everything, a row each; every row of a block of 32 stands again in the next one.
@@ -229,12 +240,13 @@ TEST(MemoireCourte, InColumns) {
         echecAtteint = true;
         for (long n = 1; echecAtteint; ++n) {
             std::fill(impots.begin(), impots.end(), -7);
+            std::fill(statuts.begin(), statuts.end(), -7);
             avantEchec = n, echecAtteint = false;
             const kv_status statut = kv_compute_columns(r.handle(), &colonnes);
             avantEchec = 0;
             ASSERT_TRUE(statut == KV_OK || statut == KV_NO_MEMORY);
             for (std::size_t i = 0; i < impots.size(); ++i)
-                ASSERT_TRUE(impots[i] == 3293 || (statut != KV_OK && (impots[i] == -7 || statuts[i] == KV_NO_MEMORY)));
+                ASSERT_TRUE(statuts[i] == KV_OK ? impots[i] == 3293 : statuts[i] == KV_NO_MEMORY && impots[i] == 0);
         }
     }
 }
