@@ -74,7 +74,9 @@ class Passages final : public Observateur {
         Lignes::Conservees lignes{std::pmr::new_delete_resource()};
     };
     std::vector<std::unique_ptr<Vu>> vus;
+    std::vector<ReductionImputee> imputees;
 
+    void Impute(const ReductionImputee& reduction) override { imputees.push_back(reduction); }
     void Fin(Passage passage, const Contexte& c) override {
         auto vu = std::make_unique<Vu>(Vu{passage, c.Vue()});
         c.commun.lignes.Conserve(vu->lignes);

@@ -11,6 +11,7 @@
 #include "Calcul/pCalculN/Bareme.h"
 #include "Calcul/pCalculN/Loi.h"
 #include "Calcul/pCalculN/Memoire.h"
+#include "Calcul/pCalculN/Observateur.h"
 #include "KVCommun/cPeriode/Periode.h"
 #include "support/KVTarvel.h"
 #include "support/Trace.h"
@@ -124,21 +125,6 @@ struct Faits {
 };
 
 class ChainesConnues;
-
-/// Runs beside the household's own that a reader may ask about.
-enum class Passage : std::uint8_t {
-    SansAvantages,  ///< without the advantages that the global cap counts
-    Mondial,        ///< with the foreign amounts in the French boxes
-};
-
-/// Told of each of these runs at its end, by its context, whose lines still stand.
-class Observateur {
-  public:
-    virtual void Fin(Passage passage, const Contexte& c) = 0;
-
-  protected:
-    ~Observateur() = default;
-};
 
 class Contexte {
   public:

@@ -41,7 +41,7 @@ class Credits : Travail {
     void InteretsHabitationPrincipale();
     void Total();
 
-    Imputation m_imputation{lignes, faits.sansAvantages};
+    Imputation m_imputation{lignes, faits.sansAvantages, contexte.commun.observateur};
     std::int32_t m_reste = 0;  // what is left of the tax for the credits that are only imputed
 };
 
@@ -224,22 +224,9 @@ void Credits::FraisDeGarde() {
 void Credits::CotisationsSyndicales() {
     const std::int32_t cotisations = SommeE({"7AC", "7AE", "7AG"});
     if (cotisations <= 0) return;
-    const auto plafonnees = [&](CaseEntree box, std::int32_t pensions, std::int32_t salaires, bool fraisReels) {
-        return std::min(E[box], nAuTaux(pensions + (fraisReels ? 0 : salaires),
-                                        loi["credits.cotisationsSyndicales.plafondRevenu"]));
-    };
-    static constexpr CaseEntree fraisCharges[] = {"1CK", "1DK", "1EK", "1FK", "1FKA", "1FKB", "1FKC", "1FKD", "1FKE"};
-    const bool fraisDesCharges =
-        std::any_of(std::begin(fraisCharges), std::end(fraisCharges), [&](CaseEntree box) { return E[box] != 0; });
-    const std::int32_t retenues =
-        plafonnees("7AC", SommeE({"1AS", "1AO", "1AZ", "1AL"}), SommeE({"1AJ", "1AP", "1AF"}), E["1AK"] != 0) +
-        plafonnees("7AE", SommeE({"1BS", "1BO", "1BZ", "1BL"}), SommeE({"1BJ", "1BP", "1BF"}), E["1BK"] != 0) +
-        plafonnees("7AG",
-                   SommeE({"1CS", "1CO", "1CZ", "1CL", "1DS", "1DO", "1DZ", "1DL", "1ES", "1EO", "1EZ", "1EL", "1FS",
-                           "1FO", "1FZ", "1FL"}),
-                   SommeE({"1CJ", "1DJ", "1EJ", "1FJ", "1FJA", "1FJB", "1FJC", "1FJD", "1FJE", "1CF",  "1DF",
-                           "1EF", "1FF", "1CP", "1DP", "1EP",  "1FP",  "1FPA", "1FPB", "1FPC", "1FPD", "1FPE"}),
-                   fraisDesCharges);
+    std::int32_t retenues = 0;
+    for (const Cotisant& cotisant : cotisants)
+        retenues += std::min(E[cotisant.cotisation], PlafondSyndical(cotisant, E.Toutes(), loi));
     lignes.Annule("D_CREDIT_7AC_7AE_7AG");
     S["D_CREDIT_7AC_7AE_7AG"] = nAuTaux(std::min(cotisations, retenues), loi["credits.cotisationsSyndicales.taux"]);
 }
@@ -296,6 +283,18 @@ void Credits::InteretsHabitationPrincipale() {
 }
 
 }  // namespace
+
+std::int32_t credits::PlafondSyndical(const Cotisant& cotisant, const Saisie& saisie, const Loi& loi) {
+    const auto somme = [&](std::span<const CaseEntree> boxes) {
+        std::int32_t total = 0;
+        for (const CaseEntree box : boxes) total += saisie[box];
+        return total;
+    };
+    const bool fraisReels = std::any_of(cotisant.fraisReels.begin(), cotisant.fraisReels.end(),
+                                        [&](CaseEntree box) { return saisie[box] != 0; });
+    return nAuTaux(somme(cotisant.pensions) + (fraisReels ? 0 : somme(cotisant.salaires)),
+                   loi["credits.cotisationsSyndicales.plafondRevenu"]);
+}
 
 void CreditDImpot(Contexte& c) { Credits(c).CreditDImpot(); }
 

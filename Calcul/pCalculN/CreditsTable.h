@@ -1,8 +1,10 @@
 #pragma once
 
 #include <array>
+#include <span>
 
-#include "Calcul/cCalcul/Cases.h"
+#include "Calcul/cCalcul/Saisie.h"
+#include "Calcul/pCalculN/Loi.h"
 
 // The tax credits that are lists of boxes.
 
@@ -71,6 +73,29 @@ inline constexpr TravauxForestiers travauxForestiers[] = {
 using Enfants = std::array<CaseEntree, 4>;
 inline constexpr Enfants enfantsACharge = {"7GA", "7GB", "7GC", "7GD"};
 inline constexpr Enfants enfantsAlternes = {"7GE", "7GF", "7GG", "7GM"};
+
+/// Union dues of each declarant, of the dependants together, and the income that bounds them (CGI art. 199 quater C).
+struct Cotisant {
+    CaseEntree cotisation;
+    std::span<const CaseEntree> pensions, salaires, fraisReels;
+};
+inline constexpr CaseEntree pensions1[] = {"1AS", "1AO", "1AZ", "1AL"}, salaires1[] = {"1AJ", "1AP", "1AF"};
+inline constexpr CaseEntree pensions2[] = {"1BS", "1BO", "1BZ", "1BL"}, salaires2[] = {"1BJ", "1BP", "1BF"};
+inline constexpr CaseEntree pensionsACharge[] = {"1CS", "1CO", "1CZ", "1CL", "1DS", "1DO", "1DZ", "1DL",
+                                                 "1ES", "1EO", "1EZ", "1EL", "1FS", "1FO", "1FZ", "1FL"};
+inline constexpr CaseEntree salairesACharge[] = {"1CJ",  "1DJ",  "1EJ",  "1FJ",  "1FJA", "1FJB", "1FJC", "1FJD",
+                                                 "1FJE", "1CF",  "1DF",  "1EF",  "1FF",  "1CP",  "1DP",  "1EP",
+                                                 "1FP",  "1FPA", "1FPB", "1FPC", "1FPD", "1FPE"};
+inline constexpr CaseEntree frais1[] = {"1AK"}, frais2[] = {"1BK"};
+inline constexpr CaseEntree fraisACharge[] = {"1CK", "1DK", "1EK", "1FK", "1FKA", "1FKB", "1FKC", "1FKD", "1FKE"};
+inline constexpr Cotisant cotisants[] = {
+    {"7AC", pensions1, salaires1, frais1},
+    {"7AE", pensions2, salaires2, frais2},
+    {"7AG", pensionsACharge, salairesACharge, fraisACharge},
+};
+/// What the dues of one of them may be at most, euros: a part of pensions, and of salaries where no actual expenses are
+/// deducted from them.
+std::int32_t PlafondSyndical(const Cotisant& cotisant, const Saisie& saisie, const Loi& loi);
 
 /// The boxes of every credit that counts in the global cap.
 inline constexpr CasesEntree boitesComptees = [] {

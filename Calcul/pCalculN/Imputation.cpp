@@ -48,7 +48,8 @@ void Imputation::Montre(const Demande& d, std::int32_t retenue) {
     m_lignes.EcritTexte(d.ligne) = Texte::TauxDeBase(d.taux, retenue);
 }
 
-void Imputation::Impute(const Demande& d, std::int32_t montant) {
+void Imputation::Impute(const Demande& d, std::int32_t montant, int annees) {
+    if (m_observateur) m_observateur->Impute({d.ligne, d.base, d.plafond, annees, montant, m_nReste});
     const std::int32_t impute = std::min(m_nReste, montant);
     m_lignes.Ecrit(d.ligne).valeur = impute;
     m_nReste -= impute;
@@ -77,7 +78,7 @@ std::optional<std::int32_t> Imputation::ImputeAnnuite(const Demande& d, int anne
     const std::int32_t retenue = nArrondi(dDiv(std::min(d.base, d.plafond), annees));
     const std::int32_t annuite = nAuTaux(retenue, d.taux);
     Montre(d, retenue);
-    Impute(d, annuite);
+    Impute(d, annuite, annees);
     return annuite;
 }
 

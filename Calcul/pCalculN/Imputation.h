@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "Calcul/cCalcul/Lignes.h"
+#include "Calcul/pCalculN/Observateur.h"
 
 namespace kv {
 
@@ -31,8 +32,9 @@ class Imputation {
     static constexpr std::int32_t nSansPlafond = std::numeric_limits<std::int32_t>::max();
     static constexpr int nNiches = 6;
 
-    /// sansAvantages: the advantages counted in the cap are off.
-    Imputation(Lignes& lignes, bool sansAvantages) : m_lignes(lignes), m_bSansAvantages(sansAvantages) {}
+    /// sansAvantages: the advantages counted in the cap are off. observateur: null for none.
+    Imputation(Lignes& lignes, bool sansAvantages, Observateur* observateur = nullptr)
+        : m_lignes(lignes), m_observateur(observateur), m_bSansAvantages(sansAvantages) {}
 
     bool Active(Niche niche) const {
         return !m_bSansAvantages || niche == Niche::HorsPlafond || niche == Niche::ToujoursActive;
@@ -78,9 +80,10 @@ class Imputation {
   private:
     void Compte(Niche niche, std::int32_t montant);
     void Montre(const Demande& demande, std::int32_t retenue);
-    void Impute(const Demande& demande, std::int32_t montant);
+    void Impute(const Demande& demande, std::int32_t montant, int annees = 1);
 
     Lignes& m_lignes;
+    Observateur* const m_observateur;
     std::int32_t m_nReste = 0;
     const bool m_bSansAvantages;
 };

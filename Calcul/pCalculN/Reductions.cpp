@@ -60,7 +60,7 @@ class Reductions : Travail {
     std::int32_t& ResteDe(Commun commun) { return m_communs[static_cast<std::size_t>(commun)]; }
     std::int32_t ResteDe(Commun commun) const { return m_communs[static_cast<std::size_t>(commun)]; }
 
-    Imputation m_imputation{lignes, faits.sansAvantages};
+    Imputation m_imputation{lignes, faits.sansAvantages, contexte.commun.observateur};
     std::array<std::int32_t, static_cast<std::size_t>(Commun::Nombre)> m_communs{};  // what is left of shared ceilings
     std::int32_t m_enveloppe = 0;  // what the last line of a rental scheme left of its ceiling
 };
