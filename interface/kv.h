@@ -3,7 +3,7 @@
 
 /* The French income tax of a household, income of 2017, from the boxes of return 2042.
 
-   A return is a handle: set its boxes, compute, read what was found.
+    A return is a handle: set its boxes, compute, read what was found.
 
        kv_return* household = NULL;
        int32_t tax = 0;
@@ -15,28 +15,28 @@
            printf("%s\n", kv_message(household));
        kv_return_free(household);
 
-   Boxes. The entry catalogue holds what a return can say, the output catalogue what a computation finds, the
-   carry-forward catalogue what next year's return takes over. A box is named ("1AJ"; capital and small letters differ)
-   or numbered from 0: a host that works on many returns looks a name up once, with kv_box_find. Values are signed
-   32-bit integers: whole euros, counts, ticks (0 or 1), choice codes, dates as AAAAMMJJ, rates; kv_box says which. They
-   wrap as 32-bit integers do.
+    Boxes. The entry catalogue holds what a return can say, the output catalogue what a computation finds, the
+    carry-forward catalogue what next year's return takes over. A box is named ("1AJ"; capital and small letters differ)
+    or numbered from 0: a host that works on many returns looks a name up once, with kv_box_find. Values are signed
+    32-bit integers: whole euros, counts, ticks (0 or 1), choice codes, dates as AAAAMMJJ, rates; kv_box says which.
+    They wrap as 32-bit integers do.
 
-   Statuses. Every function that can fail answers a kv_status, KV_OK being 0; a function that fails has changed nothing,
-   and has written to none of its results unless its comment says so. kv_message and kv_law_message tell what went wrong
-   in the words of the host's own names. A null pointer is a status, never a crash; only a handle that was freed already
-   must not be handed over. Nothing here throws, ends the process, or writes to its standard output.
+    Statuses. Every function that can fail answers a kv_status, KV_OK being 0; a function that fails has changed
+    nothing, and has written to none of its results unless its comment says so. kv_message and kv_law_message tell what
+    went wrong in the words of the host's own names. A null pointer is a status, never a crash; only a handle that was
+    freed already must not be handed over. Nothing here throws, ends the process, or writes to its standard output.
 
-   Threads. A handle is for one thread at a time; different handles are independent, in any number of threads. The
-   functions without a handle may be called from any thread at any time.
+    Threads. A handle is for one thread at a time; different handles are independent, in any number of threads. The
+    functions without a handle may be called from any thread at any time.
 
-   Growth. Functions, statuses and members at the end of structures are added, none is changed or removed. A structure
-   that a call fills or reads by pointer begins with its size, which the caller sets to sizeof: an older library fills
-   in less of it, a newer one no more than the caller knows, and both leave in it how many bytes they filled.
+    Growth. Functions, statuses and members at the end of structures are added, none is changed or removed. A structure
+    that a call fills or reads by pointer begins with its size, which the caller sets to sizeof: an older library fills
+    in less of it, a newer one no more than the caller knows, and both leave in it how many bytes they filled.
 
-   Memory. A thread that calls needs 256 KB of stack.
+    Memory. A thread that calls needs 256 KB of stack.
 
-   Texts are UTF-8. Those that a function hands out as a pointer live as long as the library unless its comment says
-   otherwise. */
+    Texts are UTF-8. Those that a function hands out as a pointer live as long as the library unless its comment says
+    otherwise. */
 
 #include <stddef.h>
 #include <stdint.h>
@@ -392,7 +392,7 @@ typedef struct kv_columns {
 /** Computes a return for each row, as if kv_compute ran over a copy of r with the amounts of the row set over those of
     r, in the order of the columns: period, launch, indexation, law and what no column names are those of r, which stays
     as it is. An exceptional amount of 0 or KV_UNSET in a column sets nothing: that of r, if any, stands. The figures
-   are the same for any number of threads. No trace is written.
+    are the same for any number of threads. No trace is written.
 
     statuses receives KV_OK for a row that was computed, KV_NO_MEMORY, KV_FAILED or KV_CANCELLED for another one, whose
     figures are 0. The answer is that of the first row that was not computed, KV_OK when all were.
@@ -405,21 +405,23 @@ KV_PUBLIC kv_status kv_compute_columns(kv_return* r, const kv_columns* columns);
 /* ---- Why a figure is what it is. --------------------------------------------------------------------------------- */
 
 /* Here and below, a figure is named as in kv_read; null stands for the net amount, S_NET_A_PAYER less S_NET_RESTITUE:
-   what the household pays, or, negative, what it is refunded. The return is computed anew, as it is set; nothing of it
-   is changed, and its results stand. */
+    what the household pays, or, negative, what it is refunded. The return is computed anew, as it is set; nothing of it
+    is changed, and its results stand. */
 
 /** The tree of what makes a figure, only what is not 0 (but the figure itself, and what says why it is), as a JSON text
     that lives until the next kv_explain or kv_explain_difference on this return, or until it is cleared or freed.
-   depth: how many levels below the figure; all of them when negative.
+    depth: how many levels below the figure; all of them when negative.
 
     A node is an object: "label" in French, "value", "rule"; where there is one "formula" in French, "box" (an output,
-   an entry box or a parameter of the law), "column" (1 to 3), "law" (the legal source), "step", "run" (which other
-   computation this node and those below are of: without the capped advantages, of the worldwide income, under the other
-   option), "terms": nodes with a "sign" (1 or -1) and, where they are operands, a "role". The top has "version", 1.
-   Rules, and what holds of their terms:
+    an entry box or a parameter of the law), "column" (1 to 3), "law" (the legal source), "step", "run" (which other
+    computation this node and those below are of: without the capped advantages, of the worldwide income, under the
+    other option), "terms": nodes with a "sign" (1 or -1) and, where they are operands, a "role". The top has "version",
+    1. Rules, and what holds of their terms:
 
-      sum, scale  the terms without a role, each times its sign, add up to the value
-      choice      the term "chosen" times its sign is the value
+      sum, scale  the terms without a role, each times its sign, add up to the value; "income" and "parts" are what a
+                  scale is applied to, "threshold" what an amount stayed below
+      choice      the term "chosen" times its sign is the value; without one the formula says what applies
+      min, max    the smallest or the largest of the terms "among": a ceiling or a floor that is met
       rate        "base" times "rate", which is in hundredths of a percent
       share       "amount" times "numerator" over "denominator", which is 1 where it is not there
       box, law    a leaf: an amount of the return; a figure of the law in its unit (euros, hundredths of a percent or of
@@ -432,10 +434,16 @@ KV_PUBLIC kv_status kv_compute_columns(kv_return* r, const kv_columns* columns);
 
     KV_NULL (r, json), KV_UNKNOWN (the message names the nearest), KV_NO_MEMORY, KV_FAILED. */
 KV_PUBLIC kv_status kv_explain(kv_return* r, const char* figure, int32_t depth, const char** json);
-/** The branches of the trees of two returns that differ: "before" and "after" instead of "value", "formulaBefore" and
-    "formulaAfter", and of the terms those alone that differ; one that stands in one tree is 0 in the other. Returns
-   that differ in their law alone show what it changes. The text and the message are those of after; before is read
-   only. Otherwise as kv_explain. */
+/** The branches of the trees of two returns that differ, as a JSON text like that of kv_explain: "before" and "after"
+    instead of "value", "formulaBefore" and "formulaAfter", "rule" where both trees have the same one, and of the terms
+    those alone that differ. What leads to the net amount is told in one way for both: tax, advantages above the global
+    cap, contributions, credits, levies.
+    Where the two returns come to a figure in different ways (the family quotient capped in one of them), the terms of
+    both stand there, each with what the two returns have of it, and "in", "before" or "after", is the one in which it
+    counts; "before" or "after" is left out where that return has no such figure. With a figure that counts in one tree
+    only taken as 0 in the other, the differences of the terms of a sum or a scale add up to that of the figure.
+    Returns that differ in their law alone show what it changes. The text and the message are those of after; before is
+    read only. Otherwise as kv_explain. */
 KV_PUBLIC kv_status kv_explain_difference(kv_return* before, kv_return* after, const char* figure, int32_t depth,
                                           const char** json);
 

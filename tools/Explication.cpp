@@ -3,6 +3,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 #include <set>
+#include <tuple>
 #include <utility>
 
 #include "Effets.h"
@@ -31,15 +32,22 @@ std::string Nom(const Noeud& noeud) {
 // What an operand is for; "" for a term.
 std::string Role(const Noeud& noeud) {
     static const std::map<std::string, std::string> roles = {
-        {"base", "base"},     {"rate", "taux"},   {"amount", "montant"}, {"numerator", "fois"}, {"denominator", "sur"},
-        {"income", "revenu"}, {"parts", "parts"}, {"count", "nombre"},   {"effect", "effet"},   {"option", "option"},
+        {"base", "base"},       {"rate", "taux"},       {"amount", "montant"}, {"numerator", "fois"},
+        {"denominator", "sur"}, {"among", "entre"},     {"income", "revenu"},  {"parts", "parts"},
+        {"count", "nombre"},    {"threshold", "seuil"}, {"effect", "effet"},   {"option", "option"},
     };
     const auto role = roles.find(Texte(noeud, "role"));
     return role == roles.end() ? "" : role->second + ": ";
 }
 
-// ecrites: the figures whose terms stand above already.
-using Ecrites = std::set<std::pair<std::string, int>>;
+// A rate or a base that "14 % de 34558" has told already.
+bool DansLaFormule(const Noeud& operande) {
+    const std::string role = Texte(operande, "role");
+    return (role == "base" || role == "rate") && Texte(operande, "rule") == "part" && Termes(operande).empty();
+}
+
+// ecrites: the figures of this run whose terms stand above already. Another run finds other figures by the same names.
+using Ecrites = std::set<std::tuple<std::string, int, std::int64_t>>;
 void Ecrit(std::ostream& sortie, const Noeud& noeud, std::size_t retrait, Ecrites& ecrites) {
     const std::string formule = Texte(noeud, "formula"), loi = Texte(noeud, "law"), passage = Texte(noeud, "run");
     const std::string role = Role(noeud);
@@ -52,20 +60,33 @@ void Ecrit(std::ostream& sortie, const Noeud& noeud, std::size_t retrait, Ecrite
     if (!passage.empty()) sortie << "  [" << passage << ']';
     if (!loi.empty() && Texte(noeud, "rule") != "law") sortie << "  [" << loi << ']';
     const std::string boite = Texte(noeud, "box");
-    const bool dejaEcrite = !boite.empty() && Texte(noeud, "rule") != "box" && !Termes(noeud).empty() &&
-                            !ecrites.emplace(boite, noeud.value("column", 0)).second;
+    Ecrites deLAutreCalcul;
+    Ecrites& dejaVues = passage.empty() ? ecrites : deLAutreCalcul;
+    const bool dejaEcrite = !boite.empty() && boite != "net" && Texte(noeud, "rule") != "box" &&
+                            !Termes(noeud).empty() &&
+                            !dejaVues.emplace(boite, noeud.value("column", 0), Valeur(noeud)).second;
     sortie << (dejaEcrite ? "  (voir plus haut)\n" : "\n");
     if (dejaEcrite) return;
-    for (const Noeud& terme : Termes(noeud)) Ecrit(sortie, terme, retrait + 1, ecrites);
+    for (const Noeud& terme : Termes(noeud))
+        if (!DansLaFormule(terme)) Ecrit(sortie, terme, retrait + 1, dejaVues);
 }
 
 // ---- Differences.
 
 void EcritDifference(std::ostream& sortie, const Noeud& noeud, std::size_t retrait) {
-    const auto avant = noeud.at("before").get<std::int64_t>(), apres = noeud.at("after").get<std::int64_t>();
     const char* const signe = noeud.value("sign", 1) < 0 ? "- " : retrait > 0 && Role(noeud).empty() ? "+ " : "";
-    sortie << std::string(2 * retrait, ' ') << signe << Role(noeud) << avant << " -> " << apres << " ("
-           << (apres > avant ? "+" : "") << apres - avant << ")  " << Nom(noeud) << '\n';
+    const auto valeur = [&](const char* cle) {
+        return noeud.contains(cle) ? std::to_string(noeud.at(cle).get<std::int64_t>()) : "?";
+    };
+    sortie << std::string(2 * retrait, ' ') << signe << Role(noeud) << valeur("before") << " -> " << valeur("after");
+    if (noeud.contains("before") && noeud.contains("after")) {
+        const std::int64_t ecart = noeud.at("after").get<std::int64_t>() - noeud.at("before").get<std::int64_t>();
+        sortie << " (" << (ecart > 0 ? "+" : "") << ecart << ')';
+    }
+    sortie << "  " << Nom(noeud);
+    if (const std::string seul = Texte(noeud, "in"); !seul.empty())
+        sortie << (seul == "before" ? "  [compte dans le premier seulement]" : "  [compte dans le second seulement]");
+    sortie << '\n';
     for (const Noeud& terme : Termes(noeud)) EcritDifference(sortie, terme, retrait + 1);
 }
 

@@ -9,16 +9,18 @@
 #include "Calcul/pCalculN/Loi.h"
 
 // What each figure is made of, for a reader: sums, rates, bounds. The steps compute; these rows tell what they
-// computed, and a row is shown only where its operands give the figure. What follows from a table of reductions,
-// credits or business income is not repeated here.
+// computed. A row is shown only where its operands give the figure: that keeps its numbers true, not its words. Of two
+// rules that may give the same amount the one that the step prefers stands first, and a difference has a name only
+// where one rule alone can have made it. What follows from a table of reductions, credits or business income is not
+// repeated here; rules with several bounds are told by the code beside them.
 
 namespace kv::regles {
 
 /// A word of a formula: an output ("RN_SAL"), one of its columns ("RN_SAL.2", "RN_SAL.*" for the column of the figure
-/// that is explained), an entry box ("[1AJ]"), a figure of the law ("{decote.part}"), a number ("10"). Each may be
-/// taken off.
+/// that is explained), an entry box ("[1AJ]"), a figure of the law ("{decote.part}"), one that a couple has twice
+/// ("{foyer:assuranceVie.abattement}"), a number ("10"). Each may be taken off.
 struct Terme {
-    enum class Sorte : std::uint8_t { Sortie, Boite, Loi, Nombre };
+    enum class Sorte : std::uint8_t { Sortie, Boite, Loi, ParFoyer, Nombre };
     Sorte sorte = Sorte::Sortie;
     int numero = -1;
     int colonne = 0;  ///< 0: the value; -1: the column of the figure that is explained
@@ -28,7 +30,13 @@ struct Terme {
 constexpr Terme LisTerme(std::string_view mot) {
     if (mot.front() == '[')
         return {Terme::Sorte::Boite, CatalogueEntree::index.Cherche(Hache(mot.substr(1, mot.size() - 2)))};
-    if (mot.front() == '{') return {Terme::Sorte::Loi, indexLoi.Cherche(Hache(mot.substr(1, mot.size() - 2)))};
+    if (mot.front() == '{') {
+        constexpr std::string_view foyer = "{foyer:";
+        const bool parFoyer = mot.starts_with(foyer);
+        const std::size_t debut = parFoyer ? foyer.size() : 1;
+        return {parFoyer ? Terme::Sorte::ParFoyer : Terme::Sorte::Loi,
+                indexLoi.Cherche(Hache(mot.substr(debut, mot.size() - debut - 1)))};
+    }
     if ('0' <= mot.front() && mot.front() <= '9') {
         int nombre = 0;
         for (const char chiffre : mot) nombre = 10 * nombre + (chiffre - '0');
@@ -78,6 +86,7 @@ class Formule {
 enum class Genre : std::uint8_t {
     Somme,     ///< the terms added up
     Choix,     ///< the one operand that applies
+    Plafonne,  ///< the operands added up, at most the last one
     Taux,      ///< the operands added up, at the rate of the last one, hundredths of a percent
     Part,      ///< the first operand times the second one, over the third one
     Produits,  ///< the operands two by two multiplied, and added up
@@ -97,22 +106,31 @@ constexpr const char* pasMoinsDeZero = "pas en dessous de 0";
 constexpr const char* auDelaDuPlafond = "au-delà du plafond";
 constexpr const char* auDelaDeLaBase = "au-delà de la base";
 constexpr const char* auDelaDeLImpot = "au-delà de l'impôt";
-constexpr const char* auDelaDuRevenu = "au-delà du plafond ou du revenu";
+constexpr const char* auDelaDuRevenu = "au-delà du revenu";
+constexpr const char* auDelaDesCapitaux = "au-delà des revenus de capitaux mobiliers";
 
 /// Of several rows of one figure the first one that gives it is shown.
 inline constexpr Regle lignes[] = {
     // ---- The amount payable.
-    {"S_NET_A_PAYER", Genre::Somme, "TOT_PAYER - TOT_REST + S_A_PAYER", "non recouvré, ou restitué"},
-    {"S_NET_RESTITUE", Genre::Somme, "TOT_REST - TOT_PAYER - S_A_PAYER", "non restitué"},
-    {"TOT_PAYER", Genre::Somme, "TOT_IMP_COR + NICHE_FISCALE + CONTRIBUTIONS - D_CREDIT", "non recouvré, ou restitué"},
+    {"S_NET_A_PAYER", Genre::Somme, "TOT_PAYER - TOT_REST + S_A_PAYER"},
+    {"S_NET_A_PAYER", Genre::Somme, "TOT_PAYER - TOT_REST + S_A_PAYER + S_NET_RESTITUE"},
+    {"S_NET_A_PAYER", Genre::Somme, "TOT_PAYER - TOT_REST + S_A_PAYER - S_NON_RECOUVRE"},
+    {"S_NET_RESTITUE", Genre::Somme, "TOT_REST - TOT_PAYER - S_A_PAYER"},
+    {"S_NET_RESTITUE", Genre::Somme, "TOT_REST - TOT_PAYER - S_A_PAYER + S_NET_A_PAYER"},
+    {"S_NET_RESTITUE", Genre::Somme, "TOT_REST - TOT_PAYER - S_A_PAYER + S_NON_RECOUVRE"},
+    {"TOT_PAYER", Genre::Somme,
+     "TOT_IMP_COR + NICHE_FISCALE + CONTRIBUTIONS - D_CREDIT - TOT_N_RECOUVRE + TOT_REST + TOT_N_REST"},
+    {"TOT_REST", Genre::Somme,
+     "D_CREDIT - TOT_IMP_COR - NICHE_FISCALE - CONTRIBUTIONS + TOT_PAYER + TOT_N_RECOUVRE - TOT_N_REST"},
     {"TOT_N_RECOUVRE", Genre::Somme, "TOT_IMP_COR + NICHE_FISCALE + CONTRIBUTIONS - D_CREDIT"},
-    {"TOT_REST", Genre::Somme, "D_CREDIT - TOT_IMP_COR - NICHE_FISCALE - CONTRIBUTIONS", "non restitué"},
     {"TOT_N_REST", Genre::Somme, "D_CREDIT - TOT_IMP_COR - NICHE_FISCALE - CONTRIBUTIONS"},
+    {"S_NON_RECOUVRE", Genre::Somme, "S_CONTR_SOC + S_CONTR_SAL + S_CONTR_CARRIED + S_CSG_CRDS_ETR + S_CSG_CRDS_SAL"},
+    {"S_NON_RECOUVRE", Genre::Choix, "S_A_PAYER"},
     {"S_A_PAYER", Genre::Somme, "S_CONTR_SOC + S_CONTR_SAL + S_CONTR_CARRIED + S_CSG_CRDS_ETR + S_CSG_CRDS_SAL"},
     {"S_A_PAYER", Genre::Somme,
      "S_CONTR_SOC + S_CONTR_SAL + S_CONTR_CARRIED + S_CSG_CRDS_ETR + S_CSG_CRDS_SAL + S_CONTR_CIMR_CS"},
-    {"S_A_PAYER", Genre::Somme, "S_CONTR_SOC + S_CONTR_SAL + S_CONTR_CARRIED + S_CSG_CRDS_ETR + S_CSG_CRDS_SAL",
-     "sous le seuil de recouvrement"},
+    {"S_A_PAYER", Genre::Somme,
+     "S_CONTR_SOC + S_CONTR_SAL + S_CONTR_CARRIED + S_CSG_CRDS_ETR + S_CSG_CRDS_SAL - S_NON_RECOUVRE"},
     {"CONTRIBUTIONS", Genre::Somme, "CONT_HAUT_REV + [3WT]"},
     {"CONTRIBUTIONS", Genre::Somme, "CONT_HR_TAUX_EFFECTIF + [3WT]"},
 
@@ -161,14 +179,40 @@ inline constexpr Regle lignes[] = {
     {"CO_41.2", Genre::Choix, "[3VF]"},
     {"CO_50.2", Genre::Choix, "[3PI]"},
     {"CO_TNS.2", Genre::Choix, "RF_PLUS"},
+    {"CO_TNS_GUY.2", Genre::Choix, "RF_PLUS"},
+    {"CO_TNS_MGR.2", Genre::Choix, "RF_PLUS"},
     {"CO_INV_AUTEUR.2", Genre::Somme, "[5TC] + [5UC] + [5VC]"},
     {"TOT_IMP_RED", Genre::Somme, "TOT_IMPOT_DOM + IMPOT_TAUX_MARG - U_DECOTE - REDUCTIONS"},
     {"TOT_IMP_RED", Genre::Somme, "TOT_IMPOT_DOM + IMPOT_TAUX_MARG - U_DECOTE - REDUCTIONS", pasMoinsDeZero},
     {"TOT_IMPOT_DOM", Genre::Somme, "TOT_IMPOT - U_DECOTE_DOM_GMR - U_DECOTE_DOM_GUY"},
     {"TOT_IMPOT_DOM", Genre::Somme, "IMPOT_TX_EFFECTIF - U_DECOTE_DOM_GMR - U_DECOTE_DOM_GUY"},
     {"TOT_IMPOT_DOM", Genre::Choix, "IMPOT_TM"},
+    {"IMPOT_TM", Genre::Somme, "IMPOT_TM_RETENU - IMPOT_TM_N_RECOUV"},
+    {"IMPOT_TM_RETENU", Genre::Taux, "IMPOT_TM_RETENU.2 {nonResidents.tauxMinimum}", nullptr,
+     "taux minimum des non-résidents"},
+    {"IMPOT_TM_RETENU", Genre::Taux, "IMPOT_TM_RETENU.2 {nonResidents.tauxMinimumOutremer}", nullptr,
+     "taux minimum des revenus d'outre-mer"},
+    {"IMPOT_TM_RETENU", Genre::Choix, "IMPOT_TM_FRANCAIS", nullptr, "taux moyen français, au-dessus du taux minimum"},
+    {"IMPOT_TM_RETENU", Genre::Taux, "IMPOT_TM_RETENU.2 IMPOT_TM_ETRANGER.3", nullptr,
+     "taux moyen des revenus mondiaux, au-dessous du taux minimum"},
+    {"IMPOT_TM_RETENU.2", Genre::Somme, "TOT_R_IMPOS + QUOTIENT"},
+    {"IMPOT_TM_FRANCAIS", Genre::Choix, "TOT_IMPOT"},
+    {"U_DECOTE_DOM_GMR", Genre::Taux, "IMPOT_TX_EFFECTIF {outremer.antillesReunion.taux}"},
+    {"U_DECOTE_DOM_GMR", Genre::Taux, "TOT_IMPOT {outremer.antillesReunion.taux}"},
+    {"U_DECOTE_DOM_GMR", Genre::Choix, "{outremer.antillesReunion.plafond}", nullptr, "plafond"},
+    {"U_DECOTE_DOM_GUY", Genre::Taux, "IMPOT_TX_EFFECTIF {outremer.guyaneMayotte.taux}"},
+    {"U_DECOTE_DOM_GUY", Genre::Taux, "TOT_IMPOT {outremer.guyaneMayotte.taux}"},
+    {"U_DECOTE_DOM_GUY", Genre::Choix, "{outremer.guyaneMayotte.plafond}", nullptr, "plafond"},
+    {"IMPOT_DU_DOM_GMR", Genre::Taux, "IMPOT_DU_REVENUS {outremer.antillesReunion.taux}"},
+    {"IMPOT_DU_DOM_GMR", Genre::Somme, "{outremer.antillesReunion.plafond} - U_DECOTE_DOM_GMR", nullptr,
+     "ce que l'abattement sur l'impôt au barème laisse du plafond"},
+    {"IMPOT_DU_DOM_GUY", Genre::Taux, "IMPOT_DU_REVENUS {outremer.guyaneMayotte.taux}"},
+    {"IMPOT_DU_DOM_GUY", Genre::Somme, "{outremer.guyaneMayotte.plafond} - U_DECOTE_DOM_GUY", nullptr,
+     "ce que l'abattement sur l'impôt au barème laisse du plafond"},
     {"IMPOT_TAUX_MARG", Genre::Choix, "IMPOT_DU_TAUX_MARG"},
     {"IMPOT_DU_TAUX_MARG", Genre::Somme, "IMPOT_DU_REVENUS - IMPOT_DU_DOM_GMR - IMPOT_DU_DOM_GUY"},
+    {"TAUX_MARGINAL_3", Genre::Choix, "I_IMP_RETENU.3"},
+    {"TAUX_MARGINAL_3", Genre::Choix, "I_BAREME.3"},
     {"IMPOT_DU_REVENUS", Genre::Taux, "TM_BA TAUX_MARGINAL_3"},
     {"RF_PFU1", Genre::Somme, "[2CH2] + [2DH2]", "abattement sur l'assurance-vie"},
     {"RF_PFU2", Genre::Somme,
@@ -202,11 +246,8 @@ inline constexpr Regle lignes[] = {
     {"A_AGEES.2", Genre::Choix, "{abattements.personnesAgees.montantPlein}", nullptr,
      "revenu modeste : abattement entier"},
     {"A_AGEES.2", Genre::Choix, "{abattements.personnesAgees.montant}", nullptr, "revenu moyen : abattement réduit"},
+    {"A_ENFANTS.1", Genre::Produits, "[Nm] 10 - [Pm] 5", nullptr, "dixièmes, la moitié en résidence alternée"},
     {"A_ENFANTS.2", Genre::Choix, "{abattements.enfantMarie}"},
-    {"I_PLAF_FAM", Genre::Choix, "{quotientFamilial.plafond.seul}", nullptr, "enfants majeurs élevés seul"},
-    {"I_PLAF_FAM", Genre::Choix, "{quotientFamilial.plafond.parentIsole}", nullptr, "parent isolé"},
-    {"I_PLAF_FAM", Genre::Somme, "{quotientFamilial.plafond.parentIsole}",
-     "demi-parts des autres personnes à charge, ou quart de part", "parent isolé"},
     {"I_AJUST_PLAF_FAM", Genre::Somme, "{quotientFamilial.veuf}", "au-delà de l'impôt de toutes les parts",
      "veuf avec charge de famille"},
     {"A_AGEES", Genre::Part, "A_AGEES.2 A_AGEES.1 1"},
@@ -224,15 +265,51 @@ inline constexpr Regle lignes[] = {
     {"C_CSG_MOB", Genre::Taux, "C_CSG_MOB.2 C_CSG_MOB.3", auDelaDuRevenu},
     {"C_CSG_MOB.2", Genre::Choix, "[2BH]"},
     {"C_DEDUC", Genre::Somme, "[6DD]", auDelaDuRevenu},
-    {"C_ENFANTS_1", Genre::Somme, "[6EL] + [6EM] + [6EN] + [6EQ]", auDelaDuRevenu},
-    {"C_ENFANTS_2", Genre::Somme, "[6GI] + [6GJ] + [6GK] + [6GL]",
-     "majoration, moins ce qui dépasse le plafond ou le revenu"},
-    {"C_COT_PERP_V", Genre::Somme, "[6RS]", auDelaDuRevenu},
-    {"C_COT_PERP_C", Genre::Somme, "[6RT]", auDelaDuRevenu},
-    {"C_COT_PERP_E", Genre::Somme, "[6RU]", auDelaDuRevenu},
-    {"C_JUSTICE", Genre::Somme, "[6GP]", "majoration, moins ce qui dépasse le revenu"},
+    {"C_COT_PERP_V", Genre::Choix, "[6RS]"},
+    {"C_COT_PERP_V", Genre::Somme, "C_COT_PERP_V.2", auDelaDuRevenu},
+    {"C_COT_PERP_V.2", Genre::Choix, "[6RS]"},
+    {"C_COT_PERP_V.2", Genre::Somme, "[6PS1] + [6PSA] + [6PSB] + [6PSC]", nullptr, "plafonds non utilisés"},
+    {"C_COT_PERP_V.2", Genre::Somme, "[6PS1] + [6PSA] + [6PSB] + [6PSC] + [6PT1] + [6PTA] + [6PTB] + [6PTC] - [6RT]",
+     nullptr, "plafonds du couple mis en commun"},
+    {"C_COT_PERP_C", Genre::Choix, "[6RT]"},
+    {"C_COT_PERP_C", Genre::Somme, "C_COT_PERP_C.2", auDelaDuRevenu},
+    {"C_COT_PERP_C.2", Genre::Choix, "[6RT]"},
+    {"C_COT_PERP_C.2", Genre::Somme, "[6PT1] + [6PTA] + [6PTB] + [6PTC]", nullptr, "plafonds non utilisés"},
+    {"C_COT_PERP_C.2", Genre::Somme, "[6PT1] + [6PTA] + [6PTB] + [6PTC] + [6PS1] + [6PSA] + [6PSB] + [6PSC] - [6RS]",
+     nullptr, "plafonds du couple mis en commun"},
+    {"C_COT_PERP_E", Genre::Choix, "[6RU]"},
+    {"C_COT_PERP_E", Genre::Somme, "C_COT_PERP_E.2", auDelaDuRevenu},
+    {"C_COT_PERP_E.2", Genre::Choix, "[6RU]"},
+    {"C_COT_PERP_E.2", Genre::Somme, "[6PU1] + [6PUA] + [6PUB] + [6PUC]", nullptr, "plafonds non utilisés"},
     {"C_AUTRE", Genre::Somme, "[6GU]", auDelaDuRevenu},
-    {"C_FRAIS", Genre::Somme, "[6EU]", auDelaDuRevenu},
+    {"C_FRAIS", Genre::Choix, "[6EU]"},
+    {"C_FRAIS", Genre::Somme, "C_FRAIS.2", auDelaDuRevenu},
+    {"C_FRAIS.2", Genre::Choix, "[6EU]"},
+    {"C_FRAIS.2", Genre::Produits, "[6EV] {charges.accueil.plafond}", nullptr, "plafond par personne accueillie"},
+    {"C_GROSSE_REP", Genre::Somme, "[6CB] + [6HJ] + [6HK] + [6HL] + [6HM] + [6HN] + [6HO] + [6HP] + [6HQ]"},
+    {"C_GROSSE_REP", Genre::Somme, "C_GROSSE_REP.2", auDelaDuRevenu},
+    {"C_GROSSE_REP.2", Genre::Plafonne,
+     "[6CB] + [6HJ] + [6HK] + [6HL] + [6HM] + [6HN] + [6HO] + [6HP] + [6HQ] {charges.grossesReparations.plafond}"},
+    {"C_TM_BIS", Genre::Choix, "[8TMA]"},
+    {"C_TM_TER", Genre::Choix, "[8TMA]"},
+
+    // ---- Reference income; its terms stand below.
+    {"REV_REF_D", Genre::Somme, "REVENU_REF + [3SA]"},
+    {"REV_REF_D", Genre::Somme, "REV_REF_B + [3SA]"},
+    {"REV_REF_C", Genre::Somme, "REVENU_REF - [3WN]"},
+    {"REV_REF_C", Genre::Somme, "REV_REF_B - [3WN]"},
+    {"REV_REF_EE", Genre::Choix, "[2EE]"},
+    {"REV_REF_EE", Genre::Somme, "[2EE1]"},
+    {"REV_REF_EE", Genre::Somme, "[2EE1] + [2EE2]"},
+    {"REV_REF_FA", Genre::Choix, "[2FA]"},
+    {"REV_REF_DH", Genre::Choix, "[2DH]"},
+    {"REV_REF_DH", Genre::Somme, "[2DH1]"},
+    {"REV_REF_DH", Genre::Somme, "[2DH1] + [2DH2] + [2DH3]"},
+    {"REV_REF_BA_EXO", Genre::Somme, "RE_FORFAIT + RE_BA"},
+    {"REV_REF_BIC_EXO", Genre::Somme, "RE_MICRO_BIC_PROF + RE_BIC + RE_MICRO_BIC_NON_PROF + RE_BICNP"},
+    {"REV_REF_BNC_EXO", Genre::Somme,
+     "RE_SPE_BNC_PROF + RE_BNC + RE_BNCNP + [5QL] + [5RL] + [5SL] + [5SV] + [5SW] + [5SX]"},
+    {"TOT_R_MONDIAL", Genre::Choix, "IMPOT_ETR_RMI"},
 
     // ---- Gross income.
     {"TOT_R_BRUT", Genre::Somme, "RNORMAL + RDIVERS + RREEL"},
@@ -250,18 +327,6 @@ inline constexpr Regle lignes[] = {
     {"RN_SAL_SAIS.3", Genre::Somme,
      "[1CJ] + [1CP] + [1CF] + [1IB] + [1DJ] + [1DP] + [1DF] + [1JB] + [1EJ] + [1EP] + [1EF] + [1KB] + [1FJ] + [1FP] + "
      "[1FF] + [1LB] + [1FJA] + [1FPA] + [1FJB] + [1FPB] + [1FJC] + [1FPC] + [1FJD] + [1FPD] + [1FJE] + [1FPE]"},
-    {"RN_SAL_DED_10.1", Genre::Taux, "RN_SAL_SAIS.1 {salaires.deduction.taux}"},
-    {"RN_SAL_DED_10.2", Genre::Taux, "RN_SAL_SAIS.2 {salaires.deduction.taux}"},
-    {"RN_SAL_DED_10.3", Genre::Taux, "RN_SAL_SAIS.3 {salaires.deduction.taux}"},
-    {"RN_SAL_DED_10.1", Genre::Choix, "[1AK]"},
-    {"RN_SAL_DED_10.2", Genre::Choix, "[1BK]"},
-    {"RN_SAL_DED_10.3", Genre::Choix, "[1CK]"},
-    {"RN_SAL_DED_10.*", Genre::Choix, "{salaires.deduction.plafond}"},
-    {"RN_SAL_DED_10.*", Genre::Choix, "{salaires.deduction.plancher}"},
-    {"RN_SAL_DED_10.*", Genre::Choix, "{salaires.deduction.plancherMajore}"},
-    {"RN_SAL_DED_10.*", Genre::Choix, "RN_SAL_SAIS.*"},
-    {"RN_SAL_DED_10.*", Genre::Taux, "RN_SAL_SAIS.* {salaires.deduction.taux}",
-     "minimum, plafond ou frais réels, ou part des gains d'actions"},
     {"RN_PEN", Genre::Somme, "RN_PEN_DECL - RN_PEN_ABAT"},
     {"RN_PEN.*", Genre::Somme, "RN_PEN_DECL.* - RN_PEN_ABAT.*"},
     {"RN_PEN_DECL.1", Genre::Somme, "[1AS] + [1AO] + [1AZ] + [1AL]"},
@@ -270,11 +335,6 @@ inline constexpr Regle lignes[] = {
      "[1CS] + [1CO] + [1CZ] + [1CL] + [1DS] + [1DO] + [1DZ] + [1DL] + [1ES] + [1EO] + [1EZ] + [1EL] + [1FS] + [1FO] + "
      "[1FZ] + [1FL] + [1FSA] + [1FOA] + [1FZA] + [1FSB] + [1FOB] + [1FZB] + [1FSC] + [1FOC] + [1FZC] + [1FSD] + [1FOD] "
      "+ [1FZD] + [1FSE] + [1FOE] + [1FZE]"},
-    {"RN_PEN_ABAT.*", Genre::Taux, "RN_PEN_DECL.* {pensions.abattement.taux}"},
-    {"RN_PEN_ABAT.*", Genre::Choix, "{pensions.abattement.plancher}"},
-    {"RN_PEN_ABAT.*", Genre::Choix, "{pensions.abattement.plafond}"},
-    {"RN_PEN_ABAT.*", Genre::Choix, "RN_PEN_DECL.*"},
-    {"RN_PEN_ABAT.*", Genre::Part, "{pensions.abattement.plafond} RN_PEN_DECL.* RN_PEN_DECL"},
 
     {"RD_RENTES", Genre::Somme, "RD_RENTES_M_50 + RD_RENTES_50_59 + RD_RENTES_60_69 + RD_RENTES_P_70"},
     {"RD_RENTES_M_50", Genre::Taux, "RD_RENTES_M_50.2 {rentes.moinsDe50ans}"},
@@ -297,15 +357,19 @@ inline constexpr Regle lignes[] = {
     {"RD_MOB_DEMI_BASE", Genre::Somme, "RD_MOB_DEMI_BASE_2DC + RD_MOB_DEMI_BASE_2FU"},
     {"RD_MOB_DEMI_BASE_2DC", Genre::Taux, "[2DC] {mobiliers.dividendes.abattement}"},
     {"RD_MOB_DEMI_BASE_2FU", Genre::Taux, "[2FU] {mobiliers.dividendes.abattement}"},
-    {"RD_MOB_ABAT", Genre::Choix, "[2CH]"},
-    {"RD_MOB_ABAT", Genre::Choix, "{assuranceVie.abattement}"},
-    {"RD_MOB_ABAT", Genre::Somme, "{assuranceVie.abattement} + {assuranceVie.abattement}"},
-    {"RD_MOB_FRAIS", Genre::Somme, "[2CA]", auDelaDuRevenu},
-    {"RD_MOB_DEFICIT_NM1", Genre::Somme, "[2AA] + [2AL] + [2AM] + [2AN] + [2AQ] + [2AR]", auDelaDuRevenu},
+    {"RD_MOB_ABAT", Genre::Plafonne, "[2CH] {foyer:assuranceVie.abattement}"},
+    {"RD_MOB_ABAT", Genre::Plafonne, "[2CH1] {foyer:assuranceVie.abattement}"},
+    {"RD_MOB_ABAT", Genre::Plafonne, "[2CH1] + [2CH2] + [2CH3] + [2DH2] + [2DH3] {foyer:assuranceVie.abattement}"},
+    {"RD_MOB_FRAIS", Genre::Somme, "[2CA]", auDelaDesCapitaux},
+    {"RD_MOB_DEFICIT_NM1", Genre::Somme, "[2AA] + [2AL] + [2AM] + [2AN] + [2AQ] + [2AR]", auDelaDesCapitaux},
     {"RD_FON", Genre::Somme, "[4BA] + [4BE] - RD_FON_BE_ABAT - [4BB] - [4BC] - RD_FON_BD_IMPUT"},
-    {"RD_FON", Genre::Somme, "[4BA] + [4BE] - RD_FON_BE_ABAT - [4BB] - [4BC] - RD_FON_BD_IMPUT", "déficit reporté"},
+    {"RD_FON", Genre::Somme, "[4BA] + [4BE] - NP1_FON_ANN_BE_ABAT - [4BB] - [4BC]"},
+    {"RD_FON", Genre::Somme, "[4BA] + [4BE] - NP1_FON_ANN_BE_ABAT - [4BB] + NP1_FON_ANN - [4BC]", nullptr,
+     "le déficit foncier de l'année se reporte"},
     {"RD_FON_BE_ABAT", Genre::Taux, "[4BE] {foncier.micro.abattement}"},
-    {"RD_FON_BD_IMPUT", Genre::Somme, "[4BD]", auDelaDuRevenu},
+    {"RD_FON_BD_IMPUT", Genre::Somme, "[4BD]", "au-delà des revenus fonciers"},
+    {"NP1_FON_ANN_BE_ABAT", Genre::Taux, "[4BE] {foncier.micro.abattement}"},
+    {"NP1_FON_ANN", Genre::Somme, "[4BB] - [4BA] - [4BE] + NP1_FON_ANN_BE_ABAT"},
     {"RD_AUTRE", Genre::Choix, "[6GH]"},
     {"RD_GAINS", Genre::Somme, "RD_GAINS_2_Rev - RD_GAINS_2_Ded"},
     {"RD_GAINS_2_Rev.1", Genre::Somme, "[1TT] + [3VJ]"},
@@ -372,24 +436,19 @@ inline constexpr Regle lignes[] = {
     {"RR_BNC_NP_SPE.*", Genre::Somme, "RR_BNC_NP_SPE_DECL.* - RR_BNC_NP_SPE_ABAT.*", pasMoinsDeZero},
     {"RR_BIC_P_MIC_DECL.1", Genre::Somme, "[5KO] + [5KP]"},
     {"RR_BIC_P_MIC_DECL.2", Genre::Somme, "[5LO] + [5LP]"},
-    {"RR_BIC_P_MIC_ABAT.1", Genre::Taux, "[5KO] {micro.ventes.abattement}"},
-    {"RR_BIC_P_MIC_ABAT.2", Genre::Taux, "[5LO] {micro.ventes.abattement}"},
-    {"RR_BIC_P_MIC_ABAT.*", Genre::Taux, "RR_BIC_P_MIC_DECL.* {micro.services.abattement}"},
-    {"RR_BIC_P_MIC_ABAT.*", Genre::Choix, "{micro.abattement.plancher}"},
+    {"RR_BIC_NP_MIC_DECL.1", Genre::Somme, "[5NO] + [5NP]"},
+    {"RR_BIC_NP_MIC_DECL.2", Genre::Somme, "[5OO] + [5OP]"},
+    {"RR_BIC_NP_MIC_DECL.3", Genre::Somme, "[5PO] + [5PP]"},
+    {"RR_BNC_NP_SPE_DECL.1", Genre::Choix, "[5KU]"},
+    {"RR_BNC_NP_SPE_DECL.2", Genre::Choix, "[5LU]"},
+    {"RR_BNC_NP_SPE_DECL.3", Genre::Choix, "[5MU]"},
     {"RR_BNC_P_SPE_DECL.1", Genre::Choix, "[5HQ]"},
     {"RR_BNC_P_SPE_DECL.2", Genre::Choix, "[5IQ]"},
     {"RR_BNC_P_SPE_DECL.3", Genre::Choix, "[5JQ]"},
-    {"RR_BNC_P_SPE_ABAT.*", Genre::Taux, "RR_BNC_P_SPE_DECL.* {micro.nonCommercial.abattement}"},
-    {"RR_BNC_P_SPE_ABAT.*", Genre::Choix, "{micro.abattement.plancher}"},
-    {"RR_BNC_P_SPE_ABAT.*", Genre::Choix, "RR_BNC_P_SPE_DECL.*"},
-    {"RR_BIC_NP_LM_MIC_ABAT.*", Genre::Taux, "RR_BIC_NP_LM_MIC_DECL.* {micro.services.abattement}"},
-    {"RR_BIC_NP_LM_MIC_ABAT.*", Genre::Taux, "RR_BIC_NP_LM_MIC_DECL.* {micro.ventes.abattement}"},
-    {"RR_BIC_NP_LM_MIC_ABAT.*", Genre::Choix, "{micro.abattement.plancher}"},
     {"RR_BIC_NP_LM_MIC_DECL.1", Genre::Somme, "[5NG] + [5NJ] + [5ND] + [5NW]"},
     {"RR_BIC_NP_LM_MIC_DECL.2", Genre::Somme, "[5OG] + [5OJ] + [5OD] + [5OW]"},
     {"RR_BIC_NP_LM_MIC_DECL.3", Genre::Somme, "[5PG] + [5PJ] + [5PD] + [5PW]"},
     {"RR_BIC_P_MIC_DECL.3", Genre::Somme, "[5MO] + [5MP]"},
-    {"RR_BIC_P_MIC_ABAT.3", Genre::Taux, "[5MO] {micro.ventes.abattement}"},
     {"RR_BA_MAJO.*", Genre::Taux, "RR_BA_SANS_CGA.* {benefices.sansCentre.majoration}"},
     {"RR_BIC_P_MAJO.*", Genre::Taux, "RR_BIC_P_SANS_CGA.* {benefices.sansCentre.majoration}"},
     {"RR_BIC_NP_MAJO.*", Genre::Taux, "RR_BIC_NP_SANS_CGA.* {benefices.sansCentre.majoration}"},
@@ -465,8 +524,6 @@ inline constexpr Regle lignes[] = {
     {"S_CSG_CRDS_SAL", Genre::Somme, "S_CRDS_SAL + S_CSG_SAL"},
 
     // ---- What credits and reductions are taken of, where no table says it.
-    {"D_LIB", Genre::Taux, "[2DH] {assuranceVie.taux}", auDelaDeLaBase},
-    {"D_LIB", Genre::Taux, "[2DH1] {assuranceVie.taux}", auDelaDeLaBase},
     {"D_AVOIR_FISC", Genre::Somme, "[2AB]", auDelaDeLImpot},
     {"D_SOURCE_ETR", Genre::Somme, "[8TAB]", auDelaDeLImpot},
     {"D_IMPOT_ETR", Genre::Somme, "[8VL] + [8VM] + [8WM] + [8UM]", auDelaDeLImpot},
@@ -502,7 +559,19 @@ inline constexpr Regle lignes[] = {
     {"CO_3WR", Genre::Choix, "[3WR]"},
     {"CO_3WS", Genre::Choix, "CO_3WS.2"},
     {"D_AIDE_PERS_AGEES.1", Genre::Choix, "[7WJ]"},
-    {"D_CREDIT_7AC_7AE_7AG", Genre::Somme, "[7AC] + [7AE] + [7AG]", "part qui n'ouvre pas droit au crédit"},
 };
+
+/// The reference income: the French net income or the worldwide one, what is exempt, taxed apart or saved, and capital
+/// income as the option taxes it.
+inline constexpr Formule revenuNet[] = {"TOT_R_BRUT - RD_PV_BAREME - CHARGES - ABAT", "TOT_R_MONDIAL - RD_PV_BAREME"};
+inline constexpr Formule horsRevenuNet =
+    "RR_BAM + REV_REF_EE + REV_REF_DH + REV_REF_FA + REV_REF_REV_EXO + REV_REF_BA_EXO + REV_REF_BIC_EXO + "
+    "REV_REF_BNC_EXO + REV_REF_IMPATRIES_EXO + C_COT_PERP_V + C_COT_PERP_C + C_COT_PERP_E + RF_PLUS + RF_INVENTEURS + "
+    "REV_REF_1AT + [1UZ] + [1VZ] + [3VG] + [3SG] + [3UA] + [3SL] + [3VA] + [3VQ] - [3VH] - [3VR] + [3VD] + [3VI] + "
+    "[3VF] "
+    "+ [3SJ] + [3SK] + [3VM] + [3VT] + [3PI] + [3VC] + [3SE] + [3WE] + [3WI] + [3WJ] + [3WN] + [3TZ] + [3VZ]";
+inline constexpr Formule capitauxAuBareme = "RD_MOB_DEMI_BASE";
+inline constexpr Formule capitauxAuForfait =
+    "RD_MOB_DEMI_BASE_2FU + [2DC] + [2CH2] + [2CH3] + [2TS2] + [2TR] + [2TT] + [2GO]";
 
 }  // namespace kv::regles

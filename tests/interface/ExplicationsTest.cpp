@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <functional>
@@ -83,8 +84,15 @@ class Verification {
         } else if (regle == "rate") {
             EXPECT_NEAR(montant("base", 0) * montant("rate", 0) / 10000, static_cast<double>(valeur), 0.5000001);
         } else if (regle == "share") {
-            EXPECT_NEAR(montant("amount", 0) * montant("numerator", 0) / montant("denominator", 1),
+            EXPECT_NEAR(montant("amount", 0) * montant("numerator", 1) / montant("denominator", 1),
                         static_cast<double>(valeur), 0.99);
+        } else if (regle == "min" || regle == "max") {
+            std::vector<int64_t> parmi;
+            for (const Noeud& terme : termes)
+                if (terme.value("role", "") == "among") parmi.push_back(terme["value"]);
+            if (!feuille) {
+                EXPECT_EQ(regle == "min" ? std::ranges::min(parmi) : std::ranges::max(parmi), valeur);
+            }
         } else if (regle == "box" || regle == "law" || regle == "part") {
             EXPECT_TRUE(feuille || regle == "part");
         }

@@ -164,7 +164,8 @@ TEST(Explications, AreTextsThatLiveUntilTheNext) {
     const kv::Return sans = kv::Return(r).set("7UF", 0);
     EXPECT_EQ(
         r.explain_difference(sans, "REDUCTIONS", 1),
-        "{\"version\":1,\"box\":\"REDUCTIONS\",\"label\":\"Réductions d'impôt, total\",\"before\":0,\"after\":396,"
+        "{\"version\":1,\"box\":\"REDUCTIONS\",\"label\":\"Réductions d'impôt, "
+        "total\",\"before\":0,\"after\":396,\"rule\":\"sum\","
         "\"terms\":[{\"box\":\"U_DONS_OEUVRES_N\",\"label\":\"Dons aux œuvres de l'année N\",\"sign\":1,\"before\":0,"
         "\"after\":396}]}");
     EXPECT_EQ(r.explain_difference(r).find("\"terms\""), std::string::npos);
