@@ -1,0 +1,225 @@
+"""Many returns: a table in, a table of the same kind out."""
+
+from __future__ import annotations
+
+import threading
+from collections.abc import Callable, Iterator, Sequence
+from ctypes import byref, c_int32, sizeof
+from typing import Any, TypeVar, cast
+
+import numpy as np
+
+from . import _library as lib
+from ._amounts import Int32, column, resembles_box, why_no_amount
+from ._frames import Source, need
+from ._law import Law
+from ._result import Launch, Period, prepare
+
+Table = TypeVar("Table")
+Progress = bool | Callable[[int, int], None]
+
+_DIRECT = 4096  # below so many rows the call is shorter than the thread that Ctrl-C would want
+
+
+def amounts_of(source: Source, others: Sequence[str] = ()) -> dict[str, Int32]:
+    """The columns of a table that are amounts of a return, checked and converted. others: columns that are none,
+    whatever their names."""
+    amounts: dict[str, Int32] = {}
+    for name in source.names:
+        if name in others:
+            continue
+        why = why_no_amount(name)
+        if not why:
+            amounts[name] = column(name, source.column(name), source.where)
+        elif resembles_box(name):
+            raise lib.UnknownName(f'column "{name}": {why}; a column that is no box needs another name, or to be kept')
+    if not amounts:
+        raise lib.BadValue("no column is a box: name them 1AJ, ti.1AW, quotient.4.1AJ, ...")
+    return amounts
+
+
+class Run:
+    """How the returns of a table are computed."""
+
+    def __init__(
+        self,
+        launch: str = "normal",
+        law: Law | None = None,
+        indexation: float = -1.0,
+        period: Period | None = None,
+        threads: int = 0,
+        progress: Progress = False,
+    ) -> None:
+        if threads < 0:
+            raise lib.BadValue(f"threads: {threads} is negative")
+        self._handle = prepare(launch, law, indexation, period)
+        self._threads, self._progress = threads, progress
+
+    def check_outputs(self, outputs: Sequence[str]) -> list[str]:
+        """The figures asked for; UnknownName names the nearest."""
+        if isinstance(outputs, str):
+            raise TypeError("outputs is a list of names")
+        scratch = prepare()
+        scratch.check(lib.kv.kv_compute(scratch.pointer))
+        value = c_int32()
+        for name in outputs:
+            if name != "net":
+                scratch.check(lib.kv.kv_read(scratch.pointer, str(name).encode(), byref(value)))
+            if list(outputs).count(name) > 1:
+                raise lib.BadValue(f"outputs: {name} stands twice")
+        return list(outputs)
+
+    def compute(self, amounts: dict[str, Int32], rows: int, outputs: Sequence[str]) -> dict[str, Int32]:
+        """The figures of each row. ``net`` is what is paid less what is refunded."""
+        read = [name for name in outputs if name != "net"]
+        if "net" in outputs:
+            read += [name for name in ("S_NET_A_PAYER", "S_NET_RESTITUE") if name not in read]
+        figures = {name: np.empty(rows, dtype=np.int32) for name in read}
+        if rows:
+            self._compute_columns(amounts, rows, figures)
+        if "net" in outputs:
+            figures["net"] = figures["S_NET_A_PAYER"] - figures["S_NET_RESTITUE"]
+        return {name: figures[name] for name in outputs}
+
+    def _compute_columns(self, amounts: dict[str, Int32], rows: int, figures: dict[str, Int32]) -> None:
+        inputs = (lib.InputColumn * len(amounts))()
+        for place, (name, values) in enumerate(amounts.items()):
+            inputs[place].name, inputs[place].values = name.encode(), values.ctypes.data
+        outputs = (lib.OutputColumn * len(figures))()
+        for place, (name, values) in enumerate(figures.items()):
+            outputs[place].name, outputs[place].values = name.encode(), values.ctypes.data
+        told = _Progress(self._progress, rows)
+        columns = lib.Columns(
+            size=sizeof(lib.Columns),
+            rows=rows,
+            inputs=inputs,
+            input_count=len(amounts),
+            output_count=len(figures),
+            outputs=outputs,
+            threads=self._threads,
+            progress=told.function,
+        )
+        with told:
+            status = told.run(lambda: lib.kv.kv_compute_columns(self._handle.pointer, byref(columns)))
+        self._handle.check(status)
+
+
+class _Progress:
+    """Tells how far a computation is, and stops it on Ctrl-C.
+
+    A signal reaches Python code of the main thread alone, which must not be within the library then: the computation
+    has a thread of its own, and asks here from time to time whether to go on.
+    """
+
+    def __init__(self, progress: Progress, rows: int) -> None:
+        self._rows, self._stop, self._done, self._bar = rows, False, 0, None
+        self._told: Callable[[int, int], None] | None = None
+        self._fault: BaseException | None = None
+        if progress is True:
+            self._bar = need("tqdm.auto", "progress").tqdm(total=rows, unit=" returns", unit_scale=True)
+        elif progress is not False:
+            self._told = progress
+        self.function = lib.PROGRESS(self._step)
+
+    def _step(self, done: int, rows: int, context: int | None) -> int:
+        try:
+            if self._bar is not None:
+                self._bar.update(done - self._done)
+            if self._told is not None:
+                self._told(done, rows)
+            self._done = done
+        except BaseException as fault:  # it can't pass through the library: it is raised after it
+            self._fault, self._stop = fault, True
+        return int(self._stop)
+
+    def run(self, call: Callable[[], int]) -> int:
+        answers: list[int] = []
+        if self._rows < _DIRECT or threading.current_thread() is not threading.main_thread():
+            answers.append(call())
+        else:
+            thread = threading.Thread(target=lambda: answers.append(call()), name="kvcalcul", daemon=True)
+            thread.start()
+            try:
+                while thread.is_alive():
+                    thread.join(0.1)
+            except BaseException:
+                self._stop = True
+                thread.join()
+                raise
+        if self._fault is not None:
+            raise self._fault
+        return answers[0]
+
+    def __enter__(self) -> None:
+        return None
+
+    def __exit__(self, *_: object) -> None:
+        if self._bar is not None:
+            self._bar.close()
+
+
+def _kept(source: Source, keep: bool | Sequence[str]) -> list[str]:
+    if isinstance(keep, str):
+        raise TypeError("keep is True, or a list of columns")
+    if keep is True:
+        return source.names
+    kept = list(keep or ())
+    for name in kept:
+        if name not in source.names:
+            raise lib.UnknownName(f'keep: no column is named "{name}"')
+    return kept
+
+
+def compute_table(
+    table: Table,
+    outputs: Sequence[str],
+    *,
+    law: Law | None = None,
+    launch: Launch = "normal",
+    indexation: float = -1.0,
+    period: Period | None = None,
+    threads: int = 0,
+    progress: Progress = False,
+    keep: bool | Sequence[str] = False,
+) -> Table:
+    """Computes a return for each row of a table, and gives the figures as a table of the same kind.
+
+    table: a pandas or Polars frame, an Arrow table or record batch, an Arrow stream (a ``RecordBatchReader`` is
+    computed batch by batch as it is read), anything with the Arrow PyCapsule interface (a DuckDB relation: the figures
+    are an Arrow table), or a dict of arrays. Columns are named by boxes (``1AJ``), companions (``ti.1AW``) and
+    exceptional amounts (``quotient.4.1AJ``); the others are left out unless they are kept, and a name that looks like
+    that of a box and is none is an error. NaN and null are empty boxes; a number that is not whole or not of 32 bits is
+    an error that names the column and the row, counted from 0. Index and order stay.
+
+    outputs: outputs (``TOT_PAYER``), their columns (``CO_19.c2``), boxes of next year's return (``F11_6FL``), ``net``;
+    each a column of 32-bit integers, 0 where nothing is written. law, launch, indexation, period: those of every
+    return, as in ``compute``. threads: 0 for one a processor; the figures are the same for any number. progress: True
+    for a bar (tqdm), or a function of the rows computed and their number. keep: columns that pass through before the
+    figures, all of them when True. Ctrl-C stops the computation.
+    """
+    run = Run(launch, law, indexation, period, threads, progress)
+    run.check_outputs(outputs)
+    if type(table).__module__.startswith("pyarrow") and hasattr(table, "read_next_batch"):
+        return cast(Table, _stream(table, run, outputs, keep))
+    return cast(Table, _computed(Source(table), run, outputs, keep))
+
+
+def _computed(source: Source, run: Run, outputs: Sequence[str], keep: bool | Sequence[str]) -> Any:
+    kept = _kept(source, keep)
+    for name in kept:
+        if name in outputs:
+            raise lib.BadValue(f"the column {name} is kept and asked for: two columns would have its name")
+    amounts = amounts_of(source, others=() if keep is True else kept)
+    return source.like(run.compute(amounts, source.rows, outputs), kept)
+
+
+def _stream(reader: Any, run: Run, outputs: Sequence[str], keep: bool | Sequence[str]) -> Any:
+    """The figures of a stream as a stream: each batch is computed when it is asked for."""
+    import pyarrow as pa
+
+    def figures() -> Iterator[Any]:
+        for batch in reader:
+            yield _computed(Source(batch), run, outputs, keep)
+
+    empty = pa.RecordBatch.from_pylist([], schema=reader.schema)
+    return pa.RecordBatchReader.from_batches(_computed(Source(empty), run, outputs, keep).schema, figures())
