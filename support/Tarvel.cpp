@@ -1,7 +1,6 @@
 #include "support/Tarvel.h"
 
 #include <atomic>
-#include <cmath>
 #include <cstdio>
 #include <mutex>
 #include <set>
@@ -69,8 +68,6 @@ void NUBDisplayException(const std::exception& exception, unsigned, const std::u
 
 void NUBErreur(const std::u16string& message) noexcept { NUBErreur(message.c_str()); }
 void NUBErreur(const char16_t* message) noexcept { Emet(kv::Service::Erreur, message); }
-
-double dArrond(double x) { return std::round(x); }
 
 namespace kv {
 

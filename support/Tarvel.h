@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <exception>
 #include <source_location>
 #include <string>
@@ -29,7 +30,7 @@ void NUBErreur(const std::u16string& message) noexcept;
 void NUBErreur(const char16_t* message) noexcept;
 
 /// The double rounded to a whole number, exact halves away from zero.
-double dArrond(double x);
+inline double dArrond(double x) { return std::round(x); }
 
 namespace kv {
 
