@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <deque>
 #include <utility>
 
 #include "support/KVTarvel.h"
@@ -197,77 +198,104 @@ bool Memes(const Noeud& a, const Noeud& b) {
            (!a.nom.empty() || a.libelle == b.libelle);
 }
 
-// A branch of both trees, or of one of them, the other node being null: then what the other return has of it, if it has
-// one.
+// A branch of which something differs. Where it stands in one tree only, the other node is null, or what the other
+// return has of the figure.
 struct Branche {
     const Noeud *avant, *apres;
     std::optional<std::int32_t> valeurAvant, valeurApres;
+    const char* compteDans = "";  // the one return in which it counts
+    std::vector<Branche> termes = {};
 
     const Noeud& Montree() const { return apres ? *apres : *avant; }
-    bool DeDeux() const { return avant && apres; }
-    bool DUnArbre() const { return !DeDeux() && (valeurAvant.value_or(1) != 0) && (valeurApres.value_or(1) != 0); }
-    bool Differe() const { return valeurAvant != valeurApres; }
+    bool MemeRegle() const { return avant && apres && std::string_view(avant->regle) == apres->regle; }
 };
 
 class Difference {
   public:
-    Difference(const Lecture& lisAvant, const Lecture& lisApres) : m_lisAvant(lisAvant), m_lisApres(lisApres) {}
+    Difference(const AutreRetour& avant, const AutreRetour& apres) : m_avant(avant), m_apres(apres) {}
 
-    std::string json;
-
-    // entier: the branch above is one of both trees, or there is none above.
-    void Ecrit(const Branche& branche, bool racine, bool entier = true) {
-        const auto& [avant, apres, valeurAvant, valeurApres] = branche;
-        Objet objet(json);
-        EcritNom(objet, branche.Montree(), racine);
-        if (valeurAvant) objet.Nombre("before", *valeurAvant);
-        if (valeurApres) objet.Nombre("after", *valeurApres);
-        if (entier && branche.DUnArbre()) objet.Texte("in", apres ? "after" : "before");
-        if (branche.DeDeux() && std::string_view(avant->regle) == apres->regle) objet.Texte("rule", apres->regle);
-        if (avant) objet.Texte("formulaBefore", avant->formule);
-        if (apres) objet.Texte("formulaAfter", apres->formule);
-        objet.Termes(Branches(branche), [&](const Branche& terme) { Ecrit(terme, false, branche.DeDeux()); });
-        objet.Ferme();
+    Branche Racine(const Noeud& avant, const Noeud& apres, std::int32_t profondeur) {
+        Branche racine{&avant, &apres, avant.valeur, apres.valeur};
+        CompareTermes(racine, profondeur);
+        return racine;
     }
 
   private:
-    // What the other return has of a node of one tree: its own figure of that name; nothing of a part that the same
-    // rule has here only; none where another rule leads to the figure there.
-    static std::optional<std::int32_t> Ailleurs(const Noeud& noeud, const Lecture& lis, bool memeRegle) {
-        if (const auto valeur = lis(noeud)) return valeur;
-        return memeRegle ? std::optional<std::int32_t>(0) : std::nullopt;
+    // entier: both returns have what makes the branch above; memeRegle: by the same rule.
+    std::optional<Branche> Compare(const Noeud* avant, const Noeud* apres, bool entier, bool memeRegle,
+                                   std::int32_t profondeur) {
+        Branche b{avant, apres, Valeur(avant, apres, m_avant, memeRegle), Valeur(apres, avant, m_apres, memeRegle)};
+        const bool deDeux = avant && apres;
+        const bool differe = b.valeurAvant != b.valeurApres;
+        if (!deDeux && b.valeurAvant.value_or(1) != 0 && b.valeurApres.value_or(1) != 0)
+            b.compteDans = apres ? "after" : "before";
+        const std::pair cle(b.Montree().nom, b.Montree().colonne);
+        const bool enCours = std::find(m_chemin.begin(), m_chemin.end(), cle) != m_chemin.end();
+        m_chemin.push_back(cle);
+        if (!avant && !enCours) b.avant = Construit(m_avant, *apres, profondeur);
+        if (!apres && !enCours) b.apres = Construit(m_apres, *avant, profondeur);
+        CompareTermes(b, profondeur);
+        m_chemin.pop_back();
+        if (!entier) b.compteDans = "";
+        const bool connues = b.valeurAvant && b.valeurApres;
+        const bool change = differe && (deDeux || connues);
+        // An equal figure that one return alone counts is a change of its sum, or of what is chosen.
+        const bool compte =
+            *b.compteDans != 0 && connues && (b.Montree().EstTerme() || std::string_view(b.Montree().role) == "chosen");
+        if (b.termes.empty() && !change && !compte) return {};
+        return b;
     }
 
-    std::vector<Branche> Branches(const Branche& branche) const {
-        std::vector<Branche> branches;
+    void CompareTermes(Branche& b, std::int32_t profondeur) {
+        if (profondeur == 0) return;
         const auto cherche = [](const Noeud* parmi, const Noeud& terme) -> const Noeud* {
             if (!parmi) return nullptr;
             const auto meme = std::find_if(parmi->termes.begin(), parmi->termes.end(),
                                            [&](const Noeud& autre) { return Memes(autre, terme); });
             return meme == parmi->termes.end() ? nullptr : &*meme;
         };
-        const bool memeRegle = branche.DeDeux() && std::string_view(branche.avant->regle) == branche.apres->regle;
-        // Below a branch of one tree only what both returns have is compared.
-        const auto garde = [&](const Branche& terme) {
-            if (terme.Differe() ? branche.DeDeux() || (terme.valeurAvant && terme.valeurApres)
-                                : branche.DeDeux() && terme.DUnArbre())
-                branches.push_back(terme);
+        const auto note = [&](const Noeud* avant, const Noeud* apres) {
+            if (auto terme = Compare(avant, apres, b.avant && b.apres, b.MemeRegle(), profondeur - 1))
+                b.termes.push_back(std::move(*terme));
         };
-        if (branche.avant) {
-            for (const Noeud& terme : branche.avant->termes) {
-                const Noeud* const autre = cherche(branche.apres, terme);
-                garde({&terme, autre, terme.valeur, autre ? autre->valeur : Ailleurs(terme, m_lisApres, memeRegle)});
-            }
-        }
-        if (branche.apres)
-            for (const Noeud& terme : branche.apres->termes)
-                if (!cherche(branche.avant, terme))
-                    garde({nullptr, &terme, Ailleurs(terme, m_lisAvant, memeRegle), terme.valeur});
-        return branches;
+        if (b.avant)
+            for (const Noeud& terme : b.avant->termes) note(&terme, cherche(b.apres, terme));
+        if (b.apres)
+            for (const Noeud& terme : b.apres->termes)
+                if (!cherche(b.avant, terme)) note(nullptr, &terme);
     }
 
-    const Lecture &m_lisAvant, &m_lisApres;
+    // What a return has: its node's value; of a node of the other one, its own figure of that name; nothing of a part
+    // that the same rule has there only; none where another rule leads to the figure.
+    static std::optional<std::int32_t> Valeur(const Noeud* sien, const Noeud* autre, const AutreRetour& retour,
+                                              bool memeRegle) {
+        if (sien) return sien->valeur;
+        if (const auto valeur = retour.lit(*autre)) return valeur;
+        return memeRegle ? std::optional<std::int32_t>(0) : std::nullopt;
+    }
+
+    const Noeud* Construit(const AutreRetour& retour, const Noeud& noeud, std::int32_t profondeur) {
+        auto construit = retour.explique(noeud, profondeur);
+        return construit ? &m_construits.emplace_back(std::move(*construit)) : nullptr;
+    }
+
+    const AutreRetour &m_avant, &m_apres;
+    std::deque<Noeud> m_construits;                     // they stay where they are
+    std::vector<std::pair<std::string, int>> m_chemin;  // the figures that are compared
 };
+
+void EcritDifference(std::string& vers, const Branche& b, bool racine) {
+    Objet objet(vers);
+    EcritNom(objet, b.Montree(), racine);
+    if (b.valeurAvant) objet.Nombre("before", *b.valeurAvant);
+    if (b.valeurApres) objet.Nombre("after", *b.valeurApres);
+    objet.Texte("in", b.compteDans);
+    if (b.MemeRegle()) objet.Texte("rule", b.apres->regle);
+    if (b.avant) objet.Texte("formulaBefore", b.avant->formule);
+    if (b.apres) objet.Texte("formulaAfter", b.apres->formule);
+    objet.Termes(b.termes, [&](const Branche& terme) { EcritDifference(vers, terme, false); });
+    objet.Ferme();
+}
 
 }  // namespace
 
@@ -277,10 +305,12 @@ std::string JsonDe(const Noeud& racine) {
     return json;
 }
 
-std::string JsonDeDifference(const Noeud& avant, const Lecture& lisAvant, const Noeud& apres, const Lecture& lisApres) {
-    Difference difference(lisAvant, lisApres);
-    difference.Ecrit({&avant, &apres, avant.valeur, apres.valeur}, true);
-    return std::move(difference.json);
+std::string JsonDeDifference(const Noeud& avant, const AutreRetour& retourAvant, const Noeud& apres,
+                             const AutreRetour& retourApres, std::int32_t profondeur) {
+    Difference difference(retourAvant, retourApres);
+    std::string json;
+    EcritDifference(json, difference.Racine(avant, apres, profondeur), true);
+    return json;
 }
 
 }  // namespace kv

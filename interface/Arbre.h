@@ -83,9 +83,14 @@ void Coupe(Noeud& noeud, std::int32_t profondeur);
 /// As kv_explain tells it, on one line.
 std::string JsonDe(const Noeud& racine);
 
-/// The value that a return has of what a node of another one shows; none for a part of a rule.
-using Lecture = std::function<std::optional<std::int32_t>(const Noeud&)>;
+/// What a return has of what a node of another one shows: its value, none for a part of a rule; the same with what
+/// makes it, none for what is no figure, so many levels below it.
+struct AutreRetour {
+    std::function<std::optional<std::int32_t>(const Noeud&)> lit;
+    std::function<std::optional<Noeud>(const Noeud&, std::int32_t profondeur)> explique;
+};
 /// As kv_explain_difference tells it, on one line.
-std::string JsonDeDifference(const Noeud& avant, const Lecture& lisAvant, const Noeud& apres, const Lecture& lisApres);
+std::string JsonDeDifference(const Noeud& avant, const AutreRetour& retourAvant, const Noeud& apres,
+                             const AutreRetour& retourApres, std::int32_t profondeur);
 
 }  // namespace kv

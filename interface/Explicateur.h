@@ -46,6 +46,8 @@ class Explicateur {
     Noeud Racine(const FigureLue& figure, std::int32_t profondeur, bool pourComparer = false);
     /// What this return has of what a node of another one shows; none for a part of a rule.
     std::optional<std::int32_t> Lit(const Noeud& noeud) const;
+    /// The same with what makes it; none for what is no figure.
+    std::optional<Noeud> Explique(const Noeud& noeud, std::int32_t profondeur);
 
   private:
     using Terme = regles::Terme;
@@ -71,6 +73,12 @@ class Explicateur {
     std::int32_t Valeur(const Terme& terme, int colonne, const Saisie& vue) const;
     std::int32_t ValeurLoi(Parametre p) const { return static_cast<const Loi&>(m_loi)[p]; }
     std::int32_t ParFoyer(std::int32_t montant) const { return m_couple ? 2 * montant : montant; }
+    /// Whether a row is of the option on capital income under which the return is computed.
+    bool DeLOption(regles::Option option) const {
+        using regles::Option;
+        return option == Option::Toutes || option == m_option ||
+               (option == Option::SansForfait && m_option != Option::Forfait);
+    }
     bool Resident() const { return m_declaree["REM"] == 0 && m_declaree["RED"] == 0; }
 
     // ---- Rows of rules and tables: ExplicationsParTable.cpp. Each answers whether it gives the figure.
@@ -101,6 +109,8 @@ class Explicateur {
     bool ParQuotient(Noeud& noeud, std::int32_t profondeur);
     bool ParDecote(Noeud& noeud, std::int32_t profondeur);
     bool ParRevenusModestes(Noeud& noeud, std::int32_t profondeur);
+    bool ParTauxMinimum(Noeud& noeud, std::int32_t profondeur);
+    bool ParCsgDesCapitaux(Noeud& noeud, std::int32_t profondeur);
     bool ParHautsRevenus(Noeud& noeud, std::int32_t profondeur);
     bool ParPlusValuesOutreMer(Noeud& noeud, CaseSortie sortie, std::int32_t profondeur);
     bool ParAgentsAssurance(Noeud& noeud);
@@ -121,6 +131,7 @@ class Explicateur {
     bool ParMoyenneAgricole(Noeud& noeud, int colonne, std::int32_t profondeur);
     bool ParAbattementAgricole(Noeud& noeud, int colonne, std::int32_t profondeur);
     bool ParPersonnesAgees(Noeud& noeud);
+    bool ParGardeDEnfants(Noeud& noeud, CaseSortie sortie);
     bool ParPensionsVersees(Noeud& noeud, CaseSortie sortie);
 
     /// Calls f(vue) for what each of the runs saw, until it answers true.
@@ -150,6 +161,7 @@ class Explicateur {
     const LoiAppliquee m_loi;
     const Saisie m_declaree;     // unset amounts as 0
     std::vector<Saisie> m_vues;  // as the runs saw it: detailed rows folded in, then exceptional amounts too
+    const regles::Option m_option;
     const bool m_couple = m_declaree["M"] == 1 || m_declaree["O"] == 1;
     const std::optional<Passage> m_passage;     // none: the household's own run
     std::vector<std::pair<int, int>> m_chemin;  // the figures under explanation

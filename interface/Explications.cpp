@@ -26,6 +26,17 @@ Noeud Saisi(const CleSaisie& cle, std::int32_t montant, const char* suite = "") 
     return noeud;
 }
 
+// The option under which the final run of a return is computed.
+regles::Option OptionDe(const Demande& demande, const Resultats& resultats, const Saisie& saisie) {
+    using regles::Option;
+    if (resultats.options) return resultats.options->forfait ? Option::Forfait : Option::Bareme;
+    const auto cochee = [&](CaseEntree box) { return saisie[box] != 0; };
+    const bool uneOption = cochee("PFU") || cochee("BAR") || cochee("AVA") || cochee("CIMR");
+    const Lancement lancement = LancementDe(demande);
+    if (!lancement.optionsForcees && !(lancement.optionsSiSaisies && uneOption)) return Option::Aucune;
+    return cochee("PFU") ? Option::Forfait : cochee("BAR") ? Option::Bareme : Option::Aucune;
+}
+
 // Figures of another return, or of another computation of this one, are parts where returns are compared.
 void DUnAutreCalcul(Noeud& noeud) {
     noeud.sorte = Sorte::Partie;
@@ -40,7 +51,8 @@ Explicateur::Explicateur(const Demande& demande, const Resultats& resultats, con
       m_passages(passages),
       m_lignes(resultats.lignes),
       m_loi(demande.loi, demande.indexation),
-      m_declaree(SansNonSaisis(demande.saisie)) {
+      m_declaree(SansNonSaisis(demande.saisie)),
+      m_option(OptionDe(demande, resultats, m_declaree)) {
     Saisie ordinaire = m_declaree;
     Replie(ordinaire);
     m_vues.push_back(ordinaire);
@@ -58,6 +70,7 @@ Explicateur::Explicateur(const Explicateur& autre, const Passages::Vu& vu, const
       m_loi(autre.m_demande.loi, autre.m_demande.indexation),
       m_declaree(autre.m_declaree),
       m_vues{vu.saisie},
+      m_option(autre.m_option),
       m_passage(vu.passage) {}
 
 Noeud Explicateur::Racine(const FigureLue& figure, std::int32_t profondeur, bool pourComparer) {
@@ -98,6 +111,15 @@ std::optional<std::int32_t> Explicateur::Lit(const Noeud& noeud) const {
             break;
     }
     return {};
+}
+
+std::optional<Noeud> Explicateur::Explique(const Noeud& noeud, std::int32_t profondeur) {
+    if (noeud.sorte != Sorte::Figure || std::string_view(noeud.role) == "effect") return {};
+    Noeud figure = Ligne(LisCleFigure(noeud.nom).cle.sortie, noeud.colonne, profondeur, true);
+    Coupe(figure, profondeur);
+    if (std::string_view(figure.regle) == "step") figure.aEffets = {};
+    figure.signe = noeud.signe, figure.role = noeud.role;
+    return figure;
 }
 
 // What is paid less what is refunded. Where that is nothing, the first figure on the way that says why.
@@ -335,8 +357,10 @@ struct Explication {
     Explicateur explicateur;
     const Noeud racine;
 
-    Lecture Lit() const {
-        return [this](const Noeud& noeud) { return explicateur.Lit(noeud); };
+    AutreRetour Autre() {
+        return {
+            [this](const Noeud& noeud) { return explicateur.Lit(noeud); },
+            [this](const Noeud& noeud, std::int32_t profondeur) { return explicateur.Explique(noeud, profondeur); }};
     }
 };
 
@@ -348,8 +372,8 @@ std::string Explique(const Demande& demande, const FigureLue& figure, std::int32
 
 std::string ExpliqueDifference(const Demande& avant, const Demande& apres, const FigureLue& figure,
                                std::int32_t profondeur) {
-    const Explication a(avant, figure, profondeur, true), b(apres, figure, profondeur, true);
-    return JsonDeDifference(a.racine, a.Lit(), b.racine, b.Lit());
+    Explication a(avant, figure, profondeur, true), b(apres, figure, profondeur, true);
+    return JsonDeDifference(a.racine, a.Autre(), b.racine, b.Autre(), profondeur);
 }
 
 }  // namespace kv

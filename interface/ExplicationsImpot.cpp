@@ -22,6 +22,7 @@ bool Explicateur::ParRegleDeLImpot(Noeud& noeud, CaseSortie sortie, std::int32_t
     if (est({"I_QUOT"})) return ParQuotient(noeud, profondeur);
     if (est({"U_DECOTE"})) return ParDecote(noeud, profondeur);
     if (est({"U_CLASSES_MOYENNES"})) return ParRevenusModestes(noeud, profondeur);
+    if (est({"IMPOT_TM_RETENU"})) return ParTauxMinimum(noeud, profondeur);
     if (est({"CONT_HAUT_REV"})) return ParHautsRevenus(noeud, profondeur);
     if (est({"CONT_HR_TAUX_EFFECTIF"})) return ParContributionEffective(noeud, profondeur);
     if (est({"CO_TNS_GUY", "CO_TNS_MGR"})) return ParPlusValuesOutreMer(noeud, sortie, profondeur);
@@ -121,6 +122,59 @@ bool Explicateur::ParRevenusModestes(Noeud& noeud, std::int32_t profondeur) {
     Reprend(noeud,
             Prorata("", valeur, std::move(entiere), std::move(marge), FigureParFoyer("revenusModestes.degression")));
     return noeud.valeur == valeur;
+}
+
+// ---- Non-residents.
+
+// The average rate of the French income, or the minimum one, which a lower rate of the worldwide income replaces.
+bool Explicateur::ParTauxMinimum(Noeud& noeud, std::int32_t profondeur) {
+    const std::int32_t revenu = Valeur("IMPOT_TM_RETENU", 2), francais = Valeur("IMPOT_TM_FRANCAIS");
+    const std::int32_t mondial = Valeur("IMPOT_TM_ETRANGER"), revenuMondial = m_vues[0]["8TM"];
+    const Parametre minimum =
+        m_declaree["RED"] != 0 ? Parametre("nonResidents.tauxMinimumOutremer") : "nonResidents.tauxMinimum";
+    const double tauxFrancais = dMul(10000.0, dDiv(francais, revenu));
+    const double tauxMondial = dMul(10000.0, dDiv(mondial, revenuMondial));
+    if (tauxFrancais > ValeurLoi(minimum)) {
+        noeud.regle = "choice", noeud.formule = "taux moyen des revenus français, au-dessus du taux minimum";
+        noeud.source = minimum.Ligne().source;
+        Ajoute(noeud, Ligne("IMPOT_TM_FRANCAIS", 0, profondeur - 1), 1, "chosen");
+        return noeud.valeur == francais;
+    }
+    Noeud base = Ligne("IMPOT_TM_RETENU", 2, profondeur - 1);
+    if (revenuMondial != 0 && tauxMondial < ValeurLoi(minimum)) {
+        Noeud impot = Part("impôt des revenus mondiaux", mondial);
+        impot.source = minimum.Ligne().source;
+        Reprend(noeud, Prorata("", noeud.valeur, std::move(impot), std::move(base), Boite("8TM", 0, profondeur - 1)));
+        noeud.formule = "taux moyen des revenus mondiaux, au-dessous du taux minimum : " + noeud.formule;
+        return noeud.valeur == nProrata(mondial, revenu, revenuMondial);
+    }
+    Noeud impot = Taxe("", std::move(base), FigureDeLaLoi(minimum));
+    const std::int32_t valeur = impot.valeur;
+    Reprend(noeud, std::move(impot));
+    noeud.formule = "taux minimum des non-résidents : " + noeud.formule;
+    return noeud.valeur == valeur;
+}
+
+// The CSG on capital: gains whose taxation was deferred bear the rate of their year.
+bool Explicateur::ParCsgDesCapitaux(Noeud& noeud, std::int32_t profondeur) {
+    std::int32_t differes = 0;
+    Noeud gains = Total("gains dont l'imposition était reportée", 0);
+    for (const CaseEntree box : {CaseEntree("3WI"), CaseEntree("3WJ"), CaseEntree("3WN")}) {
+        differes += m_vues.back()[box];
+        Ajoute(gains, Boite(box, m_vues.size() - 1, profondeur - 3), 1);
+    }
+    if (differes <= 0) return false;  // the row of the rate tells it
+    gains.valeur = differes;
+    Somme(gains);
+    Noeud reste = Total("base hors ces gains", nPositif(Valeur("S_BASES", 2) - differes));
+    Ajoute(reste, Ligne("S_BASES", 2, profondeur - 3), 1);
+    Ajoute(reste, Part("gains dont l'imposition était reportée", differes), -1);
+    Somme(reste);
+    Ajoute(noeud, Taxe("CSG de l'année", std::move(reste), FigureDeLaLoi("prelevementsSociaux.csg")), 1);
+    Ajoute(noeud,
+           Taxe("CSG de l'année des gains", std::move(gains), FigureDeLaLoi("prelevementsSociaux.csgAnterieure")), 1);
+    Somme(noeud);
+    return Manque(noeud) == 0;
 }
 
 // ---- The contribution on high incomes.
@@ -286,13 +340,22 @@ bool Explicateur::ParPensionsEnCapital(Noeud& noeud) {
 bool Explicateur::ParPrelevementLiberatoire(Noeud& noeud) {
     static constexpr CaseEntree anciens[] = {"2CH1"}, tous[] = {"2CH1", "2CH2", "2CH3", "2DH2", "2DH3"};
     static constexpr CaseEntree declares[] = {"2CH"};
-    static constexpr struct {
+    // An option that the caller forces on a return without one reads the detailed boxes, any other the declared ones.
+    const Lancement lancement = LancementDe(m_demande);
+    const bool uneOption =
+        m_declaree["PFU"] != 0 || m_declaree["BAR"] != 0 || m_declaree["AVA"] != 0 || m_declaree["CIMR"] != 0;
+    const bool declaree = !lancement.optionsForcees || (lancement.optionsSiSaisies && uneOption);
+    const struct {
+        bool applicable;
         CaseEntree box;
         std::span<const CaseEntree> avant;
-    } cas[] = {{"2DH", declares}, {"2DH1", anciens}, {"2DH1", tous}};
+    } cas[] = {{declaree, "2DH", declares},
+               {!declaree && m_option == regles::Option::Forfait, "2DH1", anciens},
+               {!declaree && m_option == regles::Option::Bareme, "2DH1", tous}};
     const std::int32_t plafond = ParFoyer(ValeurLoi("assuranceVie.abattement"));
     return DansUneVue([&](std::size_t vue) {
-        for (const auto& [box, avant] : cas) {
+        for (const auto& [applicable, box, avant] : cas) {
+            if (!applicable) continue;
             std::int32_t place = plafond;
             for (const CaseEntree autre : avant) place -= m_vues[vue][autre];
             const std::int32_t declare = m_vues[vue][box], retenu = std::min(declare, nPositif(place));
@@ -317,11 +380,15 @@ bool Explicateur::ParCotisationsSyndicales(Noeud& noeud) {
             const std::int32_t plafond = credits::PlafondSyndical(cotisant, m_vues[vue], m_loi);
             base.valeur += std::min(cotisation, plafond);
             Ajoute(base, Boite(cotisant.cotisation, vue, -1), 1);
-            Ajoute(base,
-                   Part(std::string("au-delà de ") + TexteTaux(ValeurLoi(part)) + " des salaires et pensions, " +
-                            entree::lignes[cotisant.cotisation.numero].nom,
-                        nPositif(cotisation - plafond)),
-                   -1);
+            const bool fraisReels = std::any_of(cotisant.fraisReels.begin(), cotisant.fraisReels.end(),
+                                                [&](CaseEntree box) { return m_vues[vue][box] != 0; });
+            Ajoute(
+                base,
+                Part("au-delà de " + TexteTaux(ValeurLoi(part)) +
+                         (fraisReels ? " des pensions, des frais réels étant déduits" : " des salaires et pensions") +
+                         ", " + entree::lignes[cotisant.cotisation.numero].nom,
+                     nPositif(cotisation - plafond)),
+                -1);
         }
         Somme(base);
         Noeud credit = Taxe("", std::move(base), FigureDeLaLoi("credits.cotisationsSyndicales.taux"));

@@ -70,7 +70,8 @@ bool Explicateur::ParLigne(Noeud& noeud, CaseSortie sortie, int colonne, std::in
     for (const regles::Regle& regle : regles::lignes) {
         Terme cible;
         regle.figure.Parcourt([&](const Terme& terme) { cible = terme; });
-        if (cible.numero != sortie.numero || !(cible.colonne == colonne || (cible.colonne < 0 && colonne > 0)))
+        if (!DeLOption(regle.option) || cible.numero != sortie.numero ||
+            !(cible.colonne == colonne || (cible.colonne < 0 && colonne > 0)))
             continue;
         std::vector<Terme> termes;
         regle.operandes.Parcourt([&](const Terme& terme) { termes.push_back(terme); });
@@ -83,13 +84,14 @@ bool Explicateur::ParLigne(Noeud& noeud, CaseSortie sortie, int colonne, std::in
 
 // The reference income, which the options and foreign income compose in four ways.
 bool Explicateur::ParRevenuDeReference(Noeud& noeud, std::int32_t profondeur) {
-    for (const regles::Formule& net : regles::revenuNet)
-        for (const regles::Formule& capitaux : {regles::capitauxAuBareme, regles::capitauxAuForfait}) {
-            std::vector<Terme> termes;
-            for (const regles::Formule& formule : {net, regles::horsRevenuNet, capitaux})
-                formule.Parcourt([&](const Terme& terme) { termes.push_back(terme); });
-            if (EssaieTermes(noeud, Genre::Somme, termes, nullptr, 0, profondeur)) return true;
-        }
+    const regles::Formule& capitaux =
+        m_option == regles::Option::Forfait ? regles::capitauxAuForfait : regles::capitauxAuBareme;
+    for (const regles::Formule& net : regles::revenuNet) {
+        std::vector<Terme> termes;
+        for (const regles::Formule& formule : {net, regles::horsRevenuNet, capitaux})
+            formule.Parcourt([&](const Terme& terme) { termes.push_back(terme); });
+        if (EssaieTermes(noeud, Genre::Somme, termes, nullptr, 0, profondeur)) return true;
+    }
     return false;
 }
 
@@ -191,10 +193,11 @@ void Explicateur::Montre(Noeud& noeud, Genre genre, const std::vector<Terme>& te
             for (std::size_t i = 0; i + 1 < v.size(); i += 2) {
                 if (profondeur == 0) continue;
                 const std::int32_t nombre = termes[i].signe * v[i];
+                Noeud compte = Operande(termes[i], colonne, vue, profondeur - 1);
+                const std::string libelle = "montant pour : " + compte.libelle;
                 Ajoute(noeud,
-                       Prorata("nombre x montant", nombre * v[i + 1],
-                               Operande(termes[i + 1], colonne, vue, profondeur - 1),
-                               Operande(termes[i], colonne, vue, profondeur - 1), Part("", 1)),
+                       Prorata(libelle, nombre * v[i + 1], Operande(termes[i + 1], colonne, vue, profondeur - 1),
+                               std::move(compte), Part("", 1)),
                        termes[i].signe);
             }
             Somme(noeud);
@@ -269,10 +272,17 @@ const ReductionImputee* Explicateur::Imputee(CaseSortie sortie) const {
 bool Explicateur::ParBaseRetenue(Noeud& noeud, CaseSortie sortie, std::int32_t profondeur) {
     const std::int32_t declaree = Valeur(sortie, 1);
     const ReductionImputee* const vue = Imputee(sortie);
-    const std::int32_t plafond = vue ? vue->plafond : noeud.valeur;
+    const std::int32_t plafond = vue ? vue->plafond : declaree;
+    const bool partage = std::any_of(LignesReductions().begin(), LignesReductions().end(), [&](const auto& ligne) {
+        return ligne.sortie == sortie &&
+               (ligne.plafond.find("shared") != std::string::npos || ligne.plafond.find("left") != std::string::npos);
+    });
     const auto dansLePlafond = [&](Noeud& vers) {
         Ajoute(vers, Ligne(sortie, 1, profondeur - 1), 1);
-        Complete(vers, "au-delà du plafond" + (vers.valeur < declaree && plafond > 0 ? " de " + Nombre(plafond) : ""));
+        Complete(vers, !vue             ? "non retenu"
+                       : vue->reste < 1 ? "non retenu : il ne restait pas d'impôt"
+                       : partage        ? "au-delà de ce qui restait du plafond, " + Nombre(plafond)
+                                        : "au-delà du plafond de " + Nombre(plafond));
     };
     if (!vue || vue->annees == 1) {
         if (noeud.valeur > declaree) return false;

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 
+#include "Calcul/pCalculN/CreditsTable.h"
 #include "Calcul/pCalculN/NonSalariesTable.h"
 #include "Calcul/pCalculN/SalairesTable.h"
 #include "interface/Explicateur.h"
@@ -12,6 +13,10 @@
 namespace kv {
 
 bool Explicateur::ParRegleDuRevenu(Noeud& noeud, CaseSortie sortie, int colonne, std::int32_t profondeur) {
+    if (sortie == CaseSortie("S_CONTR_SOC") && colonne == 2) return ParCsgDesCapitaux(noeud, profondeur);
+    if (colonne == 2 &&
+        (sortie == CaseSortie("D_FRAIS_GARDE_ACHARGE") || sortie == CaseSortie("D_FRAIS_GARDE_ALTERNE")))
+        return ParGardeDEnfants(noeud, sortie);
     if (colonne == 0)
         return (sortie == CaseSortie("C_ENFANTS_1") || sortie == CaseSortie("C_ENFANTS_2") ||
                 sortie == CaseSortie("C_JUSTICE")) &&
@@ -296,7 +301,7 @@ bool Explicateur::ParMoyenneAgricole(Noeud& noeud, int colonne, std::int32_t pro
 bool Explicateur::ParAbattementAgricole(Noeud& noeud, int colonne, std::int32_t profondeur) {
     const Parametre taux = "micro.agricole.abattement", plancher = "micro.abattement.plancher";
     const auto abattement = [&](Noeud base) {
-        Noeud part = Taxe("abattement", base, FigureDeLaLoi(taux));
+        Noeud part = Taxe("abattement, " + base.libelle, base, FigureDeLaLoi(taux));
         return DansLesBornes(std::move(part), FigureDeLaLoi(plancher), Part("", 0), base);
     };
     static constexpr CaseSortie parAnnee[] = {"RR_BA_MICRO", "RR_BA_MICRO_REEL_Nm1", "RR_BA_MICRO_REEL_Nm2"};
@@ -322,6 +327,26 @@ bool Explicateur::ParAbattementAgricole(Noeud& noeud, int colonne, std::int32_t 
     Reprend(noeud, Prorata("", noeud.valeur, std::move(somme), Part("", 1), Part("années d'activité", annees)));
     noeud.source = taux.Ligne().source;
     return true;
+}
+
+// Childcare: within a ceiling for each child, half of it in alternating residence.
+bool Explicateur::ParGardeDEnfants(Noeud& noeud, CaseSortie sortie) {
+    const bool alternes = sortie == CaseSortie("D_FRAIS_GARDE_ALTERNE");
+    const std::int32_t plafond = nDiv(ValeurLoi("credits.gardeEnfants.plafond"), alternes ? 2 : 1);
+    return DansUneVue([&](std::size_t vue) {
+        Noeud essai = noeud;
+        std::int32_t auDela = 0;
+        for (const CaseEntree enfant : alternes ? credits::enfantsAlternes : credits::enfantsACharge) {
+            Ajoute(essai, Boite(enfant, vue, -1), 1);
+            auDela += nPositif(m_vues[vue][enfant] - plafond);
+        }
+        Ajoute(essai, Part("au-delà du plafond de " + Nombre(plafond) + " par enfant", auDela), -1);
+        Somme(essai);
+        essai.source = Parametre("credits.gardeEnfants.plafond").Ligne().source;
+        if (essai.termes.empty() || Manque(essai) != 0) return false;
+        noeud = std::move(essai);
+        return true;
+    });
 }
 
 // The declarants of a certain age, or disabled.

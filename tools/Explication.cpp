@@ -73,7 +73,9 @@ void Ecrit(std::ostream& sortie, const Noeud& noeud, std::size_t retrait, Ecrite
 
 // ---- Differences.
 
-void EcritDifference(std::ostream& sortie, const Noeud& noeud, std::size_t retrait) {
+// ecrites: the branches that stand above already.
+using BranchesEcrites = std::set<std::tuple<std::string, int, std::string, std::string>>;
+void EcritDifference(std::ostream& sortie, const Noeud& noeud, std::size_t retrait, BranchesEcrites& ecrites) {
     const char* const signe = noeud.value("sign", 1) < 0 ? "- " : retrait > 0 && Role(noeud).empty() ? "+ " : "";
     const auto valeur = [&](const char* cle) {
         return noeud.contains(cle) ? std::to_string(noeud.at(cle).get<std::int64_t>()) : "?";
@@ -84,10 +86,18 @@ void EcritDifference(std::ostream& sortie, const Noeud& noeud, std::size_t retra
         sortie << " (" << (ecart > 0 ? "+" : "") << ecart << ')';
     }
     sortie << "  " << Nom(noeud);
+    // Two rules, or nothing below that tells it: the words do.
+    const std::string avant = Texte(noeud, "formulaBefore"), apres = Texte(noeud, "formulaAfter");
+    if (avant != apres && (Termes(noeud).empty() || !noeud.contains("rule")))
+        sortie << " = " << (avant.empty() ? "-" : avant) << " -> " << (apres.empty() ? "-" : apres);
     if (const std::string seul = Texte(noeud, "in"); !seul.empty())
         sortie << (seul == "before" ? "  [compte dans le premier seulement]" : "  [compte dans le second seulement]");
-    sortie << '\n';
-    for (const Noeud& terme : Termes(noeud)) EcritDifference(sortie, terme, retrait + 1);
+    const std::string boite = Texte(noeud, "box");
+    const bool dejaEcrite = !boite.empty() && !Termes(noeud).empty() &&
+                            !ecrites.emplace(boite, noeud.value("column", 0), valeur("before"), valeur("after")).second;
+    sortie << (dejaEcrite ? "  (voir plus haut)\n" : "\n");
+    if (dejaEcrite) return;
+    for (const Noeud& terme : Termes(noeud)) EcritDifference(sortie, terme, retrait + 1, ecrites);
 }
 
 }  // namespace
@@ -105,12 +115,13 @@ void EcritExplication(std::ostream& sortie, const kv::Return& retour, const std:
 
 void EcritDifferences(std::ostream& sortie, const kv::Return& avant, const kv::Return& apres, const std::string& figure,
                       int profondeur, bool json) {
+    BranchesEcrites ecrites;
     const std::string texte =
         Demande([&] { return apres.explain_difference(avant, figure.empty() ? nullptr : figure.c_str(), profondeur); });
     if (json)
         sortie << texte << '\n';
     else
-        EcritDifference(sortie, Noeud::parse(texte), 0);
+        EcritDifference(sortie, Noeud::parse(texte), 0, ecrites);
 }
 
 }  // namespace outil

@@ -92,6 +92,9 @@ enum class Genre : std::uint8_t {
     Produits,  ///< the operands two by two multiplied, and added up
 };
 
+/// The option on capital income that a row is of: each one reads other boxes.
+enum class Option : std::uint8_t { Toutes, Aucune, Bareme, Forfait, SansForfait };
+
 struct Regle {
     Formule figure;
     Genre genre;
@@ -100,6 +103,7 @@ struct Regle {
     /// apply.
     const char* ecart = nullptr;
     const char* mots = "";  ///< what the operands do not say
+    Option option = Option::Toutes;
 };
 
 constexpr const char* pasMoinsDeZero = "pas en dessous de 0";
@@ -171,8 +175,9 @@ inline constexpr Regle lignes[] = {
     {"CO_TNS", Genre::Taux, "CO_TNS.2 CO_TNS.3"},
     {"CO_INV_AUTEUR", Genre::Taux, "CO_INV_AUTEUR.2 CO_INV_AUTEUR.3"},
     {"CO_18.2", Genre::Choix, "[3VD]"},
-    {"CO_19.2", Genre::Somme, "[3VT] + [3SJ] + [3WJ]"},
-    {"CO_19.2", Genre::Somme, "[3VT] + [3SJ1] + [3WJ]"},
+    {"CO_19.2", Genre::Somme, "[3VT] + [3SJ] + [3WJ]", nullptr, "", Option::Aucune},
+    {"CO_19.2", Genre::Somme, "[3VT] + [3SJ1] + [3WJ]", nullptr, "", Option::Bareme},
+    {"CO_19.2", Genre::Somme, "[3VT] + [3SJ1] + [3WJ]", nullptr, "", Option::Forfait},
     {"CO_22_5.2", Genre::Choix, "[3VM]"},
     {"CO_24.2", Genre::Choix, "[3WI]"},
     {"CO_30.2", Genre::Somme, "[3VI] + [3SK]"},
@@ -184,17 +189,10 @@ inline constexpr Regle lignes[] = {
     {"CO_INV_AUTEUR.2", Genre::Somme, "[5TC] + [5UC] + [5VC]"},
     {"TOT_IMP_RED", Genre::Somme, "TOT_IMPOT_DOM + IMPOT_TAUX_MARG - U_DECOTE - REDUCTIONS"},
     {"TOT_IMP_RED", Genre::Somme, "TOT_IMPOT_DOM + IMPOT_TAUX_MARG - U_DECOTE - REDUCTIONS", pasMoinsDeZero},
+    {"TOT_IMPOT_DOM", Genre::Choix, "IMPOT_TM"},
     {"TOT_IMPOT_DOM", Genre::Somme, "TOT_IMPOT - U_DECOTE_DOM_GMR - U_DECOTE_DOM_GUY"},
     {"TOT_IMPOT_DOM", Genre::Somme, "IMPOT_TX_EFFECTIF - U_DECOTE_DOM_GMR - U_DECOTE_DOM_GUY"},
-    {"TOT_IMPOT_DOM", Genre::Choix, "IMPOT_TM"},
     {"IMPOT_TM", Genre::Somme, "IMPOT_TM_RETENU - IMPOT_TM_N_RECOUV"},
-    {"IMPOT_TM_RETENU", Genre::Taux, "IMPOT_TM_RETENU.2 {nonResidents.tauxMinimum}", nullptr,
-     "taux minimum des non-résidents"},
-    {"IMPOT_TM_RETENU", Genre::Taux, "IMPOT_TM_RETENU.2 {nonResidents.tauxMinimumOutremer}", nullptr,
-     "taux minimum des revenus d'outre-mer"},
-    {"IMPOT_TM_RETENU", Genre::Choix, "IMPOT_TM_FRANCAIS", nullptr, "taux moyen français, au-dessus du taux minimum"},
-    {"IMPOT_TM_RETENU", Genre::Taux, "IMPOT_TM_RETENU.2 IMPOT_TM_ETRANGER.3", nullptr,
-     "taux moyen des revenus mondiaux, au-dessous du taux minimum"},
     {"IMPOT_TM_RETENU.2", Genre::Somme, "TOT_R_IMPOS + QUOTIENT"},
     {"IMPOT_TM_FRANCAIS", Genre::Choix, "TOT_IMPOT"},
     {"U_DECOTE_DOM_GMR", Genre::Taux, "IMPOT_TX_EFFECTIF {outremer.antillesReunion.taux}"},
@@ -298,13 +296,13 @@ inline constexpr Regle lignes[] = {
     {"REV_REF_D", Genre::Somme, "REV_REF_B + [3SA]"},
     {"REV_REF_C", Genre::Somme, "REVENU_REF - [3WN]"},
     {"REV_REF_C", Genre::Somme, "REV_REF_B - [3WN]"},
-    {"REV_REF_EE", Genre::Choix, "[2EE]"},
-    {"REV_REF_EE", Genre::Somme, "[2EE1]"},
-    {"REV_REF_EE", Genre::Somme, "[2EE1] + [2EE2]"},
+    {"REV_REF_EE", Genre::Choix, "[2EE]", nullptr, "", Option::Aucune},
+    {"REV_REF_EE", Genre::Somme, "[2EE1]", nullptr, "", Option::Bareme},
+    {"REV_REF_EE", Genre::Somme, "[2EE1] + [2EE2]", nullptr, "", Option::Forfait},
     {"REV_REF_FA", Genre::Choix, "[2FA]"},
-    {"REV_REF_DH", Genre::Choix, "[2DH]"},
-    {"REV_REF_DH", Genre::Somme, "[2DH1]"},
-    {"REV_REF_DH", Genre::Somme, "[2DH1] + [2DH2] + [2DH3]"},
+    {"REV_REF_DH", Genre::Choix, "[2DH]", nullptr, "", Option::Aucune},
+    {"REV_REF_DH", Genre::Somme, "[2DH1]", nullptr, "", Option::Bareme},
+    {"REV_REF_DH", Genre::Somme, "[2DH1] + [2DH2] + [2DH3]", nullptr, "", Option::Forfait},
     {"REV_REF_BA_EXO", Genre::Somme, "RE_FORFAIT + RE_BA"},
     {"REV_REF_BIC_EXO", Genre::Somme, "RE_MICRO_BIC_PROF + RE_BIC + RE_MICRO_BIC_NON_PROF + RE_BICNP"},
     {"REV_REF_BNC_EXO", Genre::Somme,
@@ -348,18 +346,20 @@ inline constexpr Regle lignes[] = {
 
     {"RD_MOB", Genre::Somme,
      "RD_MOB_MONT + RD_MOB_MAJO - RD_MOB_DEMI_BASE - RD_MOB_ABAT - RD_MOB_FRAIS - RD_MOB_DEFICIT_NM1"},
-    {"RD_MOB_MONT", Genre::Somme, "[2DC] + [2TS] + [2TR] + [2FU] + [2CH] + [2GO] + [2TT]"},
+    {"RD_MOB_MONT", Genre::Somme, "[2DC] + [2TS] + [2TR] + [2FU] + [2CH] + [2GO] + [2TT]", nullptr, "", Option::Aucune},
     {"RD_MOB_MONT", Genre::Somme,
      "[2DC] + [2TS1] + [2TS2] + [2EE2] + [2TR] + [2FU] + [2CH1] + [2CH2] + [2CH3] + [2DH2] + [2DH3] + [2GO] + [2TT] + "
-     "[2FA]"},
-    {"RD_MOB_MONT", Genre::Somme, "[2TS1] + [2FU] + [2CH1]"},
+     "[2FA]",
+     nullptr, "", Option::Bareme},
+    {"RD_MOB_MONT", Genre::Somme, "[2TS1] + [2FU] + [2CH1]", nullptr, "", Option::Forfait},
     {"RD_MOB_MAJO", Genre::Taux, "[2GO] {mobiliers.majoration}"},
     {"RD_MOB_DEMI_BASE", Genre::Somme, "RD_MOB_DEMI_BASE_2DC + RD_MOB_DEMI_BASE_2FU"},
     {"RD_MOB_DEMI_BASE_2DC", Genre::Taux, "[2DC] {mobiliers.dividendes.abattement}"},
     {"RD_MOB_DEMI_BASE_2FU", Genre::Taux, "[2FU] {mobiliers.dividendes.abattement}"},
-    {"RD_MOB_ABAT", Genre::Plafonne, "[2CH] {foyer:assuranceVie.abattement}"},
-    {"RD_MOB_ABAT", Genre::Plafonne, "[2CH1] {foyer:assuranceVie.abattement}"},
-    {"RD_MOB_ABAT", Genre::Plafonne, "[2CH1] + [2CH2] + [2CH3] + [2DH2] + [2DH3] {foyer:assuranceVie.abattement}"},
+    {"RD_MOB_ABAT", Genre::Plafonne, "[2CH] {foyer:assuranceVie.abattement}", nullptr, "", Option::Aucune},
+    {"RD_MOB_ABAT", Genre::Plafonne, "[2CH1] {foyer:assuranceVie.abattement}", nullptr, "", Option::Forfait},
+    {"RD_MOB_ABAT", Genre::Plafonne, "[2CH1] + [2CH2] + [2CH3] + [2DH2] + [2DH3] {foyer:assuranceVie.abattement}",
+     nullptr, "", Option::Bareme},
     {"RD_MOB_FRAIS", Genre::Somme, "[2CA]", auDelaDesCapitaux},
     {"RD_MOB_DEFICIT_NM1", Genre::Somme, "[2AA] + [2AL] + [2AM] + [2AN] + [2AQ] + [2AR]", auDelaDesCapitaux},
     {"RD_FON", Genre::Somme, "[4BA] + [4BE] - RD_FON_BE_ABAT - [4BB] - [4BC] - RD_FON_BD_IMPUT"},
@@ -375,8 +375,9 @@ inline constexpr Regle lignes[] = {
     {"RD_GAINS_2_Rev.1", Genre::Somme, "[1TT] + [3VJ]"},
     {"RD_GAINS_2_Rev.2", Genre::Somme, "[1UT] + [3VK]"},
     {"RD_GAINS_1TZ", Genre::Choix, "[1TZ]"},
-    {"RD_PV_BAREME", Genre::Somme, "[3VG] + [3UA] + [3SB] + [3VE] + [3UV] + [3SZ]"},
-    {"RD_PV_BAREME", Genre::Somme, "[3VG] + [3UA] + [3SB] + [3VE] + [3UV] + [3SZ] + [3SJ2]"},
+    {"RD_PV_BAREME", Genre::Somme, "[3VG] + [3UA] + [3SB] + [3VE] + [3UV] + [3SZ]", nullptr, "", Option::Aucune},
+    {"RD_PV_BAREME", Genre::Somme, "[3VG] + [3UA] + [3SB] + [3VE] + [3UV] + [3SZ] + [3SJ2]", nullptr, "",
+     Option::Bareme},
     {"RD_DEFICIT", Genre::Somme, "[6FA] + [6FB] + [6FC] + [6FD] + [6FE] + [6FL]"},
 
     // ---- Business income; its lines of boxes are in their tables.
@@ -466,11 +467,12 @@ inline constexpr Regle lignes[] = {
      "S_B_PLUS_VALUES_ETR"},
     {"S_B_REV_FON", Genre::Choix, "RD_FON"},
     {"S_B_RENTES", Genre::Choix, "RD_RENTES"},
-    {"S_B_REV_MOB", Genre::Somme, "RD_MOB_MONT + [2DM] + [2FA]"},
-    {"S_B_REV_MOB", Genre::Somme, "RD_MOB_MONT + [2DM]"},
+    {"S_B_REV_MOB", Genre::Somme, "RD_MOB_MONT + [2DM] + [2FA]", nullptr, "", Option::Aucune},
+    {"S_B_REV_MOB", Genre::Somme, "RD_MOB_MONT + [2DM]", nullptr, "", Option::Bareme},
     {"S_B_REV_MOB", Genre::Somme,
      "RD_MOB_MONT + [2DM] + [2DC] + [2CH2] + [2CH3] + [2DH2] + [2DH3] + [2TS2] + [2EE2] + [2TR] + [2TT] + [2FA] + "
-     "[2GO]"},
+     "[2GO]",
+     nullptr, "", Option::Forfait},
     {"S_B_CSG_CRDS", Genre::Somme, "[2CG] + [2BH]"},
     {"S_B_CSG_CRDS", Genre::Choix, "S_B_REV_MOB"},
     {"S_B_PG_DIVERS", Genre::Somme,
@@ -480,7 +482,6 @@ inline constexpr Regle lignes[] = {
     {"S_CSG_CRDS_ETR", Genre::Somme,
      "S_E_CRDS + S_E_CASA + S_E_CSG_1 + S_E_CSG_8 + S_E_CSG_9 + S_E_CSG_10 + S_E_CSG_2 + S_E_CSG_3 + S_E_CSG_4 + "
      "S_E_CSG_5 + S_E_CSG_11 + S_E_CSG_6 + S_E_CSG_7"},
-    {"S_CONTR_SOC.2", Genre::Taux, "S_BASES.2 {prelevementsSociaux.csg}", "gains reportés, à la CSG de leur année"},
     {"S_B_LM", Genre::Somme, "RR_BIC_NP_LM - RR_BIC_NP_LM_MAJO",
      "part qui a déjà supporté les prélèvements, ou de déficits"},
     {"S_B_BENEF", Genre::Somme, "[5HY] + [5IY] + [5JY]", pasMoinsDeZero},

@@ -101,6 +101,12 @@ const Raison impot[] = {
      "0 U_DECOTE = réservée aux contribuables domiciliés en France"},
     {"minimum rate abroad", {{"REM", 1}, {"1AJ", 12000}}, "IMPOT_TM",
      "+ 2160 IMPOT_TM_RETENU = taux minimum des non-résidents : 20 % de 10800 [CGI art. 197 A]"},
+    // 14 % of 8 193 on 18 000 of worldwide income: 6.4 %.
+    {"worldwide rate abroad", {{"REM", 1}, {"1AJ", 20000}, {"8TM", 18000}}, "TOT_IMPOT_DOM",
+     "+ 1147 IMPOT_TM_RETENU = taux moyen des revenus mondiaux, au-dessous du taux minimum : 1147 x 18000 / 18000 [CGI "
+     "art. 197 A]"},
+    {"French rate above the minimum", {{"REM", 1}, {"1AJ", 200000}}, "IMPOT_TM",
+     "+ 64617 IMPOT_TM_RETENU = taux moyen des revenus français, au-dessus du taux minimum [CGI art. 197 A]"},
     // 19 800 bear 1 399, less 128: 20 % of 1 271, for 905 of the 2 020 between the two incomes.
     {"modest income, in part", {{"1AJ", 22000}}, "U_CLASSES_MOYENNES",
      "114 U_CLASSES_MOYENNES = 254 x 905 / 2020 [CGI art. 197 I-4 b]\n"
@@ -192,6 +198,18 @@ const Raison avantages[] = {
      "+ 132 D_CREDIT_7AC_7AE_7AG = 66 % de 200 [CGI art. 199 quater C]\n"
      "base: 200 cotisations retenues = 500 - 300\n"
      "- 300 au-delà de 1 % des salaires et pensions, 7AC"},
+    {"union dues beside actual expenses", {{"1AJ", 30000}, {"1AS", 20000}, {"1AK", 6000}, {"7AC", 400}}, "D_CREDIT",
+     "base: 200 cotisations retenues = 400 - 200\n"
+     "- 200 au-delà de 1 % des pensions, des frais réels étant déduits, 7AC"},
+    {"childcare beyond the ceiling of one child", {{"M", 1}, {"1AJ", 60000}, {"Fm", 2}, {"7GA", 3000}, {"7GB", 1000}},
+     "D_FRAIS_GARDE_ACHARGE",
+     "base: 3300 D_FRAIS_GARDE_ACHARGE.c2 = 3000 + 1000 - 700 [CGI art. 200 quater B]\n"
+     "- 700 au-delà du plafond de 2300 par enfant"},
+    {"energy works beyond what is left of their ceiling", {{"M", 1}, {"1AJ", 60000}, {"7CB", 12000}, {"7AD", 9000}},
+     "D_CR_7AD", "base: 4000 D_CR_7AD.c2 = 9000 - 5000\n- 5000 non retenu"},
+    {"gains of which the taxation was deferred", {{"1AJ", 85000}, {"3WI", 20000}, {"3VG", 1000}}, "S_CONTR_SOC.c2",
+     "+ 99 CSG de l'année = 9.9 % de 1000 [CSS art. L136-8]\n"
+     "+ 1640 CSG de l'année des gains = 8.2 % de 20000 [CSS art. L136-8]"},
     {"rental investment over nine years", {{"1AJ", 60000}, {"7QD", 100000}}, "REDUCTIONS",
      "+ 3222 U_REDUC_7QD = 29 % de 11111 [CGI art. 199 novovicies]\n"
      "base: 11111 U_REDUC_7QD.c2 = répartie sur 9 ans : 100000 / 9"},
@@ -201,7 +219,7 @@ const Raison avantages[] = {
      "- 100000 au-delà du plafond de 300000"},
     {"donations beyond a part of the income", {{"1AJ", 40000}, {"7UF", 9000}}, "U_DONS_OEUVRES_N",
      "4752 U_DONS_OEUVRES_N = 66 % de 7200 [CGI art. 200]\n"
-     "- 1800 au-delà du plafond de 7200"},
+     "- 1800 au-delà de ce qui restait du plafond, 7200"},
     // 1 271 of tax after the relief, 114 of them for the modest income.
     {"donations beyond the tax", {{"1AJ", 22000}, {"7UF", 3000}}, "REDUCTIONS",
      "+ 1157 U_DONS_OEUVRES_N = 1980 - 823 [CGI art. 200]\n"
@@ -237,6 +255,12 @@ TEST(RaisonsDesOptions, SayWhichOneIsDearer) {
     Controle(Retour({{"1AJ", 40000}, {"AVA", 1}}, KV_LAUNCH_OPTIONS), nullptr,
              "option: 5093 prélèvement forfaitaire unique [option comparée, celle qui est appliquée]\n"
              "option: 5093 barème progressif [option comparée, même montant]");
+    // Each option reads its own boxes, whatever stands in the others.
+    const Boites deuxFois = {{"1AJ", 50000}, {"2CH", 5000}, {"2CH1", 5000}, {"BAR", 1}};
+    Controle(Retour(deuxFois, KV_LAUNCH_OPTIONS), "RD_MOB",
+             "+ 5000 2CH1\n- 4600 RD_MOB_ABAT = plafond de 4600 [CGI art. 125-0 A]\namong: 5000 base\n+ 5000 2CH1");
+    Controle(Retour(deuxFois), "RD_MOB",
+             "+ 5000 2CH\n- 4600 RD_MOB_ABAT = plafond de 4600 [CGI art. 125-0 A]\namong: 5000 2CH");
 }
 
 // ---- Differences.
@@ -275,6 +299,19 @@ TEST(RaisonsDesDifferences, AreWhatChanges) {
     ASSERT_EQ(d["terms"].size(), 1U);
     EXPECT_EQ(d["terms"][0]["box"], "D_CREDIT");
     EXPECT_EQ(d.dump().find("1AJ"), std::string::npos);
+
+    // The box that changes is there though one of the two pays nothing, or pays in another way.
+    const auto nomme = [&](const Boites& a, const Boites& b, const char* boite) {
+        const Noeud difference = Difference(Retour(a), Retour(b));
+        ControleDifference(difference);
+        EXPECT_NE(difference.dump().find(std::string("\"box\":\"") + boite + '"'), std::string::npos) << boite;
+    };
+    nomme({{"C", 1}, {"1AJ", 25000}, {"6GU", 12000}}, {{"C", 1}, {"1AJ", 25000}}, "6GU");
+    nomme({{"M", 1}, {"1AJ", 60000}, {"7CF", 40000}}, {{"M", 1}, {"1AJ", 60000}}, "7CF");
+    nomme({{"M", 1}, {"1AJ", 30000}, {"4BC", 5000}}, {{"M", 1}, {"1AJ", 30000}, {"4BA", 5000}}, "4BC");
+    nomme({{"M", 1}, {"1AJ", 50000}, {"1AC", 20000}}, {{"M", 1}, {"1AJ", 50000}}, "1AC");
+    nomme({{"REM", 1}, {"1AJ", 20000}, {"8TM", 60000}}, {{"REM", 1}, {"1AJ", 20000}, {"8TM", 18000}}, "8TM");
+    nomme({{"2CK", 300}, {"7DB", 400}}, {{"2CK", 500}}, "7DB");  // 500 euros refunded both times
 
     const Boites couple = {{"M", 1}, {"Fm", 2}, {"1AJ", 42000}};
     kv::Return plafonne = Retour(couple), libre = Retour(couple);

@@ -167,7 +167,7 @@ TEST(Explications, AreTextsThatLiveUntilTheNext) {
         "{\"version\":1,\"box\":\"REDUCTIONS\",\"label\":\"Réductions d'impôt, "
         "total\",\"before\":0,\"after\":396,\"rule\":\"sum\","
         "\"terms\":[{\"box\":\"U_DONS_OEUVRES_N\",\"label\":\"Dons aux œuvres de l'année N\",\"sign\":1,\"before\":0,"
-        "\"after\":396}]}");
+        "\"after\":396,\"rule\":\"deeper\"}]}");
     EXPECT_EQ(r.explain_difference(r).find("\"terms\""), std::string::npos);
     EXPECT_EQ(kv_explain_difference(nullptr, r.handle(), nullptr, -1, &texte), KV_NULL);
     EXPECT_EQ(kv_explain_difference(r.handle(), nullptr, nullptr, -1, &texte), KV_NULL);
