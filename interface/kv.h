@@ -436,8 +436,8 @@ KV_PUBLIC kv_status kv_compute_columns(kv_return* r, const kv_columns* columns);
 KV_PUBLIC kv_status kv_explain(kv_return* r, const char* figure, int32_t depth, const char** json);
 /** The branches of the trees of two returns that differ, as a JSON text like that of kv_explain: "before" and "after"
     instead of "value", "formulaBefore" and "formulaAfter", "rule" where both trees have the same one, and of the terms
-    those alone that differ, or that something below differs of. What leads to the net amount is told in one way for both: tax, advantages above the global
-    cap, contributions, credits, levies.
+    those alone that differ, or that something below differs of. What leads to the net amount is told in one way for
+    both: tax, advantages above the global cap, contributions, credits, levies.
     Where the two returns come to a figure in different ways (the family quotient capped in one of them), the terms of
     both stand there, each with what the two returns have of it, and "in", "before" or "after", is the one in which it
     counts; "before" or "after" is left out where that return has no such figure. With a figure that counts in one tree
