@@ -52,6 +52,8 @@ def test_amounts_are_whole_and_of_32_bits(couple: dict[str, int]) -> None:
     for value, why in ((1.5, "whole"), (2**31, "32 bits"), ("12", "not a number"), (float("inf"), "whole")):
         with pytest.raises(kvcalcul.BadValue, match=f"1AJ.*{why}"):
             kvcalcul.compute({"1AJ": value})
+    with pytest.raises(kvcalcul.UnknownName, match="3 is not the name"):
+        kvcalcul.compute({3: 1})  # type: ignore[dict-item]
     with pytest.raises(kvcalcul.UnknownName, match="1AJ"):
         kvcalcul.compute({"1aj": 1})
     with pytest.raises(kvcalcul.BadValue, match="launch"):
@@ -101,6 +103,8 @@ def test_why_and_what_if(couple: dict[str, int], tmp_path: Any) -> None:
     expected = [line.split(",") for line in tool("breaks", str(file), "--box", "1AJ", "--to", "60000").split()[1:]]
     assert pieces.starts.tolist() == [int(line[0]) for line in expected]
     assert pieces.stops[-1] == 60_000 and list(pieces.frame().columns) == ["from", "to", "rate", "value"]
+    with pytest.raises(kvcalcul.BadValue, match=r"stop.*32 bits"):
+        kvcalcul.curve(couple, "1AJ", 0, 2**40)
     with pytest.raises(kvcalcul.UnknownName, match="1AX; nearest"):
         kvcalcul.curve(couple, "1AX")
 

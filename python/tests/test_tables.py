@@ -86,6 +86,7 @@ def test_what_comes_in_comes_out() -> None:
     assert [batch.column("TOT_PAYER").to_pylist() for batch in stream] == [NETS[:2], NETS[2:]]
     chunked = pa.concat_tables([table, table])
     assert kvcalcul.compute_table(chunked, ["TOT_PAYER"])["TOT_PAYER"].to_pylist() == NETS * 2
+    assert list(kvcalcul.compute_table(made, iter(["TOT_PAYER", "net"]))) == ["TOT_PAYER", "net"]  # type: ignore[arg-type]
     relation: Any = duckdb.sql('select range * 30000 as "1AJ" from range(3)')
     assert kvcalcul.compute_table(relation, ["RN_SAL"])["RN_SAL"].to_pylist() == [0, 27000, 54000]
 
@@ -136,6 +137,9 @@ COLUMNS: list[tuple[Any, list[int]]] = [
     (pa.array([decimal.Decimal("3.00")]), [3]),
     (pa.array([datetime.date(1950, 2, 3), None]), [19500203, EMPTY]),
     (pa.array([5, 6]).dictionary_encode(), [5, 6]),
+    (pd.Series(pd.to_datetime(["1940-01-06 00:30"]).tz_localize("Europe/Paris")), [19400106]),
+    (pa.array([9, 5, 6], pa.int32())[1:], [5, 6]),
+    (np.array([5, 6], ">i4"), [5, 6]),
     (pa.chunked_array([[1], [2]]), [1, 2]),
     (pl.Series([1, None], dtype=pl.Int16), [1, EMPTY]),
 ]
@@ -256,6 +260,8 @@ def test_reforms_worked_out_by_hand() -> None:
     assert isinstance(kvcalcul.reform(pa.table({"1AJ": [60000]}), law).rows, pa.Table)
     assert kvcalcul.reform(pa.table({"1AJ": [60000]}).to_reader(), law).cost == -269
     assert pickle.loads(pickle.dumps(changed)).cost == -994
+    for weights in (pa.array([2, 1, 7]), pl.Series([2, 1, 7]), pd.Series([2, 1, 7]), [2, 1, 7]):
+        assert kvcalcul.reform(table, law, weights=weights).cost == -994
     with pytest.raises(kvcalcul.BadValue, match=r"weights, row 2 \(index c\)"):
         kvcalcul.reform(table, law, weights=np.array([1, 1, -1.0]))
     with pytest.raises(kvcalcul.UnknownName, match="weights"):

@@ -185,6 +185,8 @@ def _from_arrow(name: str, values: Any, where: Callable[[int], str]) -> NDArray[
     elif pa.types.is_decimal(kind):
         return np.array(values.to_pylist(), dtype=object)
     elif pa.types.is_date(kind) or pa.types.is_timestamp(kind):
+        if getattr(kind, "tz", None) is not None:
+            values = pc.local_timestamp(values)  # the day where it was written
         return np.asarray(values.cast(pa.timestamp("s"), safe=False).to_numpy(zero_copy_only=False))
     elif not (pa.types.is_integer(kind) or pa.types.is_floating(kind)):
         raise lib.BadValue(f"column {name}: {kind} is no column of numbers")

@@ -11,7 +11,7 @@ import numpy as np
 from numpy.typing import NDArray
 
 from . import _library as lib
-from ._amounts import Int32, flatten
+from ._amounts import Int32, flatten, whole
 from ._frames import FrameKind, frame
 from ._law import Law
 from ._result import Launch, Period, figure_name, fill, prepare
@@ -67,6 +67,7 @@ def _range(
 ) -> tuple[lib.Handle, lib.Range]:
     handle = prepare(**settings)
     fill(handle, flatten(entries))
+    start, stop, step = whole("start", start), whole("stop", stop), whole("step", step)
     asked = lib.Range(
         size=sizeof(lib.Range),
         amount=box.encode(),

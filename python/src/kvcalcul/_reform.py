@@ -95,9 +95,9 @@ def _weights(source: Source, weights: str | Any | None) -> tuple[Floats, list[st
     named = isinstance(weights, str)
     if named and weights not in source.names:
         raise lib.UnknownName(f'weights: no column is named "{weights}"')
-    values = source.column(weights) if named else weights
-    if hasattr(values, "to_numpy") and not isinstance(values, np.ndarray):
-        values = values.to_numpy(zero_copy_only=False) if hasattr(values, "null_count") else values.to_numpy()
+    values: Any = source.column(str(weights)) if named else weights
+    if type(values).__module__.startswith("pyarrow"):
+        values = values.to_pylist()
     array = np.asarray(values, dtype=np.float64)
     if array.shape != (source.rows,):
         raise lib.BadValue(f"weights: {array.shape} values for {source.rows} rows")

@@ -66,6 +66,8 @@ def fill(handle: lib.Handle, entries: Mapping[str, Any]) -> None:
     for name, value in entries.items():
         if type(value) is not int or not -(2**31) <= value < 2**31:
             value = whole(name, value)
+        if not isinstance(name, str):
+            raise lib.UnknownName(f"{name!r} is not the name of a box")
         number = entry_number(name)
         if number >= 0:
             status = set_box(pointer, 0, number, value)
@@ -133,6 +135,8 @@ class Result(Mapping[str, int]):
     def __getitem__(self, name: str) -> int:
         if name == "net":
             return self.net
+        if not isinstance(name, str):
+            raise lib.UnknownName(f"{name!r} is not the name of a figure")
         value = c_int32()
         with self._lock:
             status = lib.kv.kv_read(self._handle.pointer, name.encode().replace(b"\0", b"?"), byref(value))

@@ -59,15 +59,16 @@ class Run:
         """The figures asked for; UnknownName names the nearest."""
         if isinstance(outputs, str):
             raise TypeError("outputs is a list of names")
+        figures = list(outputs)
         scratch = prepare()
         scratch.check(lib.kv.kv_compute(scratch.pointer))
         value = c_int32()
-        for name in outputs:
+        for name in figures:
             if name != "net":
                 scratch.check(lib.kv.kv_read(scratch.pointer, str(name).encode(), byref(value)))
-            if list(outputs).count(name) > 1:
+            if figures.count(name) > 1:
                 raise lib.BadValue(f"outputs: {name} stands twice")
-        return list(outputs)
+        return figures
 
     def compute(self, amounts: dict[str, Int32], rows: int, outputs: Sequence[str]) -> dict[str, Int32]:
         """The figures of each row. ``net`` is what is paid less what is refunded."""
@@ -198,7 +199,7 @@ def compute_table(
     figures, all of them when True. Ctrl-C stops the computation.
     """
     run = Run(launch, law, indexation, period, threads, progress)
-    run.check_outputs(outputs)
+    outputs = run.check_outputs(outputs)
     if type(table).__module__.startswith("pyarrow") and hasattr(table, "read_next_batch"):
         return cast(Table, _stream(table, run, outputs, keep))
     return cast(Table, _computed(Source(table), run, outputs, keep))
