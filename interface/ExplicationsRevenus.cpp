@@ -67,8 +67,8 @@ std::int32_t SommeDe(const Saisie& saisie, const CaseEntree (&boxes)[N]) {
 }
 
 std::string NomDuMembre(std::size_t membre) {
-    return membre < 2 ? "déclarant " + Nombre(static_cast<int>(membre) + 1)
-                      : "personne à charge " + Nombre(static_cast<int>(membre) - 1);
+    std::string nom = membre < 2 ? "déclarant " : "personne à charge ";
+    return nom += Nombre(static_cast<int>(membre) + (membre < 2 ? 1 : -1));
 }
 
 }  // namespace
