@@ -90,7 +90,13 @@ bool Explicateur::ParRevenuDeReference(Noeud& noeud, std::int32_t profondeur) {
         std::vector<Terme> termes;
         for (const regles::Formule& formule : {net, regles::horsRevenuNet, capitaux})
             formule.Parcourt([&](const Terme& terme) { termes.push_back(terme); });
-        if (EssaieTermes(noeud, Genre::Somme, termes, nullptr, 0, profondeur)) return true;
+        // What comes off dividends is rounded together here, by kind in its lines.
+        Noeud essai = noeud;
+        const char* const arrondi = "arrondi";
+        if (!EssaieTermes(essai, Genre::Somme, termes, arrondi, 0, profondeur)) continue;
+        if (!essai.termes.empty() && essai.termes.back().libelle == arrondi && essai.termes.back().valeur > 1) continue;
+        noeud = std::move(essai);
+        return true;
     }
     return false;
 }
