@@ -86,15 +86,22 @@ bool Explicateur::ParLigne(Noeud& noeud, CaseSortie sortie, int colonne, std::in
 bool Explicateur::ParRevenuDeReference(Noeud& noeud, std::int32_t profondeur) {
     const regles::Formule& capitaux =
         m_option == regles::Option::Forfait ? regles::capitauxAuForfait : regles::capitauxAuBareme;
+    std::int32_t gains = 0;
+    for (const CaseEntree box : {CaseEntree("3VG"), CaseEntree("3SG"), CaseEntree("3UA"), CaseEntree("3SL"),
+                                 CaseEntree("3VA"), CaseEntree("3VQ")})
+        gains += m_vues.back()[box];
+    const std::int32_t pertes = nPositif(m_vues.back()["3VH"] + m_vues.back()["3VR"] - gains);
     for (const regles::Formule& net : regles::revenuNet) {
         std::vector<Terme> termes;
         for (const regles::Formule& formule : {net, regles::horsRevenuNet, capitaux})
             formule.Parcourt([&](const Terme& terme) { termes.push_back(terme); });
-        // What comes off dividends is rounded together here, by kind in its lines.
+        // Losses count within the gains; what comes off dividends is rounded together here, by kind in its lines.
         Noeud essai = noeud;
-        const char* const arrondi = "arrondi";
-        if (!EssaieTermes(essai, Genre::Somme, termes, arrondi, 0, profondeur)) continue;
-        if (!essai.termes.empty() && essai.termes.back().libelle == arrondi && essai.termes.back().valeur > 1) continue;
+        if (!EssaieTermes(essai, Genre::Somme, termes, pertes > 0 ? "pertes au-delà des gains" : "arrondi", 0,
+                          profondeur))
+            continue;
+        const bool complete = !essai.termes.empty() && essai.termes.back().nom.empty();
+        if (std::abs((complete ? essai.termes.back().valeur : 0) - pertes) > 1) continue;
         noeud = std::move(essai);
         return true;
     }
