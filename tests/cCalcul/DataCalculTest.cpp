@@ -1,6 +1,6 @@
 #include "Calcul/cCalcul/Saisie.h"
 #include "tests/Hasard.h"
-#include "tests/Retour.h"
+#include "tests/Hote.h"
 
 namespace {
 
@@ -34,9 +34,9 @@ TEST(DataCalcul, QuotientStore) {
 }
 
 TEST(DataCalcul, ACopyTakesWhatTheHostGave) {
-    std::mt19937 hasard(10);
-    CDataCalcul source, copie;
-    test::RemplitAuHasard(source, hasard);
+    Hasard hasard(10);
+    const auto rempli = Hote(hasard.Tout());
+    CDataCalcul &source = *rempli, copie;
     source.Report["F11_2AA"] = 7;
     source.Sortie["TOT_IMPOT"] = 1;
     copie.AjouteQuotient(3, 9, 1);

@@ -1,7 +1,7 @@
 #include "Calcul/cCalcul/Lignes.h"
 
 #include "support/KVTarvel.h"
-#include "tests/Retour.h"
+#include "tests/Hote.h"
 
 namespace {
 

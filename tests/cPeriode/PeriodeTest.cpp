@@ -5,7 +5,8 @@
 #include <chrono>
 #include <cmath>
 
-#include "tests/Retour.h"
+#include "Calcul/pCalculN/Pilote.h"
+#include "tests/Hote.h"
 
 namespace {
 
@@ -78,7 +79,7 @@ TEST(Periode, AYearAndItsDates) {
     EXPECT_EQ(kv::TexteDate(kv::Date(2016, 2, 29)), u"29/02/2016");
     EXPECT_EQ(kv::TexteDate(kv::Date(1899, 12, 29) + 0.5), u"29/12/1899");  // before the origin
 
-    Retour{{"1AJ", 1}}.Calcule();
+    kv::Lance(*Hote("1AJ=1"), nullptr, true, -1.0);
     EXPECT_EQ(TPeriode().Annee, 2017);  // the year of the last launch
 }
 

@@ -4,11 +4,12 @@
 #include <set>
 #include <thread>
 
-#include "interface/Avertissements.h"
+#include "Calcul/pCalculN/Pilote.h"
 #include "interface/LibellesEntree.h"
 #include "interface/LibellesSortie.h"
-#include "tests/Foyer.h"
-#include "tests/HasardReductions.h"
+#include "tests/Figures.h"
+#include "tests/Hasard.h"
+#include "tests/Hote.h"
 
 namespace {
 
@@ -77,31 +78,27 @@ TEST(Sens, LabelsAreComposedFromTheTables) {
 // What the labels say of boxes without effect, unused outputs and columns holds of any return, under any options.
 TEST(Sens, NothingIsSaidThatAReturnShowsOtherwise) {
     std::set<int> inutiles, colonnes;
-    test::HasardReductions hasard(5);
+    Hasard hasard(5);
     for (int i = 0; i < 300; ++i) {
-        Retour retour = i % 2 == 0 ? hasard.Declaration(60) : hasard.Foyer();
-        hasard.Depenses(retour, 60), hasard.OutreMer(retour, 60);
-        CDataCalcul &data = retour.Data(), avec;
-        avec.CopieValeurs(data);
+        kv::Return r = i % 2 == 0 ? hasard.Declaration(60) : hasard.Simple();
+        hasard.Depenses(r, 60), hasard.OutreMer(r, 60);
+        r.set_launch(i % 3 == 0 ? KV_LAUNCH_FORCED : i % 3 == 1 ? KV_LAUNCH_OPTIONS : KV_LAUNCH_NORMAL);
+        kv::Return avec = r;
         for (int n = 0; n < kv::nEntrees; ++n)
-            if (De(CaseEntree::Numero(n)).groupe == sens::Groupe::HorsCalcul)
-                avec.Entree[CaseEntree::Numero(n)] = hasard.Entre(1, 90000);
-        for (CDataCalcul* d : {&data, &avec}) {
-            ASSERT_TRUE(kv::Lance(*d, nullptr, true, -1.0, i % 3 == 0, i % 3 == 1));
-            kv::LanceReports(*d, nullptr, -1.0);
-        }
-        EXPECT_TRUE(test::MemesSorties(data, avec) && data.Report.valeurs == avec.Report.valeurs) << i;
+            if (De(CaseEntree::Numero(n)).groupe == sens::Groupe::HorsCalcul) avec.set(n, hasard.Entre(1, 90000));
+        EXPECT_EQ(test::Sorties(r.compute()), test::Sorties(avec.compute())) << i;
         for (int j = 0; j < kv::nSorties; ++j) {
             const CaseSortie c = CaseSortie::Numero(j);
             const auto& s = De(c);
             const char* noms[] = {s.colonnes.c1, s.colonnes.c2, s.colonnes.c3};
-            if (data.Sortie[c] != 0 && Inutilisee(c)) inutiles.insert(j);
-            for (std::size_t k = 0; k < 3; ++k)
-                if (data.Colonne[k][c] != 0 && !*noms[k]) colonnes.insert(10 * j + static_cast<int>(k) + 1);
+            if (r.output(j) != 0 && Inutilisee(c)) inutiles.insert(j);
+            for (int k = 0; k < 3; ++k)
+                if (r.output(j, k + 1) != 0 && !*noms[k]) colonnes.insert(10 * j + k + 1);
         }
-        for (int r = 0; r < kv::nReports; ++r)
-            EXPECT_FALSE(data.Report[CaseReport::Numero(r)] != 0 && De(CaseReport::Numero(r)).libelle == "inutilisée")
-                << kv::report::noms[r];
+        for (int n = 0; n < kv::nReports; ++n) {
+            EXPECT_EQ(r.carry(n), avec.carry(n)) << kv::report::noms[n];
+            EXPECT_FALSE(r.carry(n) != 0 && De(CaseReport::Numero(n)).libelle == "inutilisée") << kv::report::noms[n];
+        }
     }
     for (const int j : inutiles) ADD_FAILURE() << kv::sortie::noms[j] << " is written";
     for (const int c : colonnes) ADD_FAILURE() << kv::sortie::noms[c / 10] << " has a column " << c % 10;
@@ -143,13 +140,11 @@ TEST(Avertissements, NameWhatCannotBeTrue) {
         {"C T=2", "T = 2 (Parent isolé): a tick is 0 or 1"},
     };
     for (const auto& c : cas) {
-        const auto messages = kv::Avertissements(Foyer(c.foyer).Data().Entree);
+        const auto messages = Foyer(c.foyer).warnings();
         ASSERT_EQ(messages.size(), *c.mention ? 1u : 0u) << c.foyer << (messages.empty() ? "" : ": " + messages[0]);
         for (const std::string& message : messages) EXPECT_NE(message.find(c.mention), std::string::npos) << message;
     }
-    Retour nonSaisi = Foyer("C 1AJ=30000");
-    nonSaisi.Avec({{"M", nNonSaisi}, {"1BJ", nNonSaisi}, {"AAF1", nNonSaisi}, {"T", nNonSaisi}});
-    EXPECT_TRUE(kv::Avertissements(nonSaisi.Data().Entree).empty());
+    EXPECT_TRUE(Foyer("C 1AJ=30000 M=unset 1BJ=unset AAF1=unset T=unset").warnings().empty());
 }
 
 }  // namespace

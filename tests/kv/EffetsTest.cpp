@@ -2,24 +2,19 @@
 
 #include <cmath>
 #include <kv.hpp>
-#include <random>
+
+#include "tests/Hasard.h"
 
 // What would change a figure: each answer is that of a computation of the changed return.
 
 namespace {
 
 // Plausible households with a bit of everything, and the net amount as a host finds it.
-kv::Return Foyer(unsigned graine) {
-    std::mt19937 hasard(graine);
-    kv::Return r;
-    for (const char* nom : {"M", "T", "AVA", "6QW"})
-        if (hasard() % 3 == 0) r.set(nom, 1);
-    for (const char* nom : {"Fm", "Hm", "7EF"})
-        if (hasard() % 3 == 0) r.set(nom, static_cast<int32_t>(1 + hasard() % 3));
-    for (const char* nom : {"1AJ", "1BJ", "1AS", "1AK", "2DC", "3VG", "4BE", "5HC", "5KO", "6RS", "7UF", "7DB",
-                            "ti.4BE", "tix.5HC", "tk.2DC", "quotient.4.1AJ", "quotient.2.1AJ", "quotient.4.1BJ"})
-        if (hasard() % 2 == 0) r.set(nom, static_cast<int32_t>(hasard() % 30000));
-    return r.set_launch(static_cast<kv_launch>(hasard() % 4));
+kv::Return Menage(unsigned graine) {
+    Hasard hasard(graine);
+    kv::Return r = hasard.Declaration(8);
+    hasard.Depenses(r, 2);
+    return r.set_launch(hasard.Entre(0, 3));
 }
 int32_t Net(kv::Return r) { return r.compute()["S_NET_A_PAYER"] - r["S_NET_RESTITUE"]; }
 
@@ -63,7 +58,7 @@ TEST(Effets, OfAHouseholdWorkedOutByHand) {
 TEST(Effets, AreThoseOfTheChangedReturn) {
     std::size_t vus = 0;
     for (unsigned graine = 0; graine < 60; ++graine) {
-        const kv::Return r = Foyer(graine);
+        const kv::Return r = Menage(graine);
         const auto effets = r.effects();
         EXPECT_EQ(effets.value, Net(r));
         int64_t precedent = INT64_MAX;
@@ -85,7 +80,7 @@ TEST(Effets, AreThoseOfTheChangedReturn) {
 
 TEST(Courbe, IsComputedAmountByAmount) {
     for (const char* montant : {"1AJ", "5KO", "ti.4BE", "quotient.4.1AJ"}) {
-        const kv::Return r = Foyer(7);
+        const kv::Return r = Menage(7);
         kv_range range{};
         range.amount = montant, range.from = -500, range.to = 80200, range.step = 9000, range.threads = 2;
         const auto courbe = r.curve(range);
@@ -106,7 +101,7 @@ TEST(Courbe, IsComputedAmountByAmount) {
 // Every amount of a piece lies on its line, to one euro; the next amount lies on no line that holds the piece.
 TEST(Morceaux, AreThoseOfAScanEuroByEuro) {
     for (unsigned graine = 0; graine < 12; ++graine) {
-        const kv::Return r = Foyer(graine);
+        const kv::Return r = Menage(graine);
         kv_range range{};
         range.amount = graine % 3 == 0 ? "5KO" : "1AJ", range.figure = graine % 2 == 0 ? "TOT_PAYER" : nullptr;
         range.from = static_cast<int32_t>(2000 * graine), range.to = range.from + 1200, range.step = 1;
@@ -252,7 +247,7 @@ TEST(Effets, BadCallsAreStatuses) {
 
 TEST(Trace, TellsTheStepsAndFindsTheSame) {
     for (unsigned graine = 0; graine < 20; ++graine) {
-        kv::Return r = Foyer(graine), tracee = r;
+        kv::Return r = Menage(graine), tracee = r;
         std::vector<std::string> lignes;
         tracee.compute_traced([&](const char* ligne) { lignes.emplace_back(ligne); });
         r.compute();

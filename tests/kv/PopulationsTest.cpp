@@ -1,9 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <kv.hpp>
-#include <random>
 #include <set>
 #include <tuple>
+
+#include "tests/Hasard.h"
 
 // Many returns in columns give what each of them gives alone.
 
@@ -13,17 +14,15 @@ namespace {
 class Population {
   public:
     Population(unsigned graine, std::size_t lignes, const std::vector<std::string>& noms) : m_noms(noms) {
-        std::mt19937 hasard(graine);
+        Hasard hasard(graine);
         for (const std::string& nom : noms) {
-            auto& colonne = m_colonnes.emplace_back(lignes);
-            for (int32_t& v : colonne) {
-                const auto sorte = hasard() % 16;
-                const bool coche = nom.size() < 3 || nom == "AVA" || nom == "6QW";
-                v = coche ? static_cast<int32_t>(hasard() % 3 == 0) : static_cast<int32_t>(hasard() % 40000);
-                if (sorte < 8) v = 0;
-                if (sorte == 8) v = KV_UNSET;
-                if (sorte == 9 && hasard() % 20 == 0) v = static_cast<int32_t>(hasard());
-            }
+            const bool coche = nom.size() < 3 || nom == "AVA" || nom == "6QW";
+            for (int32_t& v : m_colonnes.emplace_back(lignes))
+                v = hasard.UneFoisSur(2)    ? 0
+                    : hasard.UneFoisSur(40) ? hasard.Arbitraire()
+                    : hasard.UneFoisSur(10) ? KV_UNSET
+                    : coche                 ? hasard.Entre(0, 1)
+                                            : hasard.Montant();
         }
         for (std::size_t i = 0; i < noms.size(); ++i) entrees.push_back({m_noms[i].c_str(), m_colonnes[i].data()});
     }

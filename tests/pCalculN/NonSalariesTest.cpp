@@ -1,4 +1,4 @@
-#include "tests/Cas.h"
+#include "tests/Notation.h"
 
 namespace {
 
@@ -6,12 +6,16 @@ namespace {
 struct Categorie {
     const char* nom;
     struct Montant {
-        CaseEntree premier, second, charges;
+        const char *premier, *second, *charges;
         std::int32_t montant;
 
-        CaseEntree Box(std::size_t personne) const {
+        const char* Box(std::size_t personne) const {
             return personne == 0 ? premier : personne == 1 ? second : charges;
         }
+    };
+    struct Attendu {
+        std::string sortie;
+        std::int32_t valeur;
     };
     std::vector<Montant> montants;
     std::vector<Attendu> lignes;
@@ -79,20 +83,20 @@ const Categorie categories[] = {
 // The same activity gives the same income and the same tax whoever carries it on; only the column moves.
 TEST(NonSalaries, EachCategoryForEachPerson) {
     const auto calcule = [](const Categorie& c, std::initializer_list<std::size_t> personnes) {
-        Retour retour{{"M", 1}, {"2TR", 60000}};
+        kv::Return r = Foyer("M 2TR=60000");
         for (const auto& m : c.montants)
-            for (const std::size_t k : personnes) retour.Data().Entree[m.Box(k)] = m.montant;
-        return retour.Calcule();
+            for (const std::size_t k : personnes) r.set(m.Box(k), m.montant);
+        return r.compute();
     };
     for (const Categorie& c : categories) {
         for (std::size_t k = 0; k < 3; ++k) {
             SCOPED_TRACE(c.nom + std::string(", person ") + std::to_string(k + 1));
             const auto r = calcule(c, {k});
-            for (const Attendu& a : c.lignes) {
-                SCOPED_TRACE(kv::sortie::noms[a.sortie.numero]);
+            for (const Categorie::Attendu& a : c.lignes) {
+                SCOPED_TRACE(a.sortie);
                 std::vector<std::int32_t> colonnes(3);
                 colonnes[k] = a.valeur;
-                EXPECT_EQ(r.Colonnes(a.sortie), colonnes);
+                EXPECT_EQ(Colonnes(r, a.sortie), colonnes);
                 EXPECT_EQ(r[a.sortie], a.valeur);
             }
             EXPECT_EQ(r["TOT_R_BRUT"], c.brut);
@@ -100,153 +104,9 @@ TEST(NonSalaries, EachCategoryForEachPerson) {
         }
         SCOPED_TRACE(c.nom + std::string(", everyone"));
         const auto r = calcule(c, {0, 1, 2});
-        for (const Attendu& a : c.lignes) EXPECT_EQ(r[a.sortie], 3 * a.valeur) << kv::sortie::noms[a.sortie.numero];
+        for (const Categorie::Attendu& a : c.lignes) EXPECT_EQ(r[a.sortie], 3 * a.valeur) << a.sortie;
         EXPECT_EQ(r["TOT_R_BRUT"], 60000 + 3 * (c.brut - 60000));
     }
-}
-
-// CGI art. 50-0, 102 ter: the percentage, or the minimum of 305 shared between the two kinds of activity of a person.
-TEST(NonSalaries, MicroAllowances) {
-    // clang-format off
-    Cas cas[] = {
-        {"sales under the minimum", {{"5KO", 300}}, {{"RR_BIC_P_MIC_ABAT", 300}, {"RR_BIC_P_MIC", 0}}},
-        // 400: 284 against 244. 100: 71 against 61.
-        {"the percentage wins", {{"5KO", 400}, {"5NO", 100}}, {{"RR_BIC_P_MIC", 116}, {"RR_BIC_NP_MIC", 29}}},
-        // Shares 183 and 122, each within its receipts.
-        {"services, both exempted", {{"5KP", 120}, {"5NP", 80}}, {{"RR_BIC_P_MIC", 0}, {"RR_BIC_NP_MIC", 0}}},
-        // 254.17 against 250, 50.83 against 50.
-        {"services, shared minimum", {{"5KP", 500}, {"5NP", 100}}, {{"RR_BIC_P_MIC", 246}, {"RR_BIC_NP_MIC", 49}}},
-        {"sales and services do not share", {{"5KO", 300}, {"5KP", 300}}, {{"RR_BIC_P_MIC", 0}}},
-        // 203.33 against 204, 101.67 against 102.
-        {"non-commercial", {{"5HQ", 600}, {"5KU", 300}}, {{"RR_BNC_P_SPE", 396}, {"RR_BNC_NP_SPE", 198}}},
-        {"non-commercial, exempted", {{"5HQ", 200}, {"5KU", 100}}, {{"RR_BNC_P_SPE", 0}, {"RR_BNC_NP_SPE", 0}}},
-        {"persons do not share", {{"5KO", 300}, {"5LO", 10000}},
-         {{"RR_BIC_P_MIC_ABAT", 300, 1}, {"RR_BIC_P_MIC_ABAT", 7100, 2}, {"RR_BIC_P_MIC", 2900}}},
-        // Sales 10000 - 7100, services 2200 - 1100. Letting: 9500 - 7100 x 8/10 - 1100 x 15/22 = 9500 - 5680 - 750.
-        // Part that already bore the levies: 3000 - 7100 x 3/10.
-        {"furnished letting among other sales",
-         {{"5NO", 2000}, {"5NG", 5000}, {"5NJ", 3000}, {"5NP", 700}, {"5ND", 1000}, {"5NW", 500}},
-         {{"RR_BIC_NP_LM_MIC_DECL", 9500}, {"RR_BIC_NP_LM_MIC_ABAT", 6430}, {"RR_BIC_NP_LM", 3070},
-          {"RR_BIC_NP_MIC_DECL", 2700}, {"RR_BIC_NP_MIC_ABAT", 1770}, {"RR_BIC_NP", 930}, {"S_B_DEJA_SOUMIS", 870, 1}}},
-    };
-    // clang-format on
-    VerifieCas(cas);
-}
-
-// CGI art. 64 bis: the average of three years, or of the years since the start, less 87 %.
-TEST(NonSalaries, MicroFarms) {
-    const struct {
-        std::int32_t debut, n, nMoins1, nMoins2, forfait2015, moyenne, abattement;
-    } cas[] = {
-        {2010, 30000, 27000, 33000, 0, 30000, 26100},
-        {0, 30000, 27000, 33000, 0, 30000, 26100},
-        {2015, 30000, 0, 0, 6000, 12000, 8700},  // 36000 / 3; 26100 / 3
-        {2016, 20000, 10000, 0, 0, 15000, 13050},
-        {2017, 10000, 0, 0, 0, 10000, 8700},
-        {2017, 340, 0, 0, 0, 340, 305},  // 87 % of 340 is 296
-        {2017, 200, 0, 0, 0, 200, 200},
-        {2010, 100, 200, 600, 0, 300, 300},  // 261 for the average, under the minimum
-        {2010, 0, 600, 200, 0, 267, 241},    // (522 + 200) / 3
-        {2018, 10000, 10000, 10000, 0, 0, 0},
-        {nNonSaisi, 10000, 10000, 10000, 0, 0, 0},
-    };
-    static constexpr CaseEntree boxes[3][5] = {
-        {"5XC", "5XB", "5XE", "5XF", "5XD"}, {"5YC", "5YB", "5YE", "5YF", "5YD"}, {"5ZC", "5ZB", "5ZE", "5ZF", "5ZD"}};
-    for (const auto& c : cas) {
-        for (std::size_t k = 0; k < 3; ++k) {
-            SCOPED_TRACE(testing::Message() << c.debut << ": " << c.n << " " << c.nMoins1 << " " << c.nMoins2);
-            Retour retour;
-            const std::int32_t montants[] = {c.debut, c.n, c.nMoins1, c.nMoins2, c.forfait2015};
-            for (std::size_t i = 0; i < 5; ++i) retour.Data().Entree[boxes[k][i]] = montants[i];
-            const auto r = retour.Calcule();
-            EXPECT_EQ(r.C(k + 1, "RR_BA_MICRO_MOY"), c.moyenne);
-            EXPECT_EQ(r["RR_BA_MICRO_ABAT"], c.abattement);
-            EXPECT_EQ(r["RR_BA"], c.moyenne - c.abattement);
-        }
-    }
-}
-
-// CGI art. 158-7: profits without an approved centre count for 125 %, deficits as they are.
-TEST(NonSalaries, Surcharges) {
-    // clang-format off
-    Cas cas[] = {
-        {"a professional loss comes off the non-professional base", {{"5KL", 1000}, {"5NI", 5000}},
-         {{"RR_BIC_P_MAJO", 0}, {"RR_BIC_NP_MAJO", 1000}, {"RR_BIC_P", -1000}, {"RR_BIC_NP", 6000}, {"RREEL", 5000}}},
-        {"of the same person only", {{"5LL", 1000}, {"5NI", 5000}},
-         {{"RR_BIC_NP_MAJO", 1250}, {"RR_BIC_P", -1000}, {"RREEL", 5250}}},
-        {"a larger loss leaves nothing to raise", {{"5KL", 6000}, {"5NI", 5000}},
-         {{"RR_BIC_P_MAJO", 0}, {"RR_BIC_NP_MAJO", 0}, {"RREEL", -1000}}},
-        {"both profits are raised", {{"5KI", 1000}, {"5NI", 2000}}, {{"RR_BIC_P_MAJO", 250}, {"RR_BIC_NP_MAJO", 500}}},
-        {"deficits are not raised", {{"5HL", 400}, {"5QK", 400}, {"5NZ", 400}},
-         {{"RR_BA", -400}, {"RR_BNC_P", -400}, {"RR_BIC_NP_LM", -400}}},
-        {"non-professional, person by person", {{"5SN", 3000}, {"5SP", 1000}, {"5NS", 1000}, {"5NU", 2500}},
-         {{"RR_BNC_NP_CON_MAJ", 500, 1}, {"RR_BNC_NP_CON_MAJ", 0, 2}, {"RR_BNC_NP", 1000}}},
-    };
-    // clang-format on
-    VerifieCas(cas);
-}
-
-// CGI art. 156 I 1 bis, 1 ter, 2: the deficits of a non-professional category wait for its own profits.
-TEST(NonSalaries, DeficitsOfNonProfessionalCategories) {
-    // clang-format off
-    const struct {
-        CaseEntree benefice, perte;
-        std::vector<CaseEntree> annees;  // of the deficits, the oldest first
-        CaseSortie resultat, impute, deficit, anterieurs, imputes, annee, perdus, reste;
-        bool efface;  // nothing left to carry: the detail is cleared
-    } activites[] = {
-        {"5JG", "5JJ", {"5HT", "5IT", "5JT", "5KT", "5LT", "5MT"}, "RR_BNC_NP", "RR_BNC_NP_DEF_IMP",
-         "RR_BNC_NP_DEF_REP", "NP1_BNCNP_ANT", "NP1_BNCNP_IMP", "NP1_BNCNP_ANN", "NP1_BNCNP_PER", "NP1_BNCNP", true},
-        {"5NC", "5NF", {"5RN", "5RO", "5RP", "5RQ", "5RR", "5RW"}, "RR_BIC_NP", "RR_BIC_NP_DEF_IMP",
-         "RR_BIC_NP_DEF_REP", "NP1_BICNP_ANT", "NP1_BICNP_IMP", "NP1_BICNP_ANN", "NP1_BICNP_PER", "NP1_BICNP", true},
-        {"5NA", "5NY", {"5GA", "5GB", "5GC", "5GD", "5GE", "5GF", "5GG", "5GH", "5GI", "5GJ"}, "RR_BIC_NP_LM",
-         "RR_BIC_NP_LM_DEF_IMP", "RR_BIC_NP_LM_DEF_REP", "NP1_BICNP_LM_ANT", "NP1_BICNP_LM_IMP", "NP1_BICNP_LM_ANN",
-         "NP1_BICNP_LM_PER", "NP1_BICNP_LM", false},
-    };
-    // clang-format on
-    const struct {
-        std::int32_t benefice, perte, plusAncien, suivantes;
-        std::int32_t resultat, impute, deficit;
-        std::vector<std::int32_t> reports;  // earlier, imputed, of the year, lapsed, left
-    } cas[] = {
-        {8500, 0, 3000, 4500, 1000, 7500, 0, {7500, 7500, 0, 0, 0}},
-        {2000, 0, 3000, 4500, 0, 2000, 0, {7500, 2000, 0, 1000, 4500}},
-        {0, 2000, 3000, 4500, -2000, 0, 2000, {7500, 0, 2000, 3000, 6500}},
-        {0, 0, 3000, 4500, 0, 0, 0, {7500, 0, 0, 3000, 4500}},
-        {5000, 0, 0, 0, 5000, 0, 0, {0, 0, 0, 0, 0}},
-        {1000, 0, 3000, 0, 0, 1000, 0, {3000, 1000, 0, 2000, 0}},
-    };
-    for (const auto& a : activites) {
-        for (const auto& c : cas) {
-            SCOPED_TRACE(testing::Message() << kv::sortie::noms[a.resultat.numero] << " " << c.benefice - c.perte);
-            Retour retour;
-            auto& E = retour.Data().Entree;
-            E[a.benefice] = c.benefice, E[a.perte] = c.perte, E[a.annees[0]] = c.plusAncien;
-            const auto suivantes = static_cast<std::int32_t>(a.annees.size()) - 1;
-            for (const CaseEntree box : std::span(a.annees).subspan(1)) E[box] = c.suivantes / suivantes;
-            const auto r = retour.Calcule();
-            EXPECT_EQ(r[a.resultat], c.resultat);
-            EXPECT_EQ(r[a.impute], c.impute);
-            EXPECT_EQ(r[a.deficit], c.deficit);
-            EXPECT_EQ(r["TOT_R_BRUT"], std::max(c.resultat, 0));
-            const bool efface = a.efface && c.reports[4] == 0;
-            EXPECT_EQ((std::vector{r[a.anterieurs], r[a.imputes], r[a.annee], r[a.perdus], r[a.reste]}),
-                      efface ? std::vector<std::int32_t>(5) : c.reports);
-        }
-    }
-}
-
-// Earlier deficits come off the persons in proportion to their profits; a loss of the year shows by person.
-TEST(NonSalaries, DeficitsByPerson) {
-    const auto partage = Retour{{"5NC", 6000}, {"5OC", 3000}, {"5PF", 1000}, {"5RN", 3000}}.Calcule();
-    EXPECT_EQ(partage.Colonnes("RR_BIC_NP_DEF_IMP"), (std::vector{2000, 1000, 0}));
-    EXPECT_EQ(partage.Colonnes("RR_BIC_NP"), (std::vector{4000, 2000, -1000}));
-    EXPECT_EQ(partage["TOT_R_BRUT"], 5000);
-
-    const auto perte = Retour{{"5NF", 600}, {"5OC", 200}, {"5NY", 50}, {"5OY", 70}}.Calcule();
-    EXPECT_EQ(perte.Colonnes("RR_BIC_NP_DEF_REP"), (std::vector{600, -200, 0}));
-    EXPECT_EQ(perte.Colonnes("RR_BIC_NP_LM_DEF_REP"), (std::vector{50, 70, 0}));
-    EXPECT_EQ(perte.Colonnes("RREEL"), (std::vector{0, 0, 0}));
 }
 
 }  // namespace

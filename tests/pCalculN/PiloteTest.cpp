@@ -5,9 +5,10 @@
 #include <new>
 #include <thread>
 
+#include "interface/Retour.h"
 #include "support/Trace.h"
-#include "tests/Foyer.h"
-#include "tests/HasardReductions.h"
+#include "tests/Hasard.h"
+#include "tests/Hote.h"
 #include "tests/Messages.h"
 #include "tests/RepertoireDeTrace.h"
 
@@ -56,9 +57,7 @@ namespace {
 using kv::Service;
 using test::Messages;
 
-bool Lance(CDataCalcul& data, bool options = false, const kv::Loi& loi = kv::loi2017) {
-    return kv::Lance(data, nullptr, true, -1.0, false, options, loi);
-}
+bool Lance(CDataCalcul& data, bool options = false) { return kv::Lance(data, nullptr, true, -1.0, false, options); }
 
 // The sum of the companions that are set, in 32 bits.
 template <class Zone>
@@ -68,129 +67,109 @@ std::int32_t Somme(const Zone& zone) {
     return static_cast<std::int32_t>(somme);
 }
 
+using Retours = std::vector<std::unique_ptr<CDataCalcul>>;
+
 // Households with plausible amounts, and every fourth return with arbitrary values anywhere.
-std::vector<Retour> RetoursAuHasard(unsigned graine, int nombre) {
-    Hasard plausible(graine);
-    std::mt19937 arbitraire(graine);
-    std::vector<Retour> retours;
+Retours RetoursAuHasard(unsigned graine, int nombre) {
+    Hasard hasard(graine);
+    Retours retours;
     for (int i = 0; i < nombre; ++i) {
-        retours.push_back(i % 4 == 0 ? Retour{} : plausible.Declaration());
-        if (i % 4 == 0) test::RemplitAuHasard(retours.back().Data(), arbitraire);
+        kv::Return r = i % 4 == 0 ? hasard.Tout() : hasard.Declaration();
         // A new resident's ceilings come from the launch before; a comparison of options clears the two it compares.
-        retours.back().Avec({{"6QW", 0}, {"PFU", i % 4 == 1}, {"BAR", i % 4 == 2}});
-        if (i % 4 == 3) retours.back().Avec({{"AVA", 1}});
+        r.set("6QW", 0).set("PFU", i % 4 == 1).set("BAR", i % 4 == 2);
+        if (i % 4 == 3) r.set("AVA", 1);
+        retours.push_back(Hote(r));
     }
     return retours;
 }
 
 TEST(Pilote, ALaunchLeavesTheReturnAsTheHostGaveIt) {
     for (const bool options : {false, true}) {
-        for (Retour& retour : RetoursAuHasard(2017, 120)) {
-            CDataCalcul& data = retour.Data();
-            const Donnees avant(data);
-            ASSERT_TRUE(Lance(data, options));
-            EXPECT_TRUE(Donnees(data) == avant);
-            EXPECT_EQ(data.Entree["8TI"], Somme(data.TI));
-            EXPECT_EQ(data.Entree["8TK"], Somme(data.TK));
+        for (const auto& data : RetoursAuHasard(2017, 120)) {
+            const Donnees avant(*data);
+            ASSERT_TRUE(Lance(*data, options));
+            EXPECT_TRUE(Donnees(*data) == avant);
+            EXPECT_EQ(data->Entree["8TI"], Somme(data->TI));
+            EXPECT_EQ(data->Entree["8TK"], Somme(data->TK));
         }
     }
 }
 
 TEST(Pilote, LaunchesAgree) {
-    for (Retour& retour : RetoursAuHasard(14, 120)) {
+    for (const auto& data : RetoursAuHasard(14, 120)) {
         CDataCalcul autre;
-        autre.CopieValeurs(retour.Data());
-        ASSERT_TRUE(Lance(retour.Data()) && Lance(autre));
-        EXPECT_TRUE(test::MemesSorties(retour.Data(), autre));
+        autre.CopieValeurs(*data);
+        ASSERT_TRUE(Lance(*data) && Lance(autre));
+        EXPECT_TRUE(test::MemesSorties(*data, autre));
         ASSERT_TRUE(Lance(autre));  // again, over the outputs of the first time
-        EXPECT_TRUE(test::MemesSorties(retour.Data(), autre));
+        EXPECT_TRUE(test::MemesSorties(*data, autre));
     }
-}
-
-// A few boxes of any section, or twenty of income and charges; advantages, a new resident, each kind of re-run alone.
-std::vector<Retour> RetoursVaries(unsigned graine, int nombre) {
-    test::HasardReductions hasard(graine);
-    std::vector<Retour> retours = RetoursAuHasard(graine, nombre / 4);
-    while (std::ssize(retours) < nombre) {
-        const bool simple = hasard.UneFoisSur(2);
-        Retour& retour = retours.emplace_back(simple ? hasard.Foyer() : hasard.Declaration(hasard.Entre(1, 20)));
-        hasard.Depenses(retour, hasard.Entre(0, 4));
-        if (hasard.UneFoisSur(4)) hasard.OutreMer(retour, 3);
-        for (const CaseEntree box : {CaseEntree("1AQ"), CaseEntree("1BC"), CaseEntree("4BY"), CaseEntree("5TA"),
-                                     CaseEntree("5TF"), CaseEntree("2DH"), CaseEntree("6RS"), CaseEntree("8TC")})
-            if (hasard.UneFoisSur(4)) retour.Avec({{box, hasard.Entre(1, 30000)}});
-        for (const CaseEntree option : {CaseEntree("6QW"), CaseEntree("AVA"), CaseEntree("PFU"), CaseEntree("BAR")})
-            if (hasard.UneFoisSur(4)) retour.Avec({{option, 1}});
-        if (hasard.UneFoisSur(3)) retour.TI("4BE", hasard.Entre(1, 9000)).TK("2DC", hasard.Entre(0, 900));
-        if (hasard.UneFoisSur(8)) retour.Quotient("1AJ", 4, hasard.Entre(0, 9000));
-    }
-    return retours;
 }
 
 // A traced launch passes over no step and no run: what the others pass over would have changed nothing, whatever the
-// figures of the law.
+// return, the launch and the figures of the law.
 TEST(Pilote, TracedAndUntracedLaunchesAgree) {
-    for (const bool options : {false, true}) {
-        auto sans = RetoursVaries(31, 96), avec = RetoursVaries(31, 96);
-        Hasard hasard(31);
-        std::vector<kv::Loi> lois(sans.size(), kv::loi2017);
-        for (std::size_t i = 0; i < lois.size(); i += 2) lois[i] = hasard.Loi();
-        const test::RepertoireDeTrace repertoire;
-        for (std::size_t i = 0; i < sans.size(); ++i) ASSERT_TRUE(Lance(sans[i].Data(), options, lois[i]));
-        EXPECT_TRUE(repertoire.Lignes().empty());
+    Hasard hasard(31);
+    const test::RepertoireDeTrace repertoire;
+    repertoire.PoseMarqueur();
+    for (int i = 0; i < 250; ++i) {
+        kv::Return r = hasard.Variee();
+        const auto avec = Hote(r), sans = Hote(r);
+        const kv_launch lancement = r.launch();
+        const auto lance = [&](CDataCalcul& data) {
+            return kv::Lance(data, nullptr, true, r.indexation(), lancement >= KV_LAUNCH_FORCED, lancement % 2 == 1,
+                             r.handle()->demande.loi);
+        };
+        ASSERT_TRUE(lance(*avec));
+        std::filesystem::remove(repertoire.Marqueur());
+        ASSERT_TRUE(lance(*sans));
         repertoire.PoseMarqueur();
-        for (std::size_t i = 0; i < avec.size(); ++i) {
-            ASSERT_TRUE(Lance(avec[i].Data(), options, lois[i]));
-            EXPECT_TRUE(test::MemesSorties(sans[i].Data(), avec[i].Data())) << i;
-        }
-        EXPECT_FALSE(repertoire.Lignes().empty());
+        EXPECT_TRUE(test::MemesSorties(*avec, *sans)) << i;
     }
+    EXPECT_FALSE(repertoire.Lignes().empty());
 }
 
 TEST(Pilote, TwoThreadsFindWhatOneFinds) {
     auto seuls = RetoursAuHasard(7, 16), ensemble = RetoursAuHasard(7, 16);
-    for (Retour& retour : seuls) ASSERT_TRUE(Lance(retour.Data()));
+    for (const auto& data : seuls) ASSERT_TRUE(Lance(*data));
     const auto lance = [&](std::size_t premier) {
-        for (std::size_t i = premier; i < ensemble.size(); i += 2) Lance(ensemble[i].Data());
+        for (std::size_t i = premier; i < ensemble.size(); i += 2) Lance(*ensemble[i]);
     };
     std::thread autre(lance, 1);
     lance(0);
     autre.join();
-    for (std::size_t i = 0; i < seuls.size(); ++i)
-        EXPECT_TRUE(test::MemesSorties(seuls[i].Data(), ensemble[i].Data())) << i;
+    for (std::size_t i = 0; i < seuls.size(); ++i) EXPECT_TRUE(test::MemesSorties(*seuls[i], *ensemble[i])) << i;
 }
 
 // A return with something of everything that a launch moves.
-Retour RetourComplet() {
-    Retour retour = Foyer(
-        "M Fm=2 Nm 1AJ=40000 1AG=1000 1NX=200 1AM=300 1AC=900 1AE=80 1AH=70 1BC=-5 1BJ=-2147483647 1BS=9000 "
-        "5TB=800 5KP=1000 5TF=60 4BA=50 4BY=40 CIMR 6EL=8000");
-    retour.TI("5HC", 500).TIX("5HC", 700).TI("5IF", nNonSaisi).TK("1AF", 300).TKZ("1AF", 400).TK("5AK", 20);
-    retour.Quotient("1AJ", 4, 10000).Quotient("1BJ", 0, nNonSaisi).Quotient("RAQ", 3, 600);
-    return retour;
+std::unique_ptr<CDataCalcul> RetourComplet() {
+    return Hote(
+        "M Fm=2 Nm 1AJ=40000 1AG=1000 1NX=200 1AM=300 1AC=900 1AE=80 1AH=70 1BC=-5 1BJ=unset 1BS=9000 5TB=800 5KP=1000 "
+        "5TF=60 4BA=50 4BY=40 CIMR 6EL=8000 ti.5HC=500 tix.5HC=700 ti.5IF=unset tk.1AF=300 tkz.1AF=400 tk.5AK=20 "
+        "quotient.4.1AJ=10000 quotient.0.1BJ=unset quotient.3.RAQ=600");
 }
 
 TEST(Pilote, AStepThatThrowsLeavesTheReturnAsTheHostGaveIt) {
-    Retour temoin = RetourComplet();
-    ASSERT_TRUE(Lance(temoin.Data(), true));
+    const auto temoin = RetourComplet();
+    ASSERT_TRUE(Lance(*temoin, true));
     for (const bool durable : {false, true}) {
         bool atteinte = true;
         for (long n = 1; atteinte; n += 1 + n / (durable ? 16 : 64)) {  // every one at first, then ever sparser
-            Retour retour = RetourComplet();
-            const Donnees avant(retour.Data());
+            const auto data = RetourComplet();
+            const Donnees avant(*data);
             const Messages messages;
             testing::internal::CaptureStderr();
             bool reussi;
             {
                 const MemoireCourte memoire(n, durable);
-                reussi = Lance(retour.Data(), true);
+                reussi = Lance(*data, true);
                 atteinte = memoire.Atteinte();
             }
             const std::string erreurs = testing::internal::GetCapturedStderr();
-            ASSERT_TRUE(Donnees(retour.Data()) == avant) << n;
+            ASSERT_TRUE(Donnees(*data) == avant) << n;
             ASSERT_TRUE(reussi || atteinte) << n;
             if (reussi) {
-                EXPECT_TRUE(test::MemesSorties(retour.Data(), temoin.Data())) << n;
+                EXPECT_TRUE(test::MemesSorties(*data, *temoin)) << n;
             } else if (durable) {  // the host's function is short of memory too: the message goes to standard error
                 EXPECT_NE(erreurs.find("(Calcul/pCalculN ligne : "), std::string::npos) << n;
                 EXPECT_NE(erreurs.find("bad_alloc"), std::string::npos) << n;
@@ -232,7 +211,7 @@ TEST(Pilote, TheScaleShortcut) {
 
 TEST(Pilote, Trace) {
     const test::RepertoireDeTrace repertoire;
-    const auto lance = [] { Foyer("M 1AJ=33333 1AG=1000 1BJ=-5 1BS=-2147483647").Calcule(); };
+    const auto lance = [] { Lance(*Hote("M 1AJ=33333 1AG=1000 1BJ=-5 1BS=unset")); };
     lance();
     EXPECT_TRUE(std::filesystem::is_empty(repertoire.KvTemp()));
     repertoire.PoseMarqueur();

@@ -1,34 +1,34 @@
 #include <set>
-#include <string_view>
 
-#include "Calcul/cCalcul/Catalogues.h"
 #include "tests/Hasard.h"
+#include "tests/Notation.h"
 
 namespace {
 
 constexpr int nDeclarations = 150;
-
-Retour Copie(Retour& original) {
-    Retour copie;
-    copie.Data().CopieValeurs(original.Data());
-    return copie;
-}
 
 // The household is the sum of its persons, and its gross income that of the three kinds of income.
 TEST(ProprietesRevenus, TotalsOfTheHousehold) {
     Hasard hasard(2044);
     for (int i = 0; i < nDeclarations; ++i) {
         SCOPED_TRACE(i);
-        const auto r = hasard.Declaration().Calcule();
-        for (const CaseSortie ligne : std::initializer_list<CaseSortie>{
-                 "RN_SAL_SAIS",       "RN_SAL_DED_10",  "RN_SAL",       "RN_PEN_DECL",
-                 "RN_PEN_ABAT",       "RN_PEN",         "RD_GAINS",     "RR_BA_MICRO_REV_IMP",
-                 "RR_BA_MAJO",        "RR_BIC_P",       "RR_BIC_P_MIC", "RR_BIC_NP_MIC",
-                 "RR_BIC_NP_LM_MIC",  "RR_BIC_NP_MAJO", "RR_BNC_P",     "RR_BNC_NP_SPE",
-                 "RR_BNC_NP_CON_MAJ", "RF_PLUS",        "RF_PENSIONS",  "RF_INVENTEURS",
-                 "REXONERE",          "NP1_MV_LT",      "FP_TI_SAL",    "FP_TI_PENS",
-                 "MOND_AUTO_ENTR_P",  "MOND_PROSPEC"})
-            EXPECT_EQ(r[ligne], r.C(1, ligne) + r.C(2, ligne) + r.C(3, ligne)) << kv::sortie::noms[ligne.numero];
+        const auto r = hasard.Declaration().compute();
+        for (const std::string ligne : {"RN_SAL_SAIS",    "RN_SAL_DED_10",
+                                        "RN_SAL",         "RN_PEN_DECL",
+                                        "RN_PEN_ABAT",    "RN_PEN",
+                                        "RD_GAINS",       "RR_BA_MAJO",
+                                        "RR_BIC_P",       "RR_BIC_P_MIC",
+                                        "RR_BIC_NP_MIC",  "RR_BIC_NP_LM_MIC",
+                                        "RF_PENSIONS",    "RR_BNC_P",
+                                        "RR_BIC_NP_MAJO", "RR_BNC_NP_SPE",
+                                        "RF_PLUS",        "RR_BNC_NP_CON_MAJ",
+                                        "RF_INVENTEURS",  "REXONERE",
+                                        "NP1_MV_LT",      "FP_TI_SAL",
+                                        "FP_TI_PENS",     "MOND_AUTO_ENTR_P",
+                                        "MOND_PROSPEC",   "RR_BA_MICRO_REV_IMP"}) {
+            const auto colonnes = Colonnes(r, ligne);
+            EXPECT_EQ(r[ligne], colonnes[0] + colonnes[1] + colonnes[2]) << ligne;
+        }
         EXPECT_EQ(r["TOT_R_BRUT"], r["RNORMAL"] + r["RDIVERS"] + r["RREEL"]);
         EXPECT_LE(r["C_REDUC"] - r["C_TM_BIS"] - r["C_TM_TER"], std::max(r["TOT_R_BRUT"], 0));
         EXPECT_GE(r["TOT_R_IMPOS"] + r["QUOTIENT"], 0);
@@ -39,89 +39,102 @@ TEST(ProprietesRevenus, TotalsOfTheHousehold) {
 // ---- Two declarants who change places.
 
 struct Paire {
-    CaseEntree premier, second;
+    std::int32_t premier, second;
 };
 
 // The first declarant's boxes with the second's: one letter on, but for those that the form names otherwise.
 const std::vector<Paire>& Jumelles() {
     static const std::vector<Paire> paires = [] {
-        std::vector<Paire> trouvees = {
-            {"5JG", "5RF"}, {"5JJ", "5RG"}, {"5SN", "5NS"}, {"5SP", "5NU"}, {"5SO", "5NT"},
-            {"5JU", "5LD"}, {"5IU", "5RZ"}, {"5HK", "5JK"}, {"5IK", "5KK"}, {"5SV", "5SW"},
-            {"5XT", "5XU"}, {"5XV", "5XW"}, {"1SM", "1DN"}, {"3VJ", "3VK"}, {"AAQ", "BAQ"},
+        std::vector<Paire> trouvees;
+        std::set<std::int32_t> premiers;
+        const auto ajoute = [&](const std::string& premier, const std::string& second) {
+            const auto a = kv::find(KV_ENTRY, premier), b = kv::find(KV_ENTRY, second);
+            if (!a || !b || kv::describe(KV_ENTRY, *b).person != 2 || !premiers.insert(*a).second) return;
+            trouvees.push_back({*a, *b});
         };
-        for (const CaseEntree box : Hasard::Boites()) {
-            const auto& ligne = kv::entree::lignes[box.numero];
-            if (ligne.personne != kv::entree::D1) continue;
-            if (std::any_of(trouvees.begin(), trouvees.end(), [&](const Paire& p) { return p.premier == box; }))
-                continue;
-            std::string nom = ligne.nom;
-            ++nom[nom[0] == '6' ? 2 : 1];
-            const int second = kv::NumeroEntree(std::string_view(nom));
-            if (second >= 0 && kv::entree::lignes[second].personne == kv::entree::D2)
-                trouvees.push_back({box, CaseEntree::Numero(second)});
+        for (const auto& [premier, second] : {std::pair("5JG", "5RF"),
+                                              {"5JJ", "5RG"},
+                                              {"5SN", "5NS"},
+                                              {"5SP", "5NU"},
+                                              {"5SO", "5NT"},
+                                              {"5JU", "5LD"},
+                                              {"5IU", "5RZ"},
+                                              {"5HK", "5JK"},
+                                              {"5IK", "5KK"},
+                                              {"5SV", "5SW"},
+                                              {"5XT", "5XU"},
+                                              {"5XV", "5XW"},
+                                              {"1SM", "1DN"},
+                                              {"3VJ", "3VK"},
+                                              {"AAQ", "BAQ"}})
+            ajoute(premier, second);
+        for (const std::int32_t box : Hasard::Revenus()) {
+            const kv_box fiche = kv::describe(KV_ENTRY, box);
+            std::string second = fiche.name;
+            ++second[second[0] == '6' ? 2 : 1];
+            if (fiche.person == 1) ajoute(fiche.name, second);
         }
         return trouvees;
     }();
     return paires;
 }
 
-// Swaps what two boxes hold: entry, companions, exceptional amounts.
-void Echange(CDataCalcul& data, const Paire& p) {
-    const auto& a = TableEntree[static_cast<std::size_t>(p.premier.numero)];
-    const auto& b = TableEntree[static_cast<std::size_t>(p.second.numero)];
-    const auto echange = [](auto& valeurs, std::int32_t i, std::int32_t j) {
-        if (i >= 0) std::swap(valeurs[static_cast<std::size_t>(i)], valeurs[static_cast<std::size_t>(j)]);
-    };
-    std::swap(data.Entree[p.premier], data.Entree[p.second]);
-    echange(data.TI.valeurs, a.nTI, b.nTI);
-    echange(data.TIX.valeurs, a.nTIX, b.nTIX);
-    echange(data.TIY.valeurs, a.nTIY, b.nTIY);
-    echange(data.TK.valeurs, a.nTK, b.nTK);
-    echange(data.TKZ.valeurs, a.nTKZ, b.nTKZ);
-    echange(data.MapsQuotients, a.nQuotient, b.nQuotient);
+// The same return where the declarants have changed places: entries, companions, exceptional amounts.
+kv::Return Echange(const kv::Return& r) {
+    kv::Return echange = r;
+    const auto exceptionnels = r.exceptional();
+    for (const auto& [box, coefficient, montant] : exceptionnels)
+        for (const Paire& p : Jumelles())
+            if (box == p.premier || box == p.second) echange.set_exceptional(box, coefficient, 0);
+    for (const Paire& p : Jumelles()) {
+        for (kv_area aire = KV_AREA_ENTRY; aire <= KV_AREA_TKZ; ++aire) {
+            std::int32_t a = 0, b = 0;
+            if (kv_get_box(r.handle(), aire, p.premier, &a) != KV_OK) continue;
+            if (kv_get_box(r.handle(), aire, p.second, &b) != KV_OK) continue;
+            echange.set(p.premier, b, aire).set(p.second, a, aire);
+        }
+        for (const auto& [box, coefficient, montant] : exceptionnels) {
+            if (box == p.premier) echange.set_exceptional(p.second, coefficient, montant);
+            if (box == p.second) echange.set_exceptional(p.premier, coefficient, montant);
+        }
+    }
+    return echange;
 }
 
 TEST(ProprietesRevenus, EachDeclarantHasTheSameBoxes) {
-    std::set<int> seconds;
+    std::set<std::int32_t> seconds;
     for (const Paire& p : Jumelles()) {
-        const auto& a = kv::entree::lignes[p.premier.numero];
-        const auto& b = kv::entree::lignes[p.second.numero];
-        SCOPED_TRACE(a.nom + std::string(" ") + b.nom);
-        EXPECT_EQ(a.personne, kv::entree::D1);
-        EXPECT_EQ(b.personne, kv::entree::D2);
-        EXPECT_EQ(a.marques, b.marques);
-        EXPECT_TRUE(seconds.insert(p.second.numero).second);
+        const kv_box a = kv::describe(KV_ENTRY, p.premier), b = kv::describe(KV_ENTRY, p.second);
+        SCOPED_TRACE(a.name + std::string(" ") + b.name);
+        EXPECT_EQ(a.person, 1);
+        EXPECT_EQ(a.ti >= 0, b.ti >= 0);
+        EXPECT_EQ(a.tix >= 0, b.tix >= 0);
+        EXPECT_EQ(a.tk >= 0, b.tk >= 0);
+        EXPECT_EQ(a.quotient >= 0, b.quotient >= 0);
+        EXPECT_TRUE(seconds.insert(p.second).second);
     }
     EXPECT_GE(seconds.size(), 150u);
 }
 
 TEST(ProprietesRevenus, DeclarantsMayChangePlaces) {
-    std::set<int> avecJumelle;
-    for (const Paire& p : Jumelles()) avecJumelle.insert({p.premier.numero, p.second.numero});
+    std::set<std::int32_t> avecJumelle;
+    for (const Paire& p : Jumelles()) avecJumelle.insert({p.premier, p.second});
     Hasard hasard(2045);
     for (int i = 0; i < nDeclarations; ++i) {
         SCOPED_TRACE(i);
-        Retour retour = hasard.Declaration(40);
-        CDataCalcul& data = retour.Data();
-        data.Entree["M"] = 1, data.Entree["AAF1"] = 0;
-        for (const CaseEntree box : Hasard::Boites()) {
-            const auto personne = kv::entree::lignes[box.numero].personne;
-            if (personne <= kv::entree::D2 && !avecJumelle.contains(box.numero)) data.Entree[box] = 0;
+        kv::Return r = hasard.Declaration(40);
+        r.set("M", 1).set("AAF1", 0);
+        for (const std::int32_t box : Hasard::Revenus())
+            if (kv::describe(KV_ENTRY, box).person <= 2 && !avecJumelle.contains(box)) r.set(box, 0);
+        const auto a = kv::Return(r).compute(), b = Echange(r).compute();
+        for (const char* sortie : {"TOT_R_BRUT", "TOT_R_IMPOS", "TOT_IMPOT", "RQ_REV_EXCEP", "REVENU_REF", "IMPOT_TM",
+                                   "IMPOT_TX_EFFECTIF", "TOT_R_MONDIAL", "IMPOT_ETR_REV_TK"})
+            EXPECT_EQ(a[sortie], b[sortie]) << sortie;
+        for (const char* ligne :
+             {"RN_SAL", "RR_BA", "RR_BIC_P", "RR_BIC_NP_LM", "RR_BNC_P", "RR_BNC_NP", "RF_PLUS", "REXONERE"}) {
+            const auto c = Colonnes(b, ligne);
+            EXPECT_EQ(Colonnes(a, ligne), (std::vector{c[1], c[0], c[2]})) << ligne;
         }
-        Retour echange = Copie(retour);
-        for (const Paire& p : Jumelles()) Echange(echange.Data(), p);
-
-        const auto a = retour.Calcule();
-        const auto b = echange.Calcule();
-        for (const CaseSortie sortie :
-             std::initializer_list<CaseSortie>{"TOT_R_BRUT", "TOT_R_IMPOS", "TOT_IMPOT", "RQ_REV_EXCEP", "REVENU_REF",
-                                               "IMPOT_TM", "IMPOT_TX_EFFECTIF", "TOT_R_MONDIAL", "IMPOT_ETR_REV_TK"})
-            EXPECT_EQ(a[sortie], b[sortie]) << kv::sortie::noms[sortie.numero];
-        for (const CaseSortie ligne : std::initializer_list<CaseSortie>{"RN_SAL", "RR_BA", "RR_BIC_P", "RR_BIC_NP_LM",
-                                                                        "RR_BNC_P", "RR_BNC_NP", "RF_PLUS", "REXONERE"})
-            EXPECT_EQ(a.Colonnes(ligne), (std::vector{b.C(2, ligne), b.C(1, ligne), b.C(3, ligne)}))
-                << kv::sortie::noms[ligne.numero];
     }
 }
 

@@ -2,8 +2,10 @@
 #include <numeric>
 #include <set>
 
+#include "Calcul/pCalculN/Pilote.h"
 #include "Calcul/pCalculN/ReportsTable.h"
-#include "tests/Foyer.h"
+#include "tests/Hasard.h"
+#include "tests/Hote.h"
 
 namespace {
 
@@ -75,29 +77,6 @@ TEST(Reports, CopiesFollowTheirFigures) {
     EXPECT_TRUE(Donnees(data) == saisie);
 }
 
-TEST(Reports, ComputedBoxes) {
-    const auto calcule = [](const char* boxes) {
-        auto r = Foyer(boxes).Calcule();
-        kv::LanceReports(r.Data(), nullptr, -1.0);
-        return r;
-    };
-    // The tax of the year, payable, refunded or not collected.
-    EXPECT_EQ(calcule("1AJ=33333").Report("F11_IRNm1"), 3293);
-    EXPECT_EQ(calcule("2CK=100").Report("F11_IRNm1"), -100);
-    EXPECT_EQ(calcule("2CK=7").Report("F11_IRNm1"), -7);
-    EXPECT_EQ(calcule("8TF=60").Report("F11_IRNm1"), -60);  // the amount not collected is subtracted
-    EXPECT_EQ(calcule("").Report("F11_IRNm1"), 0);
-    // Deductible levies, within those to pay.
-    EXPECT_EQ(calcule("4BA=10000 1TT=1000").Report("F11_6DE"), 680 + 51);
-    EXPECT_EQ(calcule("4BA=300").Report("F11_6DE"), 0);  // 52 of levies are not collected
-    EXPECT_EQ(calcule("7WL=3000 7WLPC=2000").Report("F11_7WL"), 2000);
-    const auto energie = calcule("7CB=5000 7AD=5000 7WHA=300 7WHB=200");
-    EXPECT_EQ(energie.Report("F11_7WHA"), 7500);  // all that was left of 8000
-    EXPECT_EQ(energie.Report("F11_7WHB"), 300);
-    EXPECT_EQ(energie.Report("F11_7WHC"), 200);
-    EXPECT_EQ(calcule("7WHA=300").Report("F11_7WHA"), 0);
-}
-
 // Deficits of 10, 20, 30... from the most recent year to the oldest one, and what a launch found of them.
 TEST(Reports, DeficitBlocks) {
     struct Cas {
@@ -154,7 +133,7 @@ TEST(Reports, DeficitsAreConservedFromYearToYear) {
         const Categorie& categorie;
         const char *benefice, *deficit, *foyer;  // boxes of a good and of a bad year, and what else the return holds
     };
-    std::mt19937 hasard(11);
+    Hasard hasard(11);
     for (const Source& s : {
              Source{agricole,
                     "5HC=", "5HF=", " 1AJ=200000"},  // beyond 108904 of other income the deficit is kept apart
@@ -167,20 +146,19 @@ TEST(Reports, DeficitsAreConservedFromYearToYear) {
         for (int suite = 0; suite < 6; ++suite) {
             const std::size_t annees = s.categorie.codes.size();
             std::vector<std::int32_t> boxes(annees);
-            for (std::int32_t& v : boxes) v = static_cast<std::int32_t>(hasard() % 3 * (hasard() % 4000));
+            for (std::int32_t& v : boxes) v = hasard.UneFoisSur(3) ? 0 : hasard.Entre(0, 8000);
             for (int an = 0; an < 6; ++an) {
-                const std::int32_t resultat = static_cast<std::int32_t>(hasard() % 12000) - 5000;
+                const std::int32_t resultat = hasard.Entre(-5000, 7000);
                 const std::string texte =
                     (resultat < 0 ? s.deficit : s.benefice) + std::to_string(std::abs(resultat)) + s.foyer;
-                Retour retour = Foyer(texte);
-                for (std::size_t i = 0; i < annees; ++i) retour.Avec({{s.categorie.Box(i), boxes[i]}});
-                auto r = retour.Calcule();
-                kv::LanceReports(r.Data(), nullptr, -1.0);
+                kv::Return r = Foyer(texte);
+                for (std::size_t i = 0; i < annees; ++i) r.set(s.categorie.Box(i).numero, boxes[i]);
+                r.compute();
 
                 const std::int32_t apportes = std::accumulate(boxes.begin(), boxes.end(), 0);
                 const std::int32_t impute = std::clamp(resultat, 0, apportes);
                 const std::int32_t perdu = nPositif(boxes.back() - impute);
-                for (std::size_t i = 0; i < annees; ++i) boxes[i] = r.Report(s.categorie.Report(i));
+                for (std::size_t i = 0; i < annees; ++i) boxes[i] = r.carry(s.categorie.Report(i).numero);
                 const std::int32_t reportes = std::accumulate(boxes.begin(), boxes.end(), 0);
                 EXPECT_EQ(impute + reportes + perdu, apportes + nPositif(-resultat)) << texte << ", year " << an;
                 for (const std::int32_t v : boxes) EXPECT_GE(v, 0) << texte;

@@ -1,3 +1,5 @@
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <map>
 #include <set>
@@ -8,7 +10,6 @@
 #include "Calcul/pCalculN/OutreMerTable.h"
 #include "Calcul/pCalculN/ReductionsTable.h"
 #include "interface/LignesReductions.h"
-#include "tests/Retour.h"
 
 // What must hold of the reduction tables as a whole.
 

@@ -1,7 +1,8 @@
 #include <algorithm>
 #include <map>
 
-#include "tests/Foyer.h"
+#include "Calcul/pCalculN/Pilote.h"
+#include "tests/Hote.h"
 #include "tests/RepertoireDeTrace.h"
 
 namespace {
@@ -18,7 +19,7 @@ void PrintTo(const Ligne& l, std::ostream* flux) { *flux << l.espaces << " " << 
 std::vector<Ligne> LignesDe(const char* boxes, bool options = false) {
     const test::RepertoireDeTrace repertoire;
     repertoire.PoseMarqueur();
-    EXPECT_TRUE((options ? Foyer(boxes).CalculeOptions() : Foyer(boxes).Calcule()).Reussi());
+    EXPECT_TRUE(kv::Lance(*Hote(boxes), nullptr, true, -1.0, false, options));
 
     std::vector<Ligne> lignes;
     for (const std::string& ligne : repertoire.Lignes()) {

@@ -3,8 +3,8 @@
 #include <filesystem>
 
 #include "Calcul/pInitCalcul/KVCalculMaps.h"
+#include "tests/Hote.h"
 #include "tests/Messages.h"
-#include "tests/Retour.h"
 
 // Small sibling libraries are built beside the tests, in directories of their own.
 

@@ -1,6 +1,7 @@
 #include "Calcul/cCalcul/Catalogues.h"
 #include "Calcul/pInitCalcul/KVCalculMaps.h"
-#include "tests/Retour.h"
+#include "tests/Hasard.h"
+#include "tests/Hote.h"
 
 namespace {
 
@@ -57,14 +58,13 @@ TEST_F(Maps, StoredQuotientsAreKept) {
 
 // A return taken out as maps and put into a new session is the same return: same boxes, same figures.
 TEST_F(Maps, ExportThenLoadReproducesTheReturn) {
-    std::mt19937 hasard(1);
-    for (int n = 0; n < 400; ++n) {
-        const auto zone = [&](auto& z) {
-            z.valeurs[hasard() % z.valeurs.size()] = static_cast<std::int32_t>(hasard() % 900);
-        };
-        zone(m_data->Entree), zone(m_data->TI), zone(m_data->TIX), zone(m_data->TIY), zone(m_data->TK),
-            zone(m_data->TKZ);
-    }
+    Hasard hasard(1);
+    const auto tire = Hote(hasard.Declaration(400));
+    m_data->CopieValeurs(*tire);
+    const auto remplis = [](auto& zone) {  // an unset box carries nothing
+        for (std::int32_t& v : zone.valeurs) v = v == nNonSaisi ? 0 : v;
+    };
+    remplis(m_data->Entree), remplis(m_data->TI), remplis(m_data->TK);
     m_data->AjouteQuotient(81, 3, 5000);
     m_data->AjouteQuotient(72, 3, 1200);
     const Donnees avant(*m_data);

@@ -1,7 +1,8 @@
 #include "Calcul/cCalcul/Catalogues.h"
 #include "Calcul/pInitCalcul/KVCalculMaps.h"
+#include "KVCommun/cPeriode/Periode.h"
+#include "tests/Hote.h"
 #include "tests/Messages.h"
-#include "tests/Retour.h"
 
 namespace {
 

@@ -3,7 +3,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "tests/Foyer.h"
+#include "Calcul/pCalculN/Pilote.h"
+#include "tests/Hote.h"
 #include "tests/Messages.h"
 #include "tests/RepertoireDeTrace.h"
 
@@ -14,7 +15,9 @@ namespace fs = std::filesystem;
 // Launches a return; whether it left a trace. The launch itself must not notice.
 bool LaisseUneTrace(const test::RepertoireDeTrace& repertoire) {
     const test::Messages messages;
-    Attend(Foyer("1AJ=33333").Calcule(), {{"TOT_IMPOT", 3293}});
+    const auto data = Hote("1AJ=33333");
+    EXPECT_TRUE(kv::Lance(*data, nullptr, true, -1.0));
+    EXPECT_EQ(data->Sortie["TOT_IMPOT"], 3293);
     EXPECT_TRUE(messages.Recus().empty());
     return !repertoire.Lignes().empty();
 }
@@ -77,7 +80,7 @@ TEST(TraceService, OneComputationOfTheProcessTraces) {
         enCours.Ouvre();
         EXPECT_TRUE(enCours.m_bTrace);
         enCours.Ligne(u"1:Calcul");
-        Foyer("1AJ=33333").Calcule();  // neither writes into the file nor deletes it
+        kv::Lance(*Hote("1AJ=33333"), nullptr, true, -1.0);  // neither writes into the file nor deletes it
         EXPECT_EQ(repertoire.Lignes().size(), 1u);
     }
     EXPECT_TRUE(LaisseUneTrace(repertoire));

@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
 #include <sstream>
 #include <stdexcept>
+
+#include "tests/Hasard.h"
 
 namespace {
 
@@ -55,24 +56,25 @@ TEST(Csv, AQuoteThatIsNeverClosed) {
 
 // Records of any length, whatever stands in them, are read as they were written.
 TEST(Csv, WhatIsWrittenIsReadAgain) {
-    std::mt19937 hasard(16);
+    Hasard hasard(16);
+    const auto longueur = [&](int max) { return static_cast<std::size_t>(hasard.Entre(0, max)); };
     const char signes[] = "a1.,;\"\n\r \xC3\xA9";
     for (const char separateur : {',', ';'}) {
         Enregistrements attendus = {{"id", "x"}};
         std::string texte = std::string("id") + separateur + "x\n";
         for (int i = 0; i < 2000; ++i) {
             auto& champs = attendus.emplace_back();
-            for (std::size_t j = 0, n = 2 + hasard() % 5; j < n; ++j) {
+            for (std::size_t j = 0, n = static_cast<std::size_t>(hasard.Entre(2, 6)); j < n; ++j) {
                 // One field is longer than what is read at once.
-                const std::size_t taille = i == 1000 && j == 1 ? 700'000
-                                           : hasard() % 8 == 0 ? hasard() % 2000
-                                                               : hasard() % 8;
+                const std::size_t taille = i == 1000 && j == 1    ? 700'000
+                                           : hasard.UneFoisSur(8) ? longueur(1999)
+                                                                  : longueur(7);
                 std::string& champ = champs.emplace_back();
-                while (champ.size() < taille) champ += signes[hasard() % (sizeof signes - 1)];
+                while (champ.size() < taille) champ += signes[longueur(sizeof signes - 2)];
                 if (j > 0) texte += separateur;
                 outil::EcritChamp(texte, champ, separateur);
             }
-            texte += hasard() % 2 ? "\n" : "\r\n";
+            texte += hasard.UneFoisSur(2) ? "\n" : "\r\n";
         }
         EXPECT_TRUE(Lus(texte) == attendus);
     }
