@@ -1,7 +1,9 @@
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 
+#include "tests/Hasard.h"
 #include "tests/Notation.h"
 
 // The cases of tests/cases: one test for each block, in files that anyone who knows the tax can write.
@@ -15,6 +17,9 @@
 //       empty -> 1234 27000                   a household with no box but those of the block
 //
 // Words after # are the arithmetic that leads to the figures. The notation of boxes and figures is that of Notation.h.
+//
+// A file .sums holds figures that are sums, "GRAPH_PV = RD_GAINS_1TZ + 1UZ - 1VZ", of outputs, columns and entry boxes;
+// an indented line goes on. They are held on random returns.
 
 namespace {
 
@@ -131,6 +136,135 @@ class TestDeBloc : public testing::Test {
     const Bloc m_bloc;
 };
 
+// Whether a figure of the law that is a little higher or lower would fail a case: if not, nothing holds it.
+class TestDeLaLoi : public testing::Test {
+  public:
+    explicit TestDeLaLoi(const std::vector<Bloc>& blocs) {
+        for (const Bloc& bloc : blocs)
+            for (const Menage& menage : bloc.menages) m_menages.push_back(Lus(menage));
+    }
+
+    void TestBody() override {
+        for (std::int32_t p = 0; p < kv::parameter_count(); ++p) {
+            const kv_parameter parametre = kv::describe_parameter(p);
+            const std::string unite = parametre.unit;
+            const double valeur = kv::Law().get(p), pas = unite == "euros"     ? std::max(1.0, std::round(valeur / 100))
+                                                          : unite == "percent" ? 0.5
+                                                                               : 1;
+            EXPECT_TRUE(Tenu(p, valeur + pas) || Tenu(p, valeur - pas)) << parametre.name;
+        }
+    }
+
+  private:
+    struct Figure {
+        std::int32_t sortie, colonne, valeur;
+    };
+    struct Declare {
+        kv::Return retour;
+        std::vector<Figure> figures;
+    };
+    static Declare Lus(const Menage& menage) {
+        Declare lu{Foyer(menage.boites), {}};
+        const auto ajoute = [&](const std::string& nom, std::string_view montant) {
+            const std::size_t point = nom.find('.');
+            if (const auto sortie = kv::find(KV_OUTPUT, nom.substr(0, point)))
+                lu.figures.push_back({*sortie, point == nom.npos ? 0 : nom.back() - '0', test::Montant(montant)});
+        };
+        for (const Figures& figures : menage.figures) {
+            for (const std::string_view mot : test::Mots(figures.mots)) {
+                const test::Affectation a(mot);
+                if (a.nom.ends_with(".c")) {
+                    std::string_view reste = a.valeur;
+                    for (char colonne = '1'; colonne <= '3'; ++colonne) {
+                        const std::string_view montant = reste.substr(0, reste.find(','));
+                        ajoute(a.nom + colonne, montant);
+                        reste.remove_prefix(std::min(montant.size() + 1, reste.size()));
+                    }
+                } else if (!a.valeur.starts_with('"')) {
+                    ajoute(a.nom, a.valeur);
+                }
+            }
+        }
+        return lu;
+    }
+
+    bool Tenu(std::int32_t parametre, double valeur) {
+        for (std::size_t i = 0; i < m_menages.size(); ++i) {
+            kv::Law loi = m_menages[i].retour.law();
+            if (kv_law_set_parameter(loi.handle(), parametre, valeur) != KV_OK || kv_law_check(loi.handle()) != KV_OK)
+                continue;
+            kv::Return r = m_menages[i].retour;
+            r.set_law(loi).compute();
+            for (const Figure& f : m_menages[i].figures) {
+                if (r.output(f.sortie, f.colonne) == f.valeur) continue;
+                std::rotate(
+                    m_menages.begin(), m_menages.begin() + static_cast<std::ptrdiff_t>(i),
+                    m_menages.begin() + static_cast<std::ptrdiff_t>(i) + 1);  // the next one is likely held there too
+                return true;
+            }
+        }
+        return false;
+    }
+
+    std::vector<Declare> m_menages;
+};
+
+struct Somme {
+    std::string texte;
+    int ligne;
+};
+
+class TestDeSomme : public testing::Test {
+  public:
+    TestDeSomme(const std::string& fichier, const Somme& somme) : m_fichier(fichier), m_somme(somme) {}
+
+    void TestBody() override {
+        std::string_view texte = m_somme.texte, suppose;
+        if (texte.starts_with('[')) {
+            suppose = texte.substr(1, texte.find(']') - 1);
+            texte.remove_prefix(texte.find(']') + 1);
+        }
+        const bool positive = texte.ends_with(", or 0");
+        if (positive) texte.remove_suffix(6);
+        const auto mots = test::Mots(texte);
+        const std::string figure(mots.at(0));
+        Hasard hasard(2018);
+        for (int essai = 0; essai < 12; ++essai) {
+            kv::Return r = hasard.Declaration(30);
+            hasard.Depenses(r, 4);
+            for (const std::string_view mot : std::span(mots).subspan(2))
+                if (Terme(std::string(mot)) == entree && !hasard.UneFoisSur(3))
+                    r.set(std::string(mot), hasard.Entre(0, 5000));
+            test::Remplit(r, suppose);
+            r.compute();
+            std::int64_t somme = 0, signe = 1;
+            for (const std::string_view mot : std::span(mots).subspan(2)) {
+                if (mot == "+" || mot == "-")
+                    signe = mot == "+" ? 1 : -1;
+                else
+                    somme += signe * Valeur(r, std::string(mot));
+            }
+            if (positive) somme = std::max<std::int64_t>(somme, 0);
+            if (r[figure] != somme)
+                ADD_FAILURE_AT(m_fichier.c_str(), m_somme.ligne) << figure << " is " << r[figure] << ", not " << somme;
+        }
+    }
+
+  private:
+    enum Genre { operateur, sortie, entree };
+    static Genre Terme(const std::string& mot) {
+        if (mot == "+" || mot == "-") return operateur;
+        return kv::find(KV_OUTPUT, mot.substr(0, mot.find('.'))) ? sortie : entree;
+    }
+    static std::int32_t Valeur(const kv::Return& r, const std::string& mot) {
+        const std::int32_t v = Terme(mot) == sortie ? r[mot] : r.get(mot);
+        return v == KV_UNSET ? 0 : v;
+    }
+
+    const std::string m_fichier;
+    const Somme m_somme;
+};
+
 // A name that any tool can filter.
 std::string EnUnMot(const std::string& texte) {
     std::string mot;
@@ -143,11 +277,28 @@ std::string EnUnMot(const std::string& texte) {
     return mot;
 }
 
-void Enregistre(const std::filesystem::path& chemin) {
+void Enregistre(const std::filesystem::path& chemin, std::vector<Bloc>& tous) {
     const std::string fichier = chemin.string();
     std::ifstream entree(chemin);
-    Lecteur lecteur;
     int numero = 0;
+    if (chemin.extension() == ".sums") {
+        std::vector<Somme> sommes;
+        for (std::string ligne; std::getline(entree, ligne);) {
+            ++numero;
+            if (ligne.empty() || ligne[0] == '#') continue;
+            if (ligne[0] == ' ' && !sommes.empty())
+                sommes.back().texte += ligne;
+            else
+                sommes.push_back({ligne, numero});
+        }
+        for (const Somme& somme : sommes)
+            testing::RegisterTest(EnUnMot(chemin.stem().string()).c_str(),
+                                  EnUnMot(somme.texte.substr(0, somme.texte.find(" ="))).c_str(), nullptr, nullptr,
+                                  fichier.c_str(), somme.ligne,
+                                  [fichier, somme]() -> testing::Test* { return new TestDeSomme(fichier, somme); });
+        return;
+    }
+    Lecteur lecteur;
     for (std::string ligne; std::getline(entree, ligne);) {
         try {
             lecteur.Lit(ligne, ++numero);
@@ -156,6 +307,7 @@ void Enregistre(const std::filesystem::path& chemin) {
             std::exit(1);
         }
     }
+    tous.insert(tous.end(), lecteur.blocs.begin(), lecteur.blocs.end());
     for (const Bloc& bloc : lecteur.blocs)
         testing::RegisterTest(EnUnMot(chemin.stem().string()).c_str(), EnUnMot(bloc.titre).c_str(), nullptr, nullptr,
                               fichier.c_str(), bloc.ligne,
@@ -168,8 +320,12 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     std::vector<std::filesystem::path> fichiers;
     for (const auto& entree : std::filesystem::directory_iterator(argc > 1 ? argv[1] : KV_CAS))
-        if (entree.path().extension() == ".case") fichiers.push_back(entree.path());
+        if (entree.path().extension() == ".case" || entree.path().extension() == ".sums")
+            fichiers.push_back(entree.path());
     std::sort(fichiers.begin(), fichiers.end());
-    for (const auto& fichier : fichiers) Enregistre(fichier);
+    std::vector<Bloc> blocs;
+    for (const auto& fichier : fichiers) Enregistre(fichier, blocs);
+    testing::RegisterTest("Loi", "EachFigureIsHeldByACase", nullptr, nullptr, __FILE__, __LINE__,
+                          [&blocs]() -> testing::Test* { return new TestDeLaLoi(blocs); });
     return RUN_ALL_TESTS();
 }

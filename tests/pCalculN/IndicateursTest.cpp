@@ -1,5 +1,4 @@
-#include "Calcul/pCalculN/Pilote.h"
-#include "tests/Hote.h"
+#include "tests/Notation.h"
 
 namespace {
 
@@ -47,37 +46,6 @@ TEST(Indicateurs, TheMarginalRateChangesAtTheMargins) {
             }
         }
     }
-}
-
-// The host supplies the figures: amounts alone, then amounts with a base and a rate.
-TEST(Indicateurs, WealthTax) {
-    static constexpr CaseSortie sorties[] = {
-        "ISF_PATRIMOINE",    "ISF_IMPOTSOLIDFORTUNE", "ISF_AVANT_REDUC", "ISF_DECOTE",
-        "ISF_REDUC",         "ISF_AVANT_PLAF",        "ISF_PLAF",        "ISF_APRES_PLAF",
-        "ISF_PAYE_ETRANGER", "ISF_A_PAYER",           "ISF_TRANCHE_1",   "ISF_TRANCHE_2",
-        "ISF_TRANCHE_3",     "ISF_TRANCHE_4",         "ISF_TRANCHE_5",   "ISF_TRANCHE_6",
-        "ISF_PME_DIRECT",    "ISF_PME_STE",           "ISF_PME_FIP",     "ISF_PME_FCPI",
-        "ISF_DONS_FRANCE",   "ISF_DONS_ETRANGER"};
-    static constexpr CaseEntree montants[] = {"HI",   "ST",   "LM",   "DECOT", "REDUC", "NP",  "PV", "QR",
-                                              "RS",   "ST",   "M1",   "M2",    "M3",    "M4",  "M5", "M6",
-                                              "CRNE", "CRNF", "CRMX", "CRNA",  "CRNC",  "CRNG"};
-    static constexpr CaseEntree bases[] = {"T1", "T2", "T3", "T4", "T5", "T6", "NE", "NF", "MX", "NA", "NC", "NG"};
-    static constexpr std::int32_t taux[] = {0, 50, 70, 100, 125, 150, 50, 50, 50, 50, 75, 75};
-    constexpr std::size_t n = std::size(sorties), sansBase = n - std::size(bases);
-    static_assert(std::size(montants) == n && std::size(taux) == std::size(bases));
-    const auto data = std::make_unique<CDataCalcul>();
-    for (std::size_t i = 0; i < n; ++i) data->Entree[montants[i]] = 1000 + static_cast<std::int32_t>(i);
-    for (std::size_t i = sansBase; i < n; ++i) data->Entree[bases[i - sansBase]] = 2000 + static_cast<std::int32_t>(i);
-    const Donnees saisie(*data);
-    ASSERT_TRUE(kv::Lance(*data, nullptr, true, -1.0));
-    EXPECT_TRUE(Donnees(*data) == saisie);
-    for (std::size_t i = 0; i < n; ++i) {
-        EXPECT_EQ(data->Sortie[sorties[i]], data->Entree[montants[i]]) << i;
-        EXPECT_EQ(data->Colonne[1][sorties[i]], i < sansBase ? 0 : data->Entree[bases[i - sansBase]]) << i;
-        EXPECT_EQ(data->Colonne[2][sorties[i]], i < sansBase ? 0 : taux[i - sansBase]) << i;
-    }
-    EXPECT_EQ(data->Sortie["SEPAR_ISF"] + data->Sortie["SAUT_PAGE_ISF"], 2);
-    Attend("HI=2000000", "ISF_PATRIMOINE=2000000 SEPAR_ISF=0 SAUT_PAGE_ISF=0");
 }
 
 }  // namespace

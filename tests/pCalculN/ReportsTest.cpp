@@ -1,6 +1,7 @@
 #include <map>
 #include <numeric>
 #include <set>
+#include <sstream>
 
 #include "Calcul/pCalculN/Pilote.h"
 #include "Calcul/pCalculN/ReportsTable.h"
@@ -46,6 +47,41 @@ TEST(Reports, EveryBoxHasOneSource) {
     for (int i = 0; i < kv::nReports; ++i)
         if (!cibles.contains(i)) sansCopie.insert(kv::report::noms[i]);
     EXPECT_EQ(sansCopie, autres);
+}
+
+// A box takes the figure of its name: "7FIC" that of the third year of 7FI, "HSB" the one that ends in HSB, or the
+// entry box itself; these boxes take another one.
+TEST(Reports, NamesAreThoseOfTheirFigures) {
+    std::map<std::string, std::string> autres;
+    std::istringstream exceptions(
+        "2AR REV_MOB_ANN 2AQ REV_MOB_Nm1 2AN REV_MOB_Nm2 2AM REV_MOB_Nm3 2AL REV_MOB_Nm4 2AA REV_MOB_Nm5 6PSP "
+        "PLAF_PERP_V_0 "
+        "6PSQ PLAF_PERP_V_A 6PSR PLAF_PERP_V_B 6PSS PLAF_PERP_V_C 6PTP PLAF_PERP_C_0 6PTQ PLAF_PERP_C_A 6PTR "
+        "PLAF_PERP_C_B "
+        "6PTS PLAF_PERP_C_C 6CB CHARG_GROSSE_REP_N 6HQ CHARG_GROSSE_REP_Nm1 6HP CHARG_GROSSE_REP_Nm2 6HO "
+        "CHARG_GROSSE_REP_Nm3 "
+        "6HN CHARG_GROSSE_REP_Nm4 6HM CHARG_GROSSE_REP_Nm5 6HL CHARG_GROSSE_REP_Nm6 6HK CHARG_GROSSE_REP_Nm7 "
+        "6HJ CHARG_GROSSE_REP_Nm8 7XY DONS_N 7XW DONS_Nm1 7XU DONS_Nm2 7XT DONS_Nm3 7XS DONS_Nm4 7WP PREST_COMP "
+        "7UA4 FOREST_TRAV_7UA4_7UA 7UB8 FOREST_TRAV_7UB8_7UB 7UP4 FOREST_TRAV_7UP4_7UP 7UT8 FOREST_TRAV_7UT8_7UT "
+        "7CL CAPITAL_NOUV_7CM 7CM CAPITAL_NOUV_7CN 7CN CAPITAL_NOUV_7CC 7CQ CAPITAL_PE_7CR 7CR CAPITAL_PE_7CV "
+        "7CV CAPITAL_PE_7CX 7CX CAPITAL_PE_7CF CE17 REV_REF_C 7WHB 7WHA 7WHC 7WHB 7WHD 7WHC 7WJA D_AIDE_PERS_AGEES "
+        "7WJB 7WJA 7WJC 7WJB 7WJD 7WJC");
+    for (std::string boite, figure; exceptions >> boite >> figure;) autres[boite] = figure;
+    for (const Copie& copie : copies) {
+        const std::string vers = NomReport(copie.vers), boite = vers.substr(vers.find('_') + 1);
+        const std::string de =
+            copie.source == Copie::DEntree ? kv::entree::lignes[copie.numero].nom : kv::sortie::noms[copie.numero];
+        const std::string fraction =
+            "NP" + std::to_string(boite.back() - 'A' + 1) + '_' + boite.substr(0, boite.size() - 1);
+        if (autres.contains(boite))
+            EXPECT_TRUE(de == autres[boite] || de == "NP1_" + autres[boite]) << vers << ' ' << de;
+        else if (copie.source == Copie::DEntree)
+            EXPECT_EQ(de, boite);
+        else if (kv::NumeroSortie(fraction) >= 0)
+            EXPECT_EQ(de, fraction) << vers;
+        else
+            EXPECT_TRUE(de.ends_with('_' + boite)) << vers << ' ' << de;
+    }
 }
 
 // Each copied box follows its own figure and no other one.
