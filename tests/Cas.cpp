@@ -1,114 +1,20 @@
+#include "tests/Cas.h"
+
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <iostream>
 
 #include "tests/Hasard.h"
-#include "tests/Notation.h"
 
-// The cases of tests/cases: one test for each block, in files that anyone who knows the tax can write.
-//
-//     Title of a block
-//       with M 1AJ=30000                      boxes of all its households
-//       Fm=2 7UF=100                          a household: its boxes, on one line or several
-//         -> TOT_R_IMPOS=27000                what is found for it                          # and why
-//       -> TOT_IMPOT TOT_R_IMPOS              figures that the following households name in this order
-//       Fm=3 -> 1234 27000 RN_SAL.c=27000,0,0
-//       empty -> 1234 27000                   a household with no box but those of the block
-//
-// Words after # are the arithmetic that leads to the figures. The notation of boxes and figures is that of Notation.h.
+// One test for each block of the cases, and for each sum.
 //
 // A file .sums holds figures that are sums, "GRAPH_PV = RD_GAINS_1TZ + 1UZ - 1VZ", of outputs, columns and entry boxes;
 // an indented line goes on. They are held on random returns.
 
 namespace {
 
-struct Figures {
-    std::string mots;
-    int ligne;
-};
-struct Menage {
-    std::string boites;
-    int ligne;
-    std::vector<Figures> figures = {};
-};
-struct Bloc {
-    std::string titre;
-    int ligne;
-    std::vector<Menage> menages = {};
-};
-
-// Where a text begins outside quotes; its size when it does not.
-std::size_t HorsGuillemets(std::string_view ligne, std::string_view texte) {
-    bool cite = false;
-    for (std::size_t i = 0; i < ligne.size(); ++i) {
-        if (!cite && ligne.substr(i).starts_with(texte)) return i;
-        cite ^= ligne[i] == '"';
-    }
-    return ligne.size();
-}
-
-class Lecteur {
-  public:
-    std::vector<Bloc> blocs;
-
-    void Lit(std::string_view ligne, int numero) {
-        ligne = ligne.substr(0, HorsGuillemets(ligne, "#"));
-        while (ligne.ends_with(' ')) ligne.remove_suffix(1);
-        if (ligne.empty()) return;
-        if (ligne[0] != ' ') {
-            blocs.push_back({std::string(ligne), numero});
-            m_communs.clear(), m_entete.clear();
-            return;
-        }
-        if (blocs.empty()) throw std::invalid_argument("a household without a title above it");
-        const std::size_t fleche = HorsGuillemets(ligne, "->");
-        const auto boites = test::Mots(ligne.substr(0, fleche));
-        if (!boites.empty() && boites[0] == "with")
-            for (const std::string_view mot : std::span(boites).subspan(1)) (m_communs += mot) += ' ';
-        else if (!boites.empty())
-            Boites(boites, numero);
-        if (fleche < ligne.size()) LitFigures(test::Mots(ligne.substr(fleche + 2)), boites.empty(), numero);
-    }
-
-  private:
-    void Boites(const std::vector<std::string_view>& boites, int numero) {
-        std::vector<Menage>& menages = blocs.back().menages;
-        if (menages.empty() || !menages.back().figures.empty()) {
-            menages.push_back({m_communs, numero});
-            m_position = 0;
-        }
-        for (const std::string_view mot : boites)
-            if (mot != "empty") (menages.back().boites += mot) += ' ';
-    }
-
-    void LitFigures(const std::vector<std::string_view>& mots, bool seules, int numero) {
-        const bool entete = seules && !mots.empty() && std::all_of(mots.begin(), mots.end(), [](std::string_view mot) {
-                                return 'A' <= mot[0] && mot[0] <= 'Z' && mot.find('=') == mot.npos;
-                            });
-        if (entete) {
-            if (!m_suiteDEntete) m_entete.clear();
-            m_entete.insert(m_entete.end(), mots.begin(), mots.end());
-            m_suiteDEntete = true;
-            return;
-        }
-        m_suiteDEntete = false;
-        if (blocs.back().menages.empty()) throw std::invalid_argument("figures without a household");
-        Figures& figures = blocs.back().menages.back().figures.emplace_back("", numero);
-        for (const std::string_view mot : mots) {
-            if (HorsGuillemets(mot, "=") == mot.size()) {
-                if (m_position == m_entete.size()) throw std::invalid_argument(std::string(mot) + " has no name");
-                (figures.mots += m_entete[m_position++]) += '=';
-            }
-            (figures.mots += mot) += ' ';
-        }
-    }
-
-    std::string m_communs;              // boxes of all the households of a block
-    std::vector<std::string> m_entete;  // names of the figures that have none
-    std::size_t m_position = 0;
-    bool m_suiteDEntete = false;
-};
+using test::Bloc;
+using test::Figures;
+using test::Menage;
 
 class TestDeBloc : public testing::Test {
   public:
@@ -277,55 +183,52 @@ std::string EnUnMot(const std::string& texte) {
     return mot;
 }
 
-void Enregistre(const std::filesystem::path& chemin, std::vector<Bloc>& tous) {
+void EnregistreCas(const std::filesystem::path& chemin, const std::vector<Bloc>& blocs) {
     const std::string fichier = chemin.string();
-    std::ifstream entree(chemin);
-    int numero = 0;
-    if (chemin.extension() == ".sums") {
-        std::vector<Somme> sommes;
-        for (std::string ligne; std::getline(entree, ligne);) {
-            ++numero;
-            if (ligne.empty() || ligne[0] == '#') continue;
-            if (ligne[0] == ' ' && !sommes.empty())
-                sommes.back().texte += ligne;
-            else
-                sommes.push_back({ligne, numero});
-        }
-        for (const Somme& somme : sommes)
-            testing::RegisterTest(EnUnMot(chemin.stem().string()).c_str(),
-                                  EnUnMot(somme.texte.substr(0, somme.texte.find(" ="))).c_str(), nullptr, nullptr,
-                                  fichier.c_str(), somme.ligne,
-                                  [fichier, somme]() -> testing::Test* { return new TestDeSomme(fichier, somme); });
-        return;
-    }
-    Lecteur lecteur;
-    for (std::string ligne; std::getline(entree, ligne);) {
-        try {
-            lecteur.Lit(ligne, ++numero);
-        } catch (const std::exception& faute) {
-            std::cerr << fichier << ':' << numero << ": " << faute.what() << '\n';
-            std::exit(1);
-        }
-    }
-    tous.insert(tous.end(), lecteur.blocs.begin(), lecteur.blocs.end());
-    for (const Bloc& bloc : lecteur.blocs)
+    for (const Bloc& bloc : blocs)
         testing::RegisterTest(EnUnMot(chemin.stem().string()).c_str(), EnUnMot(bloc.titre).c_str(), nullptr, nullptr,
                               fichier.c_str(), bloc.ligne,
                               [fichier, bloc]() -> testing::Test* { return new TestDeBloc(fichier, bloc); });
+}
+
+void EnregistreSommes(const std::filesystem::path& chemin) {
+    const std::string fichier = chemin.string();
+    std::ifstream entree(chemin);
+    std::vector<Somme> sommes;
+    int numero = 0;
+    for (std::string ligne; std::getline(entree, ligne);) {
+        ++numero;
+        if (ligne.empty() || ligne[0] == '#') continue;
+        if (ligne[0] == ' ' && !sommes.empty())
+            sommes.back().texte += ligne;
+        else
+            sommes.push_back({ligne, numero});
+    }
+    for (const Somme& somme : sommes)
+        testing::RegisterTest(EnUnMot(chemin.stem().string()).c_str(),
+                              EnUnMot(somme.texte.substr(0, somme.texte.find(" ="))).c_str(), nullptr, nullptr,
+                              fichier.c_str(), somme.ligne,
+                              [fichier, somme]() -> testing::Test* { return new TestDeSomme(fichier, somme); });
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
-    std::vector<std::filesystem::path> fichiers;
-    for (const auto& entree : std::filesystem::directory_iterator(argc > 1 ? argv[1] : KV_CAS))
-        if (entree.path().extension() == ".case" || entree.path().extension() == ".sums")
-            fichiers.push_back(entree.path());
-    std::sort(fichiers.begin(), fichiers.end());
-    std::vector<Bloc> blocs;
-    for (const auto& fichier : fichiers) Enregistre(fichier, blocs);
+    const std::filesystem::path repertoire = argc > 1 ? argv[1] : KV_CAS;
+    std::vector<Bloc> tous;
+    try {
+        for (const auto& fichier : test::Fichiers(repertoire, ".case")) {
+            const std::vector<Bloc> blocs = test::LisCas(fichier);
+            EnregistreCas(fichier, blocs);
+            tous.insert(tous.end(), blocs.begin(), blocs.end());
+        }
+    } catch (const std::exception& faute) {
+        std::cerr << faute.what() << '\n';
+        return 1;
+    }
+    for (const auto& fichier : test::Fichiers(repertoire, ".sums")) EnregistreSommes(fichier);
     testing::RegisterTest("Loi", "EachFigureIsHeldByACase", nullptr, nullptr, __FILE__, __LINE__,
-                          [&blocs]() -> testing::Test* { return new TestDeLaLoi(blocs); });
+                          [&tous]() -> testing::Test* { return new TestDeLaLoi(tous); });
     return RUN_ALL_TESTS();
 }

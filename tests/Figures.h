@@ -1,6 +1,7 @@
 #pragma once
 
 #include <kv.hpp>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -61,6 +62,44 @@ inline std::string Boites(const kv::Return& r) {
         ajoute("quotient." + std::to_string(coefficient) + '.' + kv::describe(KV_ENTRY, box).name, montant);
     static constexpr const char* lancements[] = {"", "launch=options ", "launch=forced ", "launch=forced+options "};
     return boites + lancements[r.launch()];
+}
+
+/// "2017-03-15".
+inline std::string DateIso(std::int32_t date) {
+    std::string texte = std::to_string(date);
+    return '"' + texte.insert(6, "-").insert(4, "-") + '"';
+}
+
+/// The return as the command line reads it, on one line, but for its law.
+inline std::string Document(const kv::Return& r) {
+    static constexpr const char* aires[] = {"entries", "ti", "tix", "tiy", "tk", "tkz"};
+    std::string document = "{";
+    for (kv_area aire = KV_AREA_ENTRY; aire <= KV_AREA_TKZ; ++aire) {
+        std::string section;
+        for (std::int32_t i = 0; i < kv::count(KV_ENTRY); ++i) {
+            std::int32_t v = 0;
+            if (kv_get_box(r.handle(), aire, i, &v) != KV_OK || v == 0) continue;
+            section += (section.empty() ? "\"" : ",\"") + std::string(kv::describe(KV_ENTRY, i).name) +
+                       "\":" + std::to_string(v);
+        }
+        if (aire == KV_AREA_ENTRY || !section.empty())
+            document += (aire == KV_AREA_ENTRY ? "\"" : ",\"") + std::string(aires[aire]) + "\":{" + section + '}';
+    }
+    std::map<std::string, std::string> quotients;
+    for (const auto& [box, coefficient, montant] : r.exceptional()) {
+        std::string& montants = quotients[kv::describe(KV_ENTRY, box).name];
+        montants += (montants.empty() ? "\"" : ",\"") + std::to_string(coefficient) + "\":" + std::to_string(montant);
+    }
+    std::string section;
+    for (const auto& [nom, montants] : quotients)
+        section += (section.empty() ? "\"" : ",\"") + nom + "\":{" + montants + '}';
+    if (!section.empty()) document += ",\"quotients\":{" + section + '}';
+    static constexpr const char* lancements[] = {"normal", "options", "forced", "forced-options"};
+    document += std::string(",\"launch\":\"") + lancements[r.launch()] + '"';
+    if (r.indexation() != -1.0) document += ",\"indexation\":" + std::to_string(r.indexation());
+    const auto [debut, fin] = r.period();
+    if (debut != 20170101 || fin != 20171231) document += ",\"period\":[" + DateIso(debut) + ',' + DateIso(fin) + ']';
+    return document + '}';
 }
 
 }  // namespace test

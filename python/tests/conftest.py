@@ -21,6 +21,7 @@ settings.load_profile("project")
 
 ROOT = Path(__file__).parents[2]
 TOOL = os.environ.get("KVCALCUL", str(ROOT / "build" / "release" / "kvcalcul"))
+CORPUS = os.environ.get("KVCORPUS", str(Path(TOOL).parent / "tests" / "kv_corpus"))
 ENTRIES = kvcalcul.boxes(catalogue="entry", frame_kind="dict")
 NAMES: list[str] = ENTRIES["name"].tolist()
 KINDS = dict(zip(NAMES, ENTRIES["kind"].tolist(), strict=True))

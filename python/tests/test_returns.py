@@ -5,11 +5,12 @@ from __future__ import annotations
 import datetime
 import json
 import pickle
+import subprocess
 import threading
 from typing import Any
 
 import pytest
-from conftest import as_json, launches, returns, tool
+from conftest import CORPUS, as_json, launches, returns, tool
 from hypothesis import given
 
 import kvcalcul
@@ -21,6 +22,21 @@ def test_a_return_is_that_of_the_command_line(amounts: dict[str, int], launch: A
     result = kvcalcul.compute(amounts, launch=launch)
     assert result.nonzero() == found["outputs"]
     assert kvcalcul.compute(json.loads(as_json(amounts)), launch=launch).nonzero() == result.nonzero()
+
+
+def test_the_corpus_of_every_interface_is_that_of_the_command_line() -> None:
+    documents = subprocess.run([CORPUS, "300"], capture_output=True, text=True, check=True).stdout
+    found = [json.loads(line) for line in tool("batch", "--full", stdin=documents).splitlines()]
+    returns = [json.loads(line) for line in documents.splitlines()]
+    assert len(found) == len(returns) > 1000
+    for document, expected in zip(returns, found, strict=True):
+        result = kvcalcul.compute(document)
+        outputs = expected["outputs"]
+        assert result.nonzero() == {name: line["value"] for name, line in outputs.items() if line["value"] != 0}
+        assert result.carried() == expected["carry_forwards"]
+        for name in list(outputs)[::7]:
+            line = outputs[name]
+            assert (result.columns(name), result.text(name)) == ((line["c1"], line["c2"], line["c3"]), line["detail"])
 
 
 def test_a_result_reads_like_a_mapping(couple: dict[str, int]) -> None:

@@ -3,9 +3,10 @@
 #include "tests/Figures.h"
 #include "tests/Hasard.h"
 #include "tests/Hote.h"
+#include "tools/Retour.h"
 
-// The same returns through the imposed functions and through kv.h: every value, column and text, the entries and next
-// year's return.
+// The same returns through the imposed functions, kv.h and the documents of the command line: every value, column and
+// text, the entries and next year's return. Python and the page compute them too (kv_corpus).
 
 namespace {
 
@@ -29,7 +30,7 @@ std::string FiguresDeLHote(const CDataCalcul& data) {
     return figures;
 }
 
-TEST(Conformite, TheTwoInterfacesGiveTheSameFigures) {
+TEST(Conformite, TheInterfacesGiveTheSameFigures) {
     Hasard hasard(15);
     for (int i = 0; i < 240; ++i) {
         // The imposed functions know the law of the year and the period that their host gives.
@@ -39,7 +40,10 @@ TEST(Conformite, TheTwoInterfacesGiveTheSameFigures) {
         ASSERT_TRUE(KV_CalculPFUEtCIMR(data.get(), nullptr, true, r.indexation(), lancement >= KV_LAUNCH_FORCED,
                                        lancement % 2 == 1));
         KV_CalculReports(data.get(), nullptr, r.indexation());
-        EXPECT_EQ(FiguresDeLHote(*data), test::Figures(r.compute())) << i << ": " << test::Boites(r);
+        kv::Return lu = outil::LisRetour(test::Document(r), "retour.json");
+        const std::string figures = test::Figures(r.compute());
+        EXPECT_EQ(FiguresDeLHote(*data), figures) << i << ": " << test::Boites(r);
+        EXPECT_EQ(test::Figures(lu.compute()), figures) << i << ": " << test::Boites(r);
     }
 }
 

@@ -1,4 +1,4 @@
-// What the tests share: the page in a real browser, the command line beside it, random returns.
+// What the tests share: the page in a real browser, the command line beside it, the returns of every interface.
 import { spawnSync } from "node:child_process";
 import { fileURLToPath } from "node:url";
 import { chromium } from "playwright-core";
@@ -14,6 +14,14 @@ export function commande(arguments_, entree = "") {
         maxBuffer: 1 << 28,
     });
     if (status !== 0) throw new Error(`kvcalcul ${arguments_.join(" ")}: ${stderr}`);
+    return stdout;
+}
+
+/** The returns on which every interface is compared. */
+export function corpus() {
+    const programme = process.env.KVCORPUS ?? fileURLToPath(new URL("../../build/release/tests/kv_corpus", import.meta.url));
+    const { stdout, status } = spawnSync(programme, ["500"], { encoding: "utf8", maxBuffer: 1 << 28 });
+    if (status !== 0) throw new Error("kv_corpus");
     return stdout;
 }
 
@@ -57,32 +65,4 @@ export async function ouvre({ navigateur, adresse }, options = {}, fragment = ""
 /** The net amount that the page shows, once it is `attendu`. */
 export async function net(page, attendu) {
     await page.locator(`output[data-net="${attendu}"]`).waitFor({ timeout: 5000 });
-}
-
-/** Random numbers that follow from a seed. */
-export function hasard(graine) {
-    let etat = graine;
-    return (n) => {
-        etat = (Math.imul(etat ^ (etat >>> 15), 0x2c1b3c6d) + 0x9e3779b9) | 0;
-        let x = Math.imul(etat ^ (etat >>> 12), 0x297a2d39);
-        x ^= x >>> 15;
-        return (x >>> 0) % n;
-    };
-}
-
-/** A random return over all boxes, as the command line reads it. */
-export function declaration(tire, boites) {
-    const montant = () => (tire(10) === 0 ? tire(2 ** 31) - 2 ** 30 : tire(60_000)) * (tire(12) === 0 ? -1 : 1);
-    const entries = {};
-    for (const nom of ["M", "1AJ", "1BJ", "1AS", "2DC", "3VG", "4BA", "5KO", "7UF"])
-        if (tire(2) === 0) entries[nom] = nom === "M" ? 1 : tire(60_000);
-    for (let n = [3, 10, 40, 200][tire(4)]; n > 0; --n) {
-        const { name, kind } = boites[tire(boites.length)];
-        entries[name] = kind === "tick" ? 1 : kind === "count" ? tire(4) : kind === "euros" ? montant() : tire(2018);
-    }
-    const document = { entries };
-    if (tire(4) === 0) document.ti = { "1AW": tire(20_000) };
-    if (tire(4) === 0) document.quotients = { "1AJ": { [2 + tire(4)]: tire(50_000) + 1 } };
-    if (tire(3) === 0) document.launch = ["options", "forced", "forced-options"][tire(3)];
-    return document;
 }

@@ -3,7 +3,7 @@ import assert from "node:assert/strict";
 import { readdirSync, readFileSync } from "node:fs";
 import { after, before, test } from "node:test";
 import { fileURLToPath } from "node:url";
-import { commande, declaration, hasard, lance, net, ouvre } from "./outils.mjs";
+import { commande, corpus, lance, net, ouvre } from "./outils.mjs";
 
 const ici = (chemin) => fileURLToPath(new URL(chemin, import.meta.url));
 const axe = readFileSync(ici("../node_modules/axe-core/axe.min.js"), "utf8");
@@ -16,18 +16,17 @@ const champ = (page, nom) => page.locator(".saisie").getByLabel(new RegExp(`(^|\
 
 test("figures are those of the command line", async () => {
     const { page, fautes, contexte } = await ouvre(monde);
-    const boites = JSON.parse(commande(["boxes", "--json"])).filter(({ catalogue }) => catalogue === "entry");
-    const tire = hasard(2017);
-    const retours = Array.from({ length: 1000 }, () => declaration(tire, boites));
-    for (const fichier of readdirSync(ici("../../examples")).filter((nom) => nom.endsWith(".json")))
-        retours.push(JSON.parse(readFileSync(ici(`../../examples/${fichier}`), "utf8")));
-    const lignes = commande(["batch"], retours.map((r) => JSON.stringify(r)).join("\n") + "\n")
-        .trim()
-        .split("\n");
+    const examples = ici("../../examples/");
+    const documents = corpus().trim().split("\n");
+    for (const fichier of readdirSync(examples).filter((nom) => nom.endsWith(".json")))
+        documents.push(JSON.stringify(JSON.parse(readFileSync(examples + fichier, "utf8"))));
+    const retours = documents.map((document) => JSON.parse(document));
+    const lignes = commande(["batch"], documents.join("\n") + "\n").trim().split("\n");
     const attendus = lignes.map((ligne) => JSON.parse(ligne).outputs);
     const trouves = await page.evaluate((tous) => tous.map((r) => globalThis.kvcalcul.calcule(r)), retours);
     for (const [i, attendu] of attendus.entries()) assert.deepEqual(trouves[i], attendu, JSON.stringify(retours[i]));
     assert.equal(trouves.length, retours.length);
+    assert.ok(retours.length > 1500);
     assert.deepEqual(fautes, []);
     await contexte.close();
 });
