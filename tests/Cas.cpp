@@ -2,10 +2,13 @@
 
 #include <cmath>
 #include <iostream>
+#include <iterator>
+#include <map>
 
 #include "tests/Hasard.h"
 
-// One test for each block of the cases, and for each sum.
+// One test for each block of the cases, and for each sum; with words as arguments, for the blocks that have them in
+// their title or in the name of their file.
 //
 // A file .sums holds figures that are sums, "GRAPH_PV = RD_GAINS_1TZ + 1UZ - 1VZ", of outputs, columns and entry boxes;
 // an indented line goes on. They are held on random returns.
@@ -134,21 +137,25 @@ class TestDeSomme : public testing::Test {
         if (positive) texte.remove_suffix(6);
         const auto mots = test::Mots(texte);
         const std::string figure(mots.at(0));
+        // Returns are drawn until each term was found in some of them.
         Hasard hasard(2018);
-        for (int essai = 0; essai < 12; ++essai) {
-            kv::Return r = hasard.Declaration(30);
+        std::map<std::string_view, int> trouves;
+        for (int essai = 0; essai < 600 && (essai < 12 || Rare(mots, trouves)); ++essai) {
+            kv::Return r = hasard.Declaration(60);
             hasard.Depenses(r, 4);
-            for (const std::string_view mot : std::span(mots).subspan(2))
-                if (Terme(std::string(mot)) == entree && !hasard.UneFoisSur(3))
-                    r.set(std::string(mot), hasard.Entre(0, 5000));
+            for (const std::string_view mot : Termes(mots))
+                if (Nature(mot) == entree && !hasard.UneFoisSur(3)) r.set(std::string(mot), hasard.Entre(0, 5000));
             test::Remplit(r, suppose);
             r.compute();
             std::int64_t somme = 0, signe = 1;
             for (const std::string_view mot : std::span(mots).subspan(2)) {
-                if (mot == "+" || mot == "-")
+                if (Nature(mot) == operateur) {
                     signe = mot == "+" ? 1 : -1;
-                else
-                    somme += signe * Valeur(r, std::string(mot));
+                } else {
+                    const std::int32_t valeur = Valeur(r, mot);
+                    somme += signe * valeur;
+                    trouves[mot] += valeur != 0;
+                }
             }
             if (positive) somme = std::max<std::int64_t>(somme, 0);
             if (r[figure] != somme)
@@ -158,13 +165,25 @@ class TestDeSomme : public testing::Test {
 
   private:
     enum Genre { operateur, sortie, entree };
-    static Genre Terme(const std::string& mot) {
+    static Genre Nature(std::string_view mot) {
         if (mot == "+" || mot == "-") return operateur;
-        return kv::find(KV_OUTPUT, mot.substr(0, mot.find('.'))) ? sortie : entree;
+        return kv::find(KV_OUTPUT, std::string(mot.substr(0, mot.find('.')))) ? sortie : entree;
     }
-    static std::int32_t Valeur(const kv::Return& r, const std::string& mot) {
-        const std::int32_t v = Terme(mot) == sortie ? r[mot] : r.get(mot);
+    static std::vector<std::string_view> Termes(const std::vector<std::string_view>& mots) {
+        std::vector<std::string_view> termes;
+        std::ranges::copy_if(std::span(mots).subspan(2), std::back_inserter(termes),
+                             [](auto mot) { return Nature(mot) != operateur; });
+        return termes;
+    }
+    static std::int32_t Valeur(const kv::Return& r, std::string_view mot) {
+        const std::int32_t v = Nature(mot) == sortie ? r[std::string(mot)] : r.get(std::string(mot));
         return v == KV_UNSET ? 0 : v;
+    }
+    static bool Rare(const std::vector<std::string_view>& mots, const std::map<std::string_view, int>& trouves) {
+        return std::ranges::any_of(Termes(mots), [&](auto mot) {
+            const auto vus = trouves.find(mot);
+            return vus == trouves.end() || vus->second < 3;
+        });
     }
 
     const std::string m_fichier;
@@ -181,6 +200,17 @@ std::string EnUnMot(const std::string& texte) {
         majuscule = !std::isalnum(static_cast<unsigned char>(c));
     }
     return mot;
+}
+
+// Whether a text contains all words, whatever their case.
+bool Contient(std::string texte, const std::vector<std::string>& mots) {
+    const auto minuscules = [](std::string t) {
+        for (char& c : t) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        return t;
+    };
+    texte = minuscules(texte);
+    return std::all_of(mots.begin(), mots.end(),
+                       [&](const std::string& mot) { return texte.find(minuscules(mot)) != texte.npos; });
 }
 
 void EnregistreCas(const std::filesystem::path& chemin, const std::vector<Bloc>& blocs) {
@@ -215,11 +245,13 @@ void EnregistreSommes(const std::filesystem::path& chemin) {
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
-    const std::filesystem::path repertoire = argc > 1 ? argv[1] : KV_CAS;
+    const std::vector<std::string> mots(argv + 1, argv + argc);
     std::vector<Bloc> tous;
     try {
-        for (const auto& fichier : test::Fichiers(repertoire, ".case")) {
-            const std::vector<Bloc> blocs = test::LisCas(fichier);
+        for (const auto& fichier : test::Fichiers(KV_CAS, ".case")) {
+            std::vector<Bloc> blocs = test::LisCas(fichier);
+            std::erase_if(
+                blocs, [&](const Bloc& bloc) { return !Contient(fichier.stem().string() + ' ' + bloc.titre, mots); });
             EnregistreCas(fichier, blocs);
             tous.insert(tous.end(), blocs.begin(), blocs.end());
         }
@@ -227,7 +259,11 @@ int main(int argc, char** argv) {
         std::cerr << faute.what() << '\n';
         return 1;
     }
-    for (const auto& fichier : test::Fichiers(repertoire, ".sums")) EnregistreSommes(fichier);
+    if (!mots.empty()) {
+        if (tous.empty()) std::cerr << "no case has these words in its title, or in the name of its file\n";
+        return tous.empty() ? 2 : RUN_ALL_TESTS();
+    }
+    for (const auto& fichier : test::Fichiers(KV_CAS, ".sums")) EnregistreSommes(fichier);
     testing::RegisterTest("Loi", "EachFigureIsHeldByACase", nullptr, nullptr, __FILE__, __LINE__,
                           [&tous]() -> testing::Test* { return new TestDeLaLoi(tous); });
     return RUN_ALL_TESTS();
