@@ -6,7 +6,7 @@ kvcalcul=$1
 travail=$(mktemp -d)
 trap 'rm -rf "$travail"' EXIT
 
-compte() {  # compte ROWS [OPTION]: the instructions of a run
+compte() { # compte ROWS [OPTION]: the instructions of a run
     "$kvcalcul" population "$1" -o "$travail/population.csv" 2>/dev/null
     valgrind --tool=callgrind --callgrind-out-file=/dev/null "${@:2}" "$kvcalcul" table "$travail/population.csv" -o /dev/null \
         --threads 1 --quiet --outputs TOT_PAYER,S_NET_A_PAYER,TOT_IMPOT,TOT_R_IMPOS,F_NB_PARTS_ALL 2>&1 |
