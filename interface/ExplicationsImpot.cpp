@@ -193,9 +193,9 @@ Noeud Explicateur::RevenuLisse(std::int32_t profondeur) {
     Ajoute(exces, Ligne("REV_REF_C", 0, profondeur - 3), 1);
     Ajoute(exces, Part(moyenne.libelle, moyenne.valeur), -1);
     Somme(exces);
-    Noeud partie = Prorata("divisé par le coefficient",
-                           nArrondi(dDiv(exces.valeur, static_cast<const Loi&>(m_loi).Nombre(coefficient))),
-                           std::move(exces), Part("centièmes", 100), FigureDeLaLoi(coefficient));
+    const std::int32_t divise = nArrondi(dDiv(exces.valeur, static_cast<const Loi&>(m_loi).Nombre(coefficient)));
+    Noeud partie = Prorata("divisé par le coefficient", divise, std::move(exces), Part("centièmes", 100),
+                           FigureDeLaLoi(coefficient));
     Noeud lisse = Total("revenu lissé", moyenne.valeur + partie.valeur);
     Ajoute(lisse, std::move(moyenne), 1);
     Ajoute(lisse, std::move(partie), 1);
