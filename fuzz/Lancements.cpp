@@ -9,8 +9,7 @@
 #include "support/Tarvel.h"
 
 // Arbitrary box values, companions, quotient amounts and figures of the law through both launches and the carry-forward
-// computation: they
-// return, and the entries stand as they were given.
+// computation: they return, and the entries stand as they were given.
 
 namespace {
 

@@ -139,8 +139,10 @@ void LecteurCsv::DecoupeAvecGuillemets(char* debut, char* fin, std::vector<std::
 }
 
 void EcritChamp(std::string& vers, std::string_view champ, char separateur) {
-    const bool nu = std::none_of(champ.begin(), champ.end(),
-                                 [&](char c) { return c == separateur || c == '"' || c == '\n' || c == '\r'; });
+    // A byte order mark that opens a field would be lost if the field opened the file.
+    const bool nu = !champ.starts_with(marque) && std::none_of(champ.begin(), champ.end(), [&](char c) {
+        return c == separateur || c == '"' || c == '\n' || c == '\r';
+    });
     if (nu) {
         vers += champ;
         return;

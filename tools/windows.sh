@@ -23,8 +23,8 @@ echo "$exportes" | column
 echo "Libraries it needs: $(i686-w64-mingw32-objdump -p "$dll" | awk '/DLL Name/ {print $3}' | xargs)"
 for arch in i686 x86_64; do
     diff <(grep -oE '^KV_PUBLIC .*' interface/kv.h | grep -oE '\bkv_[a-z_]+\(' | tr -d '(' | LC_ALL=C sort) \
-         <("$arch-w64-mingw32-objdump" -p "build/windows-$arch/kv.dll" |
-           awk '/Ordinal\/Name Pointer/ {table = 1; next} !NF {table = 0} table {print $NF}' | LC_ALL=C sort)
+        <("$arch-w64-mingw32-objdump" -p "build/windows-$arch/kv.dll" |
+            awk '/Ordinal\/Name Pointer/ {table = 1; next} !NF {table = 0} table {print $NF}' | LC_ALL=C sort)
     for bibliotheque in KVCalcul kv; do
         if "$arch-w64-mingw32-objdump" -p "build/windows-$arch/$bibliotheque.dll" |
             grep -qiE 'DLL Name: (libgcc|libstdc|libwinpthread)'; then
@@ -35,20 +35,26 @@ for arch in i686 x86_64; do
 done
 echo "kv.dll exports what kv.h declares, 32 and 64 bits."
 
-retour() {  # retour FUNCTION: its first return
+retour() { # retour FUNCTION: its first return
     i686-w64-mingw32-objdump -d --no-show-raw-insn --disassemble="$1" "$dll" | awk '!vu && $2 == "ret" {print $2, $3; vu = 1}' | xargs
 }
 [ "$(retour '_TPeriodeConstructor@4')" = 'ret $0x4' ] && [ "$(retour '_TPeriodeDestructor@4')" = 'ret $0x4' ] ||
-    { echo "The period functions do not clean their arguments (stdcall)." >&2; exit 1; }
+    {
+        echo "The period functions do not clean their arguments (stdcall)." >&2
+        exit 1
+    }
 [ "$(retour _KV_Calcul_AffecteCaseEntree)" = 'ret' ] && [ "$(retour _KV_Calcul_LireCaseSortie)" = 'ret' ] ||
-    { echo "The session functions clean their arguments: they are not cdecl." >&2; exit 1; }
+    {
+        echo "The session functions clean their arguments: they are not cdecl." >&2
+        exit 1
+    }
 echo "Calling conventions: stdcall for the period functions, cdecl for the others."
 
 # Hosts that find the installed library and link against its import library.
 for arch in i686 x86_64; do
     cmake --install "build/windows-$arch" --prefix "$travail/$arch" >/dev/null
     cmake -G Ninja -S tests/installation -B "$travail/hotes-$arch" -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/mingw-$arch.cmake" \
-          -DCMAKE_PREFIX_PATH="$travail/$arch" -DEXEMPLES="$PWD/examples" -DCMAKE_BUILD_TYPE=Release >/dev/null
+        -DCMAKE_PREFIX_PATH="$travail/$arch" -DEXEMPLES="$PWD/examples" -DCMAKE_BUILD_TYPE=Release >/dev/null
     cmake --build "$travail/hotes-$arch" -- --quiet
 done
 echo "Hosts link against the installed import library, 32 and 64 bits."
@@ -68,9 +74,15 @@ for exemple in examples/*.json; do
     boxes=$(grep -oE '"[A-Za-z0-9]+": -?[0-9]+' "$exemple" | tr -d '" ' | tr ':' '=')
     # shellcheck disable=SC2086  # one argument per box
     diff <("$travail/hote" $boxes) <(wine "$travail/hotes-x86_64/hote_c.exe" $boxes 2>/dev/null | tr -d '\r') ||
-        { echo "$exemple: the Windows library gives other figures." >&2; exit 1; }
+        {
+            echo "$exemple: the Windows library gives other figures." >&2
+            exit 1
+        }
     comptes=$((comptes + 1))
 done
 diff <("$travail/foyer") <(wine "$travail/hotes-x86_64/foyer_c.exe" 2>/dev/null | tr -d '\r') ||
-    { echo "kv.dll gives other figures." >&2; exit 1; }
+    {
+        echo "kv.dll gives other figures." >&2
+        exit 1
+    }
 echo "$comptes example returns and the household of kv.h give the same outputs under Wine and natively."

@@ -1,10 +1,10 @@
-// Serves the built page on this machine: node serve.mjs [PORT].
+// Serves the built page on this machine: node serve.mjs [PORT]. KVPAGE names another folder than build/web.
 import { createReadStream, existsSync, statSync } from "node:fs";
 import { createServer } from "node:http";
 import { extname, join, normalize } from "node:path";
 import { fileURLToPath } from "node:url";
 
-const racine = fileURLToPath(new URL("../build/web/", import.meta.url));
+const racine = process.env.KVPAGE ?? fileURLToPath(new URL("../build/web/", import.meta.url));
 const types = {
     ".html": "text/html; charset=utf-8",
     ".js": "text/javascript",

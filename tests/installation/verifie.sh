@@ -8,7 +8,7 @@ travail=$(mktemp -d)
 trap 'rm -rf "$travail"' EXIT
 cmake --install "$construction" --prefix "$travail/prefixe" >/dev/null
 cmake -G Ninja -S "$sources/tests/installation" -B "$travail/hotes" -DCMAKE_PREFIX_PATH="$travail/prefixe" \
-      -DEXEMPLES="$sources/examples" -DCMAKE_BUILD_TYPE=Release ${3:+-DCMAKE_EXE_LINKER_FLAGS="$3"} >/dev/null
+    -DEXEMPLES="$sources/examples" -DCMAKE_BUILD_TYPE=Release ${3:+-DCMAKE_EXE_LINKER_FLAGS="$3"} >/dev/null
 cmake --build "$travail/hotes" >/dev/null
 # 3 parts; 65 700 taxable: 8 297 for two parts less the cap of 3 054, no relief; the tool says the same.
 "$travail/hotes/hote_c" | tee "$travail/c"
@@ -37,14 +37,14 @@ if "$travail/hotes/hote_c" 1ZZ=3 2>/dev/null; then exit 1; fi
 
 # Nothing but the compiler is looked for, and the flags are those of the directories.
 cmake -S "$sources" --preset library -G Ninja -B "$travail/seule" -DCMAKE_INSTALL_LIBDIR=lib/machine/abi \
-      -DCMAKE_DISABLE_FIND_PACKAGE_CLI11=ON -DCMAKE_DISABLE_FIND_PACKAGE_nlohmann_json=ON \
-      -DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON -DCMAKE_DISABLE_FIND_PACKAGE_benchmark=ON >/dev/null
+    -DCMAKE_DISABLE_FIND_PACKAGE_CLI11=ON -DCMAKE_DISABLE_FIND_PACKAGE_nlohmann_json=ON \
+    -DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON -DCMAKE_DISABLE_FIND_PACKAGE_benchmark=ON >/dev/null
 niveaux=$travail/ailleurs/lib/machine/abi
 mkdir -p "$niveaux/pkgconfig"
 cp -r "$travail/prefixe/include" "$travail/ailleurs"
 find "$travail/prefixe" \( -name 'libKVCalcul.so*' -o -name 'libkv.so*' \) -exec cp -P {} "$niveaux" \;
 cp "$travail/seule/"{kvcalcul,kv}.pc "$niveaux/pkgconfig"
-compile() {  # compile EXAMPLE PACKAGE: built through pkg-config
+compile() { # compile EXAMPLE PACKAGE: built through pkg-config
     # shellcheck disable=SC2046  # several flags
     cc "$sources/examples/$1.c" -o "$travail/$1" $(PKG_CONFIG_PATH=$niveaux/pkgconfig pkg-config --cflags --libs "$2")
     LD_LIBRARY_PATH=$niveaux "$travail/$1"

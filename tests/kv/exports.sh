@@ -7,5 +7,8 @@ exportes=$(nm -D --defined-only "$1" | awk '{print $3}' | LC_ALL=C sort)
 diff <(echo "$declares") <(echo "$exportes") && echo "$(echo "$exportes" | wc -l) functions, as declared"
 readelf -d "$1" | grep -q 'SONAME.*\[libkv\.so\.1\]'
 for nom in $declares; do
-    grep -qw "$nom" "$3"/*.cpp || { echo "$nom is not tested" >&2; exit 1; }
+    grep -qw "$nom" "$3"/*.cpp || {
+        echo "$nom is not tested" >&2
+        exit 1
+    }
 done

@@ -6,11 +6,14 @@ kvcalcul=$1 version=$2 projet=$3
 travail=$(mktemp -d)
 trap 'rm -rf "$travail"' EXIT
 
-statut() {  # statut EXPECTED COMMAND...: its exit status
+statut() { # statut EXPECTED COMMAND...: its exit status
     local attendu=$1 obtenu=0
     shift
     "$@" >"$travail/sortie" 2>"$travail/erreurs" || obtenu=$?
-    [ "$obtenu" -eq "$attendu" ] || { echo "status $obtenu, not $attendu: $*" >&2; exit 1; }
+    [ "$obtenu" -eq "$attendu" ] || {
+        echo "status $obtenu, not $attendu: $*" >&2
+        exit 1
+    }
 }
 
 statut 0 "$kvcalcul" --version
@@ -19,7 +22,10 @@ statut 0 "$kvcalcul" --help
 grep -q 'Exit status: 0 computed; 1 .*; 2' <(tr '\n' ' ' <"$travail/sortie")
 
 echo '{"entries": {"1AJ": 33333}}' >"$travail/bon"
-{ cat "$travail/bon"; echo '{"entries": {"1AJ": "x"}}'; } >"$travail/mauvais"
+{
+    cat "$travail/bon"
+    echo '{"entries": {"1AJ": "x"}}'
+} >"$travail/mauvais"
 statut 0 "$kvcalcul" run "$travail/bon"
 statut 1 "$kvcalcul" batch "$travail/mauvais"
 statut 2 "$kvcalcul" run "$travail/mauvais"
@@ -50,7 +56,7 @@ statut 0 "$kvcalcul" effects "$travail/dons" TOT_IMPOT --json
 grep -q '"figure":"TOT_IMPOT",.*"value":3293,.*"name":"7UF",.*"without":3293,"change":100,"changed":3293}\]' "$travail/sortie"
 statut 2 "$kvcalcul" effects "$travail/dons" TOT_IMPOTS
 statut 0 "$kvcalcul" curve "$travail/bon" --box 1AJ --to 40000 --step 10000 --output TOT_IMPOT --svg "$travail/courbe.svg"
-[ "$(sed -n 5p "$travail/sortie")" = 30000,2407,0.080233,0.268600 ]  # 17193 at 14 %; of 9000 more 86 at 14, 8914 at 30 %
+[ "$(sed -n 5p "$travail/sortie")" = 30000,2407,0.080233,0.268600 ] # 17193 at 14 %; of 9000 more 86 at 14, 8914 at 30 %
 python3 -c 'import sys, xml.etree.ElementTree as e; e.parse(sys.argv[1])' "$travail/courbe.svg"
 statut 0 "$kvcalcul" curve "$travail/bon" --box 1AJ --to 40000 --step 10000 --svg -
 grep -q '+61.*€</text>' "$travail/sortie"
@@ -82,7 +88,10 @@ grep -q 'to pay *3293' "$travail/sortie"
 
 # What the boxes mean: the document is that of this build, a search shows blocks, an unknown box its neighbours.
 statut 0 "$kvcalcul" boxes --markdown
-cmp "$travail/sortie" "$projet/docs/boxes.md" || { echo "docs/boxes.md: kvcalcul boxes --markdown >docs/boxes.md" >&2; exit 1; }
+cmp "$travail/sortie" "$projet/docs/boxes.md" || {
+    echo "docs/boxes.md: kvcalcul boxes --markdown >docs/boxes.md" >&2
+    exit 1
+}
 statut 0 "$kvcalcul" boxes "SALAIRES traitements"
 grep -qx '1BJ  Traitements et salaires' "$travail/sortie"
 statut 0 "$kvcalcul" boxes
@@ -93,7 +102,10 @@ statut 2 "$kvcalcul" run "$travail/inconnue"
 grep -q 'unknown entry box 1AJX; nearest: 1AJ (Traitements et salaires)' "$travail/erreurs"
 
 # Warnings stand in the result; in a batch they go to standard error with the line.
-{ cat "$travail/bon"; echo '{"entries": {"C": 1, "M": 1}}'; } >"$travail/douteux"
+{
+    cat "$travail/bon"
+    echo '{"entries": {"C": 1, "M": 1}}'
+} >"$travail/douteux"
 statut 0 "$kvcalcul" batch "$travail/douteux"
 grep -q ':2: warning: M .* and C .*: more than one family situation' "$travail/erreurs"
 [ "$(wc -l <"$travail/erreurs")" -eq 1 ]

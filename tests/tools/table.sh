@@ -8,17 +8,24 @@ trap 'rm -rf "$travail"' EXIT
 cd "$travail"
 figures=TOT_PAYER,S_NET_A_PAYER,TOT_R_IMPOS,CO_19.c2,F11_6FL
 
-statut() {  # statut EXPECTED COMMAND...: its exit status
+statut() { # statut EXPECTED COMMAND...: its exit status
     local attendu=$1 obtenu=0
     shift
     "$@" >sortie 2>erreurs || obtenu=$?
-    [ "$obtenu" -eq "$attendu" ] || { echo "status $obtenu, not $attendu: $*" >&2; cat erreurs >&2; exit 1; }
+    [ "$obtenu" -eq "$attendu" ] || {
+        echo "status $obtenu, not $attendu: $*" >&2
+        cat erreurs >&2
+        exit 1
+    }
 }
-refuse() {  # refuse MESSAGE COMMAND...: bad input, and the message that says so
+refuse() { # refuse MESSAGE COMMAND...: bad input, and the message that says so
     local message=$1
     shift
     statut 2 "$@"
-    grep -qF -- "$message" erreurs || { echo "no \"$message\" in: $(cat erreurs)" >&2; exit 1; }
+    grep -qF -- "$message" erreurs || {
+        echo "no \"$message\" in: $(cat erreurs)" >&2
+        exit 1
+    }
 }
 
 # Households worked out by hand. 30 000 less 10 %, 14 % above 9807. A couple with two children, 60 000: 54 000 over three
@@ -51,22 +58,36 @@ tail -1 sortie | grep -q 'row 2: a quote is never closed$'
 
 # Headers that can't be meant.
 entete() { echo "$1" >entete.csv; }
-entete id,1AJX; refuse 'column 2 "1AJX": unknown entry box 1AJX; nearest: 1AJ' "$kvcalcul" table entete.csv --outputs TOT_PAYER
-entete 1aj; refuse 'nearest: 1AJ' "$kvcalcul" table entete.csv --outputs TOT_PAYER
-entete 'id, fm'; refuse 'column 2 " fm"' "$kvcalcul" table entete.csv --outputs TOT_PAYER
+entete id,1AJX
+refuse 'column 2 "1AJX": unknown entry box 1AJX; nearest: 1AJ' "$kvcalcul" table entete.csv --outputs TOT_PAYER
+entete 1aj
+refuse 'nearest: 1AJ' "$kvcalcul" table entete.csv --outputs TOT_PAYER
+entete 'id, fm'
+refuse 'column 2 " fm"' "$kvcalcul" table entete.csv --outputs TOT_PAYER
 for nom in m ' M' quotients.4.1AJ ti_1AW 'case 1AJ'; do
-    entete "$nom,1AJ"; refuse 'a column that is no box needs another name' "$kvcalcul" table entete.csv --outputs TOT_PAYER
+    entete "$nom,1AJ"
+    refuse 'a column that is no box needs another name' "$kvcalcul" table entete.csv --outputs TOT_PAYER
 done
-entete '1st,region,1AJ'; statut 0 "$kvcalcul" table entete.csv --outputs TOT_PAYER
-entete 'id|1AJX'; refuse 'needs another name' "$kvcalcul" table entete.csv --outputs TOT_PAYER
-entete 'id,region'; refuse 'no column is a box' "$kvcalcul" table entete.csv --outputs TOT_PAYER
-printf '1AJ,id\r30000,1\r' >entete.csv; refuse 'is not UTF-8 text' "$kvcalcul" table entete.csv --outputs TOT_PAYER
-printf '1\0A\0J\0\n\0' >entete.csv; refuse 'is not UTF-8 text' "$kvcalcul" table entete.csv --outputs TOT_PAYER
-entete ti.1AJ; refuse 'box 1AJ has no amount in "ti"' "$kvcalcul" table entete.csv --outputs TOT_PAYER
-entete quotient.4.1AX; refuse 'unknown entry box 1AX' "$kvcalcul" table entete.csv --outputs TOT_PAYER
-entete 1AJ,1AJ; refuse 'column 2 "1AJ": stands twice' "$kvcalcul" table entete.csv --outputs TOT_PAYER
-entete id,1AJ,id; refuse 'would be called "id"' "$kvcalcul" table entete.csv --outputs TOT_PAYER
-entete id,1AJ; refuse 'unknown figure TOT_PAYRE; nearest: TOT_PAYER' "$kvcalcul" table entete.csv --outputs TOT_PAYRE
+entete '1st,region,1AJ'
+statut 0 "$kvcalcul" table entete.csv --outputs TOT_PAYER
+entete 'id|1AJX'
+refuse 'needs another name' "$kvcalcul" table entete.csv --outputs TOT_PAYER
+entete 'id,region'
+refuse 'no column is a box' "$kvcalcul" table entete.csv --outputs TOT_PAYER
+printf '1AJ,id\r30000,1\r' >entete.csv
+refuse 'is not UTF-8 text' "$kvcalcul" table entete.csv --outputs TOT_PAYER
+printf '1\0A\0J\0\n\0' >entete.csv
+refuse 'is not UTF-8 text' "$kvcalcul" table entete.csv --outputs TOT_PAYER
+entete ti.1AJ
+refuse 'box 1AJ has no amount in "ti"' "$kvcalcul" table entete.csv --outputs TOT_PAYER
+entete quotient.4.1AX
+refuse 'unknown entry box 1AX' "$kvcalcul" table entete.csv --outputs TOT_PAYER
+entete 1AJ,1AJ
+refuse 'column 2 "1AJ": stands twice' "$kvcalcul" table entete.csv --outputs TOT_PAYER
+entete id,1AJ,id
+refuse 'would be called "id"' "$kvcalcul" table entete.csv --outputs TOT_PAYER
+entete id,1AJ
+refuse 'unknown figure TOT_PAYRE; nearest: TOT_PAYER' "$kvcalcul" table entete.csv --outputs TOT_PAYRE
 refuse 'TOT_PAYER stands twice' "$kvcalcul" table entete.csv --outputs TOT_PAYER,TOT_PAYER
 refuse 'has no header' "$kvcalcul" table /dev/null --outputs TOT_PAYER
 refuse 'absent.csv: cannot be read' "$kvcalcul" table absent.csv --outputs TOT_PAYER
@@ -90,7 +111,10 @@ awk -F, 'NR == 1 { split($0, noms) } NR > 1 {
     print "}}"
 }' sortie >population.jsonl
 statut 0 "$kvcalcul" batch population.jsonl
-[ ! -s erreurs ] || { echo "warnings about the population: $(head -3 erreurs)" >&2; exit 1; }
+[ ! -s erreurs ] || {
+    echo "warnings about the population: $(head -3 erreurs)" >&2
+    exit 1
+}
 
 # The same bytes for any number of threads, from a pipe, in parts put together, and as batch has it, whose order is that of
 # the lines.
@@ -138,7 +162,10 @@ refuse 'needs a file' "$kvcalcul" table population.csv --resume --outputs $figur
 # A full disk and a reader that leaves are told of, not waited for.
 for travail_long in "table population.csv --outputs $figures" "batch population.jsonl" "population 5000"; do
     refuse '/dev/full: cannot be written' "$kvcalcul" $travail_long -o /dev/full
-    [ "$({ trap '' PIPE; "$kvcalcul" $travail_long 2>erreurs || echo "$?" >code; } | head -c 1 | wc -c)" -eq 1 ]
+    [ "$({
+        trap '' PIPE
+        "$kvcalcul" $travail_long 2>erreurs || echo "$?" >code
+    } | head -c 1 | wc -c)" -eq 1 ]
     [ "$(cat code)" -eq 2 ]
     grep -q 'standard output: cannot be written' erreurs
     rm code

@@ -19,7 +19,8 @@ export function commande(arguments_, entree = "") {
 
 /** The returns on which every interface is compared. */
 export function corpus() {
-    const programme = process.env.KVCORPUS ?? fileURLToPath(new URL("../../build/release/tests/kv_corpus", import.meta.url));
+    const programme =
+        process.env.KVCORPUS ?? fileURLToPath(new URL("../../build/release/tests/kv_corpus", import.meta.url));
     const { stdout, status } = spawnSync(programme, ["500"], { encoding: "utf8", maxBuffer: 1 << 28 });
     if (status !== 0) throw new Error("kv_corpus");
     return stdout;

@@ -21,7 +21,9 @@ test("figures are those of the command line", async () => {
     for (const fichier of readdirSync(examples).filter((nom) => nom.endsWith(".json")))
         documents.push(JSON.stringify(JSON.parse(readFileSync(examples + fichier, "utf8"))));
     const retours = documents.map((document) => JSON.parse(document));
-    const lignes = commande(["batch"], documents.join("\n") + "\n").trim().split("\n");
+    const lignes = commande(["batch"], documents.join("\n") + "\n")
+        .trim()
+        .split("\n");
     const attendus = lignes.map((ligne) => JSON.parse(ligne).outputs);
     const trouves = await page.evaluate((tous) => tous.map((r) => globalThis.kvcalcul.calcule(r)), retours);
     for (const [i, attendu] of attendus.entries()) assert.deepEqual(trouves[i], attendu, JSON.stringify(retours[i]));
