@@ -45,7 +45,8 @@ class TestDeBloc : public testing::Test {
     const Bloc m_bloc;
 };
 
-// Whether a figure of the law that is a little higher or lower would fail a case: if not, nothing holds it.
+// Whether a figure of the law that is a little higher or lower would fail a case: if not, nothing holds it. A euro more
+// of 500 000 moves no tax.
 class TestDeLaLoi : public testing::Test {
   public:
     explicit TestDeLaLoi(const std::vector<Bloc>& blocs) {
@@ -57,10 +58,10 @@ class TestDeLaLoi : public testing::Test {
         for (std::int32_t p = 0; p < kv::parameter_count(); ++p) {
             const kv_parameter parametre = kv::describe_parameter(p);
             const std::string unite = parametre.unit;
-            const double valeur = kv::Law().get(p), pas = unite == "euros"     ? std::max(1.0, std::round(valeur / 100))
+            const double valeur = kv::Law().get(p), pas = unite == "euros" ? std::max(1.0, std::round(valeur / 2000))
                                                           : unite == "percent" ? 0.5
                                                                                : 1;
-            EXPECT_TRUE(Tenu(p, valeur + pas) || Tenu(p, valeur - pas)) << parametre.name;
+            EXPECT_TRUE(Tenu(p, valeur + pas) || Tenu(p, valeur - pas)) << parametre.name << " is held by no case";
         }
     }
 
