@@ -30,7 +30,8 @@ def test_the_corpus_of_every_interface_is_that_of_the_command_line() -> None:
     returns = [json.loads(line) for line in documents.splitlines()]
     assert len(found) == len(returns) > 1000
     for document, expected in zip(returns, found, strict=True):
-        result = kvcalcul.compute(document)
+        settings = {name: document.pop(name) for name in ("launch", "indexation", "period") if name in document}
+        result = kvcalcul.compute(document, **settings)
         outputs = expected["outputs"]
         assert result.nonzero() == {name: line["value"] for name, line in outputs.items() if line["value"] != 0}
         assert result.carried() == expected["carry_forwards"]
