@@ -75,8 +75,9 @@ export function deJson(document: unknown, moteur: Moteur): { declaration: Declar
             );
         } else if (membre === "launch" && lancements.includes(valeur as Lancement)) {
             lancement = valeur as Lancement;
-        } else if (membre === "indexation" && typeof valeur === "number") {
-            indexation = valeur;
+        } else if (membre === "indexation") {
+            if (Number.isFinite(valeur)) indexation = valeur as number;
+            else refus.push("indexation : n'est pas un pourcentage");
         } else if (membre === "period" && Array.isArray(valeur) && valeur.length === 2) {
             periode = [String(valeur[0]), String(valeur[1])];
         } else {
