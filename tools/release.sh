@@ -66,7 +66,7 @@ python3 -m zipfile -e "$fichiers/$nom-windows.zip" .
 
 (cd "$nom" && cmake --preset library -G Ninja >/dev/null && cmake --build --preset library -- --quiet && cmake --install build/library --prefix "$travail/clean/built" >/dev/null)
 hote() { # hote PREFIX PROGRAM: the host of the example, against an installed library
-    cc -std=c11 -I"$1/include" "$nom/examples/hote.c" -o "$2" "$(find "$1" -name libKVCalcul.so)" \
+    cc -std=c11 -I"$1/include/KVCalcul" "$nom/examples/hote.c" -o "$2" "$(find "$1" -name libKVCalcul.so)" \
         -Wl,-rpath,"$(dirname "$(find "$PWD/${1#"$PWD"/}" -name libKVCalcul.so)")"
 }
 hote built hote_source
@@ -76,7 +76,7 @@ essaie "the Linux library" ./hote_linux
 "$linux/bin/kvcalcul" run --json "$nom/examples/couple-deux-enfants.json" >outputs.json
 grep -q '"TOT_PAYER": *5243' outputs.json && echo "tried: kvcalcul"
 for arch in i686 x86_64; do
-    "$arch-w64-mingw32-gcc-posix" -std=c11 -I"$nom-windows/$arch/include" "$nom/examples/hote.c" -o "hote_$arch.exe" \
+    "$arch-w64-mingw32-gcc-posix" -std=c11 -I"$nom-windows/$arch/include/KVCalcul" "$nom/examples/hote.c" -o "hote_$arch.exe" \
         "$(find "$nom-windows/$arch" -name libKVCalcul.dll.a)"
 done
 cp "$(find "$nom-windows/x86_64" -name KVCalcul.dll)" .
