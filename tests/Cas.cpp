@@ -141,9 +141,10 @@ class TestDeSomme : public testing::Test {
         // Returns are drawn until each term was found in some of them.
         Hasard hasard(2018);
         std::map<std::string_view, int> trouves;
-        for (int essai = 0; essai < 600 && (essai < 12 || Rare(mots, trouves)); ++essai) {
+        for (int essai = 0; essai < 3000 && (essai < 12 || Rare(mots, trouves)); ++essai) {
             kv::Return r = hasard.Declaration(60);
             hasard.Depenses(r, 4);
+            if (essai % 2 != 0) hasard.Partout(r, 60);
             for (const std::string_view mot : Termes(mots))
                 if (Nature(mot) == entree && !hasard.UneFoisSur(3)) r.set(std::string(mot), hasard.Entre(0, 5000));
             test::Remplit(r, suppose);
@@ -162,6 +163,10 @@ class TestDeSomme : public testing::Test {
             if (r[figure] != somme)
                 ADD_FAILURE_AT(m_fichier.c_str(), m_somme.ligne) << figure << " is " << r[figure] << ", not " << somme;
         }
+        for (const std::string_view mot : Termes(mots))
+            if (trouves[mot] == 0)
+                ADD_FAILURE_AT(m_fichier.c_str(), m_somme.ligne)
+                    << mot << " was in none of the returns: nothing holds it";
     }
 
   private:

@@ -110,15 +110,20 @@ class Hasard {
         r.set("HQA", Entre(0, 1));
     }
 
+    /// Adds what a box may hold to boxes of every section.
+    void Partout(kv::Return& r, int nombre) {
+        for (; nombre > 0; --nombre) {
+            const std::int32_t box = Entre(0, Nombre() - 1);
+            r.set(box, Plausible(box));
+        }
+    }
+
     /// Anything from a box or two to all of them, whatever the launch, the period, the indexation and the law.
     kv::Return Variee() {
         kv::Return r = UneFoisSur(12) ? Tout() : UneFoisSur(2) ? Simple() : Declaration(Entre(1, 30));
         if (UneFoisSur(2)) Depenses(r, Entre(1, 6));
         if (UneFoisSur(4)) OutreMer(r, Entre(1, 6));
-        for (int n = Parmi({0, 2, 6, 40}); n > 0; --n) {
-            const std::int32_t box = Entre(0, Nombre() - 1);
-            r.set(box, Plausible(box));
-        }
+        Partout(r, Parmi({0, 2, 6, 40}));
         for (const char* option : {"6QW", "AVA", "PFU", "BAR", "CIMR"})
             if (UneFoisSur(5)) r.set(option, UneFoisSur(4) ? KV_UNSET : 1);
         r.set_launch(UneFoisSur(2) ? KV_LAUNCH_NORMAL : Entre(0, 3));

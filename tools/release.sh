@@ -74,7 +74,8 @@ essaie "the sources" ./hote_source
 hote "$linux" hote_linux
 essaie "the Linux library" ./hote_linux
 "$linux/bin/kvcalcul" run --json "$nom/examples/couple-deux-enfants.json" >outputs.json
-grep -q '"TOT_PAYER": *5243' outputs.json && echo "tried: kvcalcul"
+grep -q '"TOT_PAYER": *5243' outputs.json
+echo "tried: kvcalcul"
 for arch in i686 x86_64; do
     "$arch-w64-mingw32-gcc-posix" -std=c11 -I"$nom-windows/$arch/include/KVCalcul" "$nom/examples/hote.c" -o "hote_$arch.exe" \
         "$(find "$nom-windows/$arch" -name libKVCalcul.dll.a)"
@@ -89,10 +90,11 @@ fi
 python3 -m venv env
 env/bin/pip install -q --disable-pip-version-check --require-hashes -r "$racine/python/requirements.txt"
 env/bin/pip install -q --disable-pip-version-check --no-deps "$fichiers/$nom"-*.whl
-env/bin/python - <<'FIN' && echo "tried: the wheel"
+env/bin/python - <<'FIN'
 import kvcalcul
 assert kvcalcul.compute({"M": 1, "Fm": 2, "1AJ": 42000, "1BJ": 31000})["TOT_PAYER"] == 5243
 FIN
+echo "tried: the wheel"
 (cd "$racine/web" && KVPAGE="$travail/clean/$nom-page/" node --test --test-reporter=dot tests/ >"$travail/page" || { cat "$travail/page" && exit 1; })
 echo "tried: the page"
 cat "$fichiers/SHA256SUMS"
