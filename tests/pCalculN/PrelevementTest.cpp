@@ -45,4 +45,17 @@ TEST(Prelevement, InstalmentsOfActivities) {
         }
 }
 
+// Exceptional income pays no instalment, and its tax is not given back: alone, it leaves both at nothing.
+TEST(Prelevement, ExceptionalIncomeIsInNoBase) {
+    for (std::int32_t box = 0; box < kv::count(KV_ENTRY); ++box) {
+        if (kv::describe(KV_ENTRY, box).quotient < 0) continue;
+        for (const std::int32_t coefficient : {1, 4}) {
+            kv::Return r = Foyer("M CIMR launch=options");
+            r.set_exceptional(box, coefficient, 90000).compute();
+            EXPECT_EQ(r["ASSIETTE_A_IR"], 0) << kv::describe(KV_ENTRY, box).name;
+            EXPECT_EQ(r["D_CREDIT_CIMR_IR"], 0) << kv::describe(KV_ENTRY, box).name;
+        }
+    }
+}
+
 }  // namespace
