@@ -4,7 +4,7 @@
 ``compute_table(households, outputs=["TOT_PAYER", "REVENU_REF"])`` a table of them.
 """
 
-from . import _library
+from . import _library, dask, spark
 from ._curves import Breaks, Curve, breaks, curve
 from ._explanation import Explanation
 from ._law import Law, parameters
@@ -39,9 +39,11 @@ __all__ = [
     "compute",
     "compute_table",
     "curve",
+    "dask",
     "explain_difference",
     "parameters",
     "plot_deciles",
     "plot_marginal_rate",
     "reform",
+    "spark",
 ]

@@ -16,6 +16,7 @@ from numpy.typing import NDArray
 from . import _library as lib
 
 Int32 = NDArray[np.int32]
+Refuse = Callable[[int, str], None]  # what becomes of a row, and why its amount can't be one
 
 _LOW, _HIGH = -(2**31), 2**31 - 1
 _AREAS = ("entries", "ti", "tix", "tiy", "tk", "tkz", "quotient", "quotients")
@@ -105,18 +106,23 @@ def flatten(entries: Mapping[str, Any]) -> dict[str, Any]:
     return flat
 
 
-def _first(wrong: NDArray[np.bool_]) -> int:
-    return int(np.argmax(wrong))
+def _refuse_all(wrong: NDArray[np.bool_], values: NDArray[Any], why: str, refuse: Refuse) -> NDArray[Any]:
+    """Refuses the rows that are wrong, and gives the values with zeros in their place."""
+    if not wrong.any():
+        return values
+    for row in np.flatnonzero(wrong):
+        refuse(int(row), f"{values[row]} {why}")
+    return np.where(wrong, 0, values)
 
 
-def column(name: str, values: Any, where: Callable[[int], str]) -> Int32:
+def column(name: str, values: Any, refuse: Refuse) -> Int32:
     """A column of amounts. 32-bit integers without nulls are taken as they are, without a copy; others are converted.
-    ``where`` names a row in a message."""
+    A row whose amount can't be one is refused, and 0 here."""
     if not isinstance(values, np.ndarray):
-        values = _from_arrow(name, values, where)
+        values = _from_arrow(name, values)
     if isinstance(values, np.ma.MaskedArray):
         mask = np.ma.getmaskarray(values)
-        converted = column(name, np.where(mask, 0, values.data), where).copy()
+        converted = column(name, np.where(mask, 0, values.data), refuse).copy()
         converted[mask] = lib.UNSET
         return converted
     kind = values.dtype.kind
@@ -125,7 +131,7 @@ def column(name: str, values: Any, where: Callable[[int], str]) -> Int32:
     if kind == "M":
         return _dates(values)
     if kind == "O":
-        return _objects(name, values, where)
+        return _objects(values, refuse)
     if kind not in "iuf":
         raise lib.BadValue(f"column {name}: {values.dtype} is no column of numbers")
     empty = None
@@ -137,12 +143,9 @@ def column(name: str, values: Any, where: Callable[[int], str]) -> Int32:
         else:
             values = np.where(empty, 0, values)
         fraction = values != np.floor(values)  # an infinity is no fraction, and out of range
-        if fraction.any():
-            row = _first(fraction)
-            raise lib.BadValue(f"column {name}, {where(row)}: {values[row]} is not a whole number")
+        values = _refuse_all(fraction, values, "is not a whole number", refuse)
     if values.size and values.dtype != np.int32 and (values.min() < _LOW or values.max() > _HIGH):
-        row = _first((values < _LOW) | (values > _HIGH))
-        raise lib.BadValue(f"column {name}, {where(row)}: {values[row]} does not fit in 32 bits")
+        values = _refuse_all((values < _LOW) | (values > _HIGH), values, "does not fit in 32 bits", refuse)
     amounts = np.ascontiguousarray(values, dtype=np.int32)
     if empty is not None:
         amounts[empty] = lib.UNSET
@@ -161,23 +164,23 @@ def _dates(values: NDArray[Any]) -> Int32:
     return cast(Int32, amounts)
 
 
-def _objects(name: str, values: NDArray[Any], where: Callable[[int], str]) -> Int32:
-    amounts = np.empty(len(values), dtype=np.int32)
+def _objects(values: NDArray[Any], refuse: Refuse) -> Int32:
+    amounts = np.zeros(len(values), dtype=np.int32)
     for row, value in enumerate(values):
         try:
             amounts[row] = whole("", value)
         except lib.BadValue as error:
-            raise lib.BadValue(f"column {name}, {where(row)}{error}") from None
+            refuse(row, str(error).removeprefix(": "))
     return amounts
 
 
-def _from_arrow(name: str, values: Any, where: Callable[[int], str]) -> NDArray[Any]:
+def _from_arrow(name: str, values: Any) -> NDArray[Any]:
     import pyarrow as pa
     import pyarrow.compute as pc
 
     kind = values.type
     if pa.types.is_dictionary(kind):
-        return _from_arrow(name, values.dictionary_decode(), where)
+        return _from_arrow(name, values.dictionary_decode())
     if pa.types.is_null(kind):
         return np.full(len(values), lib.UNSET, dtype=np.int32)
     if pa.types.is_boolean(kind):

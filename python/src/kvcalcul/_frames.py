@@ -105,21 +105,48 @@ class Source:
         return f"row {row}"
 
     def like(self, columns: Mapping[str, NDArray[Any]], keep: Sequence[str] = ()) -> Any:
-        """New columns as a table of the same kind, with the index and some columns of this one before them."""
+        """New columns as a table of the same kind, with the index and some columns of this one before them. Integers
+        that are masked where there is nothing are nullable; objects are texts."""
         if self.kind == "pandas":
             pandas = need("pandas", "pandas")
-            new = pandas.DataFrame(dict(columns), index=self.table.index, copy=False)
+            series = {name: _pandas_column(pandas, values) for name, values in columns.items()}
+            new = pandas.DataFrame(series, index=self.table.index, copy=False)
             return pandas.concat([self.table[list(keep)], new], axis=1) if keep else new
         if self.kind == "polars":
             polars = need("polars", "polars")
-            return polars.DataFrame({**{name: self.table[name] for name in keep}, **columns})
+            new = {
+                name: values if _plain(values) else polars.Series(_arrow(values)) for name, values in columns.items()
+            }
+            return polars.DataFrame({**{name: self.table[name] for name in keep}, **new})
         if self.kind == "dict":
             return {**{name: self.table[name] for name in keep}, **columns}
         import pyarrow as pa
 
-        arrays = [self.table.column(name) for name in keep] + [pa.array(values) for values in columns.values()]
+        arrays = [self.table.column(name) for name in keep] + [_arrow(values) for values in columns.values()]
         make = pa.RecordBatch.from_arrays if self.kind == "batch" else pa.Table.from_arrays
         return make(arrays, names=[*keep, *columns])
+
+
+def _plain(values: NDArray[Any]) -> bool:
+    return values.dtype.kind != "O" and not isinstance(values, np.ma.MaskedArray)
+
+
+def _arrow(values: NDArray[Any]) -> Any:
+    import pyarrow as pa
+
+    if values.dtype.kind == "O":
+        return pa.array(values, pa.string())
+    if isinstance(values, np.ma.MaskedArray):
+        return pa.array(values.data, mask=np.ma.getmaskarray(values))
+    return pa.array(values)
+
+
+def _pandas_column(pandas: Any, values: NDArray[Any]) -> Any:
+    if values.dtype.kind == "O":
+        return pandas.array(values, dtype="string")
+    if isinstance(values, np.ma.MaskedArray):
+        return pandas.arrays.IntegerArray(values.data, np.ma.getmaskarray(values))
+    return values
 
 
 def _as_array(values: Any) -> Any:

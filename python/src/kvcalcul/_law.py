@@ -2,9 +2,11 @@
 
 from __future__ import annotations
 
+import json
 from collections.abc import Iterator, Mapping
 from ctypes import byref, c_double, c_void_p, sizeof
 from functools import lru_cache
+from pathlib import Path
 from typing import Any
 
 from . import _library as lib
@@ -54,6 +56,21 @@ class Law(Mapping[str, float]):
         self._check(lib.kv.kv_law_set(self._pointer, parameter.encode(), float(value)))
         return self
 
+    @classmethod
+    def read(cls, path: str | Path) -> Law:
+        """A law file, as the command line reads it: a JSON object of parameters and values. Errors name the file."""
+        try:
+            changes = json.loads(Path(path).read_text(encoding="utf-8"), object_pairs_hook=_once)
+            if not isinstance(changes, dict):
+                raise lib.BadValue("a reform is an object of parameters and values")
+            for name, value in changes.items():
+                if isinstance(value, bool) or not isinstance(value, (int, float)):
+                    raise lib.BadValue(f"{name}: {json.dumps(value)} is not a number")
+            return cls(changes).validate()
+        except (lib.Error, ValueError) as error:  # JSON and UTF-8 errors are ValueErrors
+            kind = type(error) if isinstance(error, lib.Error) else lib.BadValue
+            raise kind(f"{path}: {error}") from None
+
     def validate(self) -> Law:
         """Raises BadValue when the law can't be applied: thresholds that do not ascend."""
         self._check(lib.kv.kv_law_check(self._pointer))
@@ -90,6 +107,14 @@ class Law(Mapping[str, float]):
 
     def __reduce__(self) -> tuple[type[Law], tuple[dict[str, float]]]:
         return Law, (self.changes(),)
+
+
+def _once(pairs: list[tuple[str, Any]]) -> dict[str, Any]:
+    changes = dict(pairs)
+    if len(changes) < len(pairs):
+        names = [name for name, _ in pairs]
+        raise lib.BadValue(f"{next(name for name in names if names.count(name) > 1)} stands twice")
+    return changes
 
 
 @lru_cache(maxsize=1)

@@ -3,7 +3,7 @@
 from __future__ import annotations
 
 import threading
-from collections.abc import Callable, Iterator, Sequence
+from collections.abc import Callable, Sequence
 from ctypes import byref, c_int32, sizeof
 from typing import Any, TypeVar, cast
 
@@ -17,20 +17,27 @@ from ._result import Launch, Period, prepare
 
 Table = TypeVar("Table")
 Progress = bool | Callable[[int, int], None]
+Refused = dict[int, str]  # rows that could not be computed, and why
 
 _DIRECT = 4096  # below so many rows the call is shorter than the thread that Ctrl-C would want
 
 
-def amounts_of(source: Source, others: Sequence[str] = ()) -> dict[str, Int32]:
+def amounts_of(source: Source, others: Sequence[str] = (), refused: Refused | None = None) -> dict[str, Int32]:
     """The columns of a table that are amounts of a return, checked and converted. others: columns that are none,
-    whatever their names."""
+    whatever their names. A row with an amount that can't be one is an error, or noted in ``refused``."""
     amounts: dict[str, Int32] = {}
     for name in source.names:
         if name in others:
             continue
         why = why_no_amount(name)
         if not why:
-            amounts[name] = column(name, source.column(name), source.where)
+
+            def refuse(row: int, why: str, name: str = name) -> None:
+                if refused is None:
+                    raise lib.BadValue(f"column {name}, {source.where(row)}: {why}")
+                refused.setdefault(row, f"{name}: {why}")
+
+            amounts[name] = column(name, source.column(name), refuse)
         elif resembles_box(name):
             raise lib.UnknownName(f'column "{name}": {why}; a column that is no box needs another name, or to be kept')
     if not amounts:
@@ -70,19 +77,30 @@ class Run:
                 raise lib.BadValue(f"outputs: {name} stands twice")
         return figures
 
-    def compute(self, amounts: dict[str, Int32], rows: int, outputs: Sequence[str]) -> dict[str, Int32]:
-        """The figures of each row. ``net`` is what is paid less what is refunded."""
+    def compute(
+        self, amounts: dict[str, Int32], rows: int, outputs: Sequence[str], refused: Refused | None = None
+    ) -> dict[str, Int32]:
+        """The figures of each row. ``net`` is what is paid less what is refunded. A row that the library could not
+        compute is an error, or noted in ``refused``."""
         read = [name for name in outputs if name != "net"]
         if "net" in outputs:
             read += [name for name in ("S_NET_A_PAYER", "S_NET_RESTITUE") if name not in read]
         figures = {name: np.empty(rows, dtype=np.int32) for name in read}
         if rows:
-            self._compute_columns(amounts, rows, figures)
+            statuses = None if refused is None else np.zeros(rows, dtype=np.int32)
+            status = self._compute_columns(amounts, rows, figures, statuses)
+            if refused is None or statuses is None or not statuses.any():
+                self._handle.check(status)
+            else:
+                for row in np.flatnonzero(statuses):
+                    refused.setdefault(int(row), lib.text(lib.kv.kv_status_text(int(statuses[row]))))
         if "net" in outputs:
             figures["net"] = figures["S_NET_A_PAYER"] - figures["S_NET_RESTITUE"]
         return {name: figures[name] for name in outputs}
 
-    def _compute_columns(self, amounts: dict[str, Int32], rows: int, figures: dict[str, Int32]) -> None:
+    def _compute_columns(
+        self, amounts: dict[str, Int32], rows: int, figures: dict[str, Int32], statuses: Int32 | None
+    ) -> int:
         inputs = (lib.InputColumn * len(amounts))()
         for place, (name, values) in enumerate(amounts.items()):
             inputs[place].name, inputs[place].values = name.encode(), values.ctypes.data
@@ -97,12 +115,12 @@ class Run:
             input_count=len(amounts),
             output_count=len(figures),
             outputs=outputs,
+            statuses=None if statuses is None else statuses.ctypes.data,
             threads=self._threads,
             progress=told.function,
         )
         with told:
-            status = told.run(lambda: lib.kv.kv_compute_columns(self._handle.pointer, byref(columns)))
-        self._handle.check(status)
+            return told.run(lambda: lib.kv.kv_compute_columns(self._handle.pointer, byref(columns)))
 
 
 class _Progress:
@@ -160,8 +178,6 @@ class _Progress:
 
 
 def _kept(source: Source, keep: bool | Sequence[str]) -> list[str]:
-    if isinstance(keep, str):
-        raise TypeError("keep is True, or a list of columns")
     if keep is True:
         return source.names
     kept = list(keep or ())
@@ -169,6 +185,72 @@ def _kept(source: Source, keep: bool | Sequence[str]) -> list[str]:
         if name not in source.names:
             raise lib.UnknownName(f'keep: no column is named "{name}"')
     return kept
+
+
+class Task:
+    """What each piece of a table is computed with, as it travels to where the piece is: another process or machine.
+    ``compute_table``, ``kvcalcul.dask``, ``kvcalcul.spark`` and ``kvcalcul-population`` all call it."""
+
+    def __init__(
+        self,
+        outputs: Sequence[str],
+        law: Law | None = None,
+        launch: str = "normal",
+        indexation: float = -1.0,
+        period: Period | None = None,
+        threads: int = 0,
+        progress: Progress = False,
+        keep: bool | Sequence[str] = False,
+        status: str | None = None,
+    ) -> None:
+        law = law.copy() if law is not None else None
+        self._run = Run(launch, law, indexation, period, threads, progress)
+        self._settings = (law, launch, indexation, period, threads, progress)
+        self.outputs = self._run.check_outputs(outputs)
+        self._keep, self._status = keep, status
+        if isinstance(keep, str):
+            raise TypeError("keep is True, or a list of columns")
+        if status in self.outputs:
+            raise lib.BadValue(f"the column {status} is the status and asked for: two columns would have its name")
+
+    def __call__(self, table: Any, refused: Refused | None = None) -> Any:
+        """The figures of a table, as a table of the same kind. refused: with a status, rows that can't be computed
+        whatever their amounts."""
+        source = Source(table)
+        kept = _kept(source, self._keep)
+        for name in kept:
+            if name in self.outputs or name == self._status:
+                raise lib.BadValue(f"the column {name} is kept and asked for: two columns would have its name")
+        others = () if self._keep is True else kept
+        if self._status is None:
+            amounts = amounts_of(source, others)
+            return source.like(self._run.compute(amounts, source.rows, self.outputs), kept)
+        refused = dict(refused or {})
+        amounts = amounts_of(source, others, refused)
+        figures = self._run.compute(amounts, source.rows, self.outputs, refused)
+        return source.like(_with_status(figures, source.rows, refused, self._status), kept)
+
+    def __reduce__(self) -> tuple[Any, ...]:
+        version = lib.text(lib.kv.kv_version())
+        return _unpickled, (version, self.outputs, *self._settings, self._keep, self._status)
+
+
+def _unpickled(version: str, *arguments: Any) -> Task:
+    """A task that arrives: the figures must be those of the library that sent it."""
+    here = lib.text(lib.kv.kv_version())
+    if here != version:
+        raise lib.Error(f"this process has kvcalcul {here}, the one that sent the work {version}: install the same")
+    return Task(*arguments)
+
+
+def _with_status(figures: dict[str, Int32], rows: int, refused: Refused, status: str) -> dict[str, Any]:
+    """The figures without those of the rows refused, and why they were."""
+    mask = np.zeros(rows, dtype=bool)
+    texts = np.full(rows, "", dtype=object)
+    for row, why in refused.items():
+        mask[row], texts[row] = True, why
+    masked: dict[str, Any] = {name: np.ma.MaskedArray(values, mask) for name, values in figures.items()}
+    return {**masked, status: texts}
 
 
 def compute_table(
@@ -182,6 +264,7 @@ def compute_table(
     threads: int = 0,
     progress: Progress = False,
     keep: bool | Sequence[str] = False,
+    status: str | None = None,
 ) -> Table:
     """Computes a return for each row of a table, and gives the figures as a table of the same kind.
 
@@ -196,31 +279,19 @@ def compute_table(
     each a column of 32-bit integers, 0 where nothing is written. law, launch, indexation, period: those of every
     return, as in ``compute``. threads: 0 for one a processor; the figures are the same for any number. progress: True
     for a bar (tqdm), or a function of the rows computed and their number. keep: columns that pass through before the
-    figures, all of them when True. Ctrl-C stops the computation.
+    figures, all of them when True. status: the name of a last column, of texts: why a row could not be computed, empty
+    when it was; such a row has no figures then (integers are nullable) instead of being an error. Ctrl-C stops the
+    computation.
     """
-    run = Run(launch, law, indexation, period, threads, progress)
-    outputs = run.check_outputs(outputs)
+    task = Task(outputs, law, launch, indexation, period, threads, progress, keep, status)
     if type(table).__module__.startswith("pyarrow") and hasattr(table, "read_next_batch"):
-        return cast(Table, _stream(table, run, outputs, keep))
-    return cast(Table, _computed(Source(table), run, outputs, keep))
+        return cast(Table, _stream(table, task))
+    return cast(Table, task(table))
 
 
-def _computed(source: Source, run: Run, outputs: Sequence[str], keep: bool | Sequence[str]) -> Any:
-    kept = _kept(source, keep)
-    for name in kept:
-        if name in outputs:
-            raise lib.BadValue(f"the column {name} is kept and asked for: two columns would have its name")
-    amounts = amounts_of(source, others=() if keep is True else kept)
-    return source.like(run.compute(amounts, source.rows, outputs), kept)
-
-
-def _stream(reader: Any, run: Run, outputs: Sequence[str], keep: bool | Sequence[str]) -> Any:
+def _stream(reader: Any, task: Task) -> Any:
     """The figures of a stream as a stream: each batch is computed when it is asked for."""
     import pyarrow as pa
 
-    def figures() -> Iterator[Any]:
-        for batch in reader:
-            yield _computed(Source(batch), run, outputs, keep)
-
     empty = pa.RecordBatch.from_pylist([], schema=reader.schema)
-    return pa.RecordBatchReader.from_batches(_computed(Source(empty), run, outputs, keep).schema, figures())
+    return pa.RecordBatchReader.from_batches(task(empty).schema, map(task, reader))
