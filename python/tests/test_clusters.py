@@ -71,7 +71,10 @@ def test_dask_is_one_process_row_for_row(cluster: Any, households: pd.DataFrame,
         expected = kvcalcul.compute_table(whole, FIGURES, law=law, launch="options", keep=["id", "region"])
         lazy = kvcalcul.dask.compute(parted, FIGURES, law=law, launch="options", keep=["id", "region"])
         pd.testing.assert_frame_equal(lazy._meta, expected.iloc[:0])
-        pd.testing.assert_frame_equal(lazy.compute(), expected)
+        found, before = dask.compute(lazy, kvcalcul.dask.compute(parted, ["TOT_PAYER"]))
+        pd.testing.assert_frame_equal(found, expected)
+        pd.testing.assert_frame_equal(before, kvcalcul.compute_table(whole, ["TOT_PAYER"]))
+        assert before["TOT_PAYER"].sum() < found["TOT_PAYER"].sum()
         assert expected["id"].tolist() == households["id"].tolist()
 
         with pytest.raises(kvcalcul.UnknownName, match="nearest: TOT_PAYER"):
@@ -169,13 +172,14 @@ def test_a_csv_population_is_that_of_the_table_command(tmp_path: Path, monkeypat
 
 
 def test_a_bad_row_does_not_stop_a_part(tmp_path: Path, capfd: pytest.CaptureFixture[str]) -> None:
-    (tmp_path / "in.csv").write_text(
-        "id;M;1AJ\na;;30000\nb;;12,5\nc;;60000;7\nd\ne;1;60000.00\n\nf;;0x10\ng;;9999999999\n"
+    (tmp_path / "in.csv").write_bytes(
+        b"id;M;1AJ\na;;30000\nb;;12,5\nc;;60000;7\nd\ne;1;60000.00\n\nf;;0x10\ng;;9999999999\nh\xe9;;1\n"
     )
-    assert run(tmp_path / "in.csv", "-o", tmp_path / "out", "--outputs", "RN_SAL,TOT_PAYER", "--workers", 1) == 1
+    (tmp_path / "only-a-header.csv").write_text("id;M;1AJ\n\n")
+    assert run(tmp_path, "-o", tmp_path / "out", "--outputs", "RN_SAL,TOT_PAYER", "--workers", 1) == 1
     rows = result(tmp_path / "out").to_pylist()
-    assert [row["id"] for row in rows] == list("abcdefg")
-    # 27 000 alone bear 2 407.02; 54 000 over two parts 4 813 and less its discount of nothing.
+    assert [row["id"] for row in rows] == [*"abcdefg", "h\ufffd"]
+    # 27 000 alone bear 2 407.02; 54 000 over two parts twice as much, 4 814.04.
     assert [(row["RN_SAL"], row["TOT_PAYER"]) for row in rows if not row["status"]] == [(27000, 2407), (54000, 4814)]
     refused = {row["id"]: row["status"] for row in rows if row["status"]}
     assert refused == {
@@ -184,10 +188,11 @@ def test_a_bad_row_does_not_stop_a_part(tmp_path: Path, capfd: pytest.CaptureFix
         "d": "1 fields where the header has 3",
         "f": "1AJ: '0x10' is not a number",
         "g": "1AJ: 9999999999 does not fit in 32 bits",
+        "h\ufffd": "not UTF-8",
     }
     assert all(row["RN_SAL"] is None for row in rows if row["status"])
     told = capfd.readouterr().err
-    assert f"{tmp_path / 'in.csv'}, row 2: 1AJ: '12,5' is not a number" in told and "5 rows not computed" in told
+    assert f"{tmp_path / 'in.csv'}, row 2: 1AJ: '12,5' is not a number" in told and "6 rows not computed" in told
 
 
 def test_a_worker_that_is_killed_costs_nothing(cluster: Any, households: pd.DataFrame, tmp_path: Path) -> None:

@@ -98,6 +98,9 @@ class Part:
 
     def tables(self) -> Iterator[tuple[Any, dict[int, str]]]:
         """The columns that are read, some 100 000 rows at a time, with the rows that can't be computed, and why."""
+        if not self.rows:
+            yield self.file.schema().empty_table(), {}
+            return
         if self.file.kind == "csv":
             yield self._csv()
             return
@@ -126,11 +129,11 @@ class Part:
                     column_types=dict.fromkeys(names, pa.string()), include_columns=list(self.file.columns)
                 ),
             )
-            refused: dict[int, str] = {}
-            if odd:
-                table, refused = self._records(data.decode())
-        except (pa.ArrowInvalid, UnicodeDecodeError) as error:
-            raise lib.BadValue(f"{self.file.path}, bytes {self.start} to {self.end}: {error}") from None
+        except pa.ArrowInvalid:  # nothing but empty lines, no UTF-8, a record longer than its blocks
+            table = None
+        refused: dict[int, str] = {}
+        if odd or table is None:
+            table, refused = self._records(data.decode(errors="replace"))
         columns = {}
         for name in self.file.columns:
             texts = table.column(name)
@@ -138,14 +141,17 @@ class Part:
         return pa.table(columns), refused
 
     def _records(self, text: str) -> tuple[Any, dict[int, str]]:
-        """The same, record by record: those of another number of fields are refused, not left out."""
+        """The same, record by record: those that are not read whole are refused, not left out."""
         names, refused = self.file.names, {}
         columns: list[list[str]] = [[] for _ in names]
+        csv.field_size_limit(_LONGEST_RECORD)
         records = csv.reader(io.StringIO(text, newline=""), delimiter=self.file.separator)
         for row, fields in enumerate(record for record in records if record):
             if len(fields) != len(names):
                 refused[row] = f"{len(fields)} fields where the header has {len(names)}"
                 fields = [*fields, *[""] * len(names)]
+            elif any("\ufffd" in field for field in fields):
+                refused[row] = "not UTF-8"
             for values, field in zip(columns, fields, strict=False):
                 values.append(field)
         table = pa.table({name: pa.array(values, pa.string()) for name, values in zip(names, columns, strict=True)})
@@ -175,16 +181,19 @@ def _amounts(name: str, texts: Any, refused: dict[int, str]) -> Any:
 
 def parts(population: Sequence[File]) -> list[Part]:
     """The population in parts of at least some 100 000 rows, the same ones for any number of workers."""
-    pieces = [part for file in population for part in (_groups(file) if file.kind == "parquet" else _blocks(file))]
+    pieces: list[Part] = []
+    for file in population:
+        found = list(_groups(file) if file.kind == "parquet" else _blocks(file))
+        pieces += found or [Part(file, 0, 0, 0)]
     least = max(ROWS, sum(piece.rows for piece in pieces) // _MOST_PARTS)
-    found: list[Part] = []
+    whole: list[Part] = []
     for piece in pieces:
-        last = found[-1] if found else None
+        last = whole[-1] if whole else None
         if last is not None and last.file is piece.file and last.rows < least:
-            found[-1] = replace(last, rows=last.rows + piece.rows, end=piece.end)
+            whole[-1] = replace(last, rows=last.rows + piece.rows, end=piece.end)
         else:
-            found.append(piece)
-    return found
+            whole.append(piece)
+    return whole
 
 
 def _groups(file: File) -> Iterator[Part]:

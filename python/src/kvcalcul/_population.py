@@ -216,12 +216,11 @@ def _opened(inputs: Sequence[str], keep: str | None) -> list[File]:
 def _checked(population: Sequence[File], laws: dict[str, Law | None], given: argparse.Namespace) -> Job:
     """What to compute; errors in names are found here, before anything is."""
     first, outputs = population[0], given.outputs.split(",")
-    empty = first.schema().empty_table()
+    job = Job(str(Path(given.folder).resolve()), _tasks(laws, outputs, given.launch, first.kept))
     try:
         if given.keep is None:  # a column that looks like a box and is none must be meant
             Task(outputs)(pa.schema([(name, pa.int32()) for name in first.names]).empty_table())
-        job = Job(str(Path(given.folder).resolve()), _tasks(laws, outputs, given.launch, first.kept))
-        job.columns(empty)
+        job.columns(first.schema().empty_table())
     except lib.Error as error:
         raise type(error)(f"{first.path}: {error}") from None
     return job
