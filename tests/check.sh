@@ -25,6 +25,6 @@ partie python
 partie web test
 partie windows
 partie agree 1000 gcc sanitizers windows-64 wasm
-partie fuzz 60
+partie fuzz 30
 partie speed
 printf '%s\n' "" "${durees[@]}" "$(printf '%4d s  in all' $SECONDS)"

@@ -217,13 +217,30 @@ def test_a_worker_that_is_killed_costs_nothing(cluster: Any, households: pd.Data
     assert not [path for path in folder.iterdir() if path.name.startswith(".")]
 
 
+COMMAND = [sys.executable, "-c", "from kvcalcul._population import main; raise SystemExit(main())"]
+
+
+def test_ctrl_c_in_a_terminal_leaves_what_is_written(households: pd.DataFrame, tmp_path: Path) -> None:
+    source, folder = split(households, tmp_path / "in", 12), tmp_path / "out"
+    command = [*COMMAND, str(source), "-o", str(folder), "--outputs", "TOT_PAYER", "--workers", "1", "--quiet"]
+    child = subprocess.Popen(command, stderr=subprocess.PIPE, text=True, start_new_session=True)
+    while not list(folder.glob("part-*")):
+        time.sleep(0.01)
+    os.killpg(child.pid, signal.SIGINT)
+    _, told = child.communicate(timeout=60)
+    assert (child.returncode, told.count("\n")) == (130, 1) and told.startswith("stopped: what is written stays")
+    assert 0 < len(list(folder.glob("part-*"))) < 12
+    assert run(*command[3:]) == 0
+    expected = kvcalcul.compute_table(households, ["TOT_PAYER"])
+    assert result(folder)["TOT_PAYER"].to_pylist() == expected["TOT_PAYER"].tolist()
+
+
 def test_a_full_disk_is_reported_and_a_restart_completes(households: pd.DataFrame, tmp_path: Path) -> None:
     source, folder = tmp_path / "in", tmp_path / "out"
     source.mkdir()
     households.iloc[:1000].to_parquet(source / "a.parquet", index=False)
     households.to_parquet(source / "b.parquet", index=False)
-    command = [sys.executable, "-c", "from kvcalcul._population import main; raise SystemExit(main())", str(source)]
-    command += ["-o", str(folder), "--outputs", "TOT_PAYER,REVENU_REF", "--workers", "1"]
+    command = [*COMMAND, str(source), "-o", str(folder), "--outputs", "TOT_PAYER,REVENU_REF", "--workers", "1"]
 
     def small() -> None:  # a file that grows beyond this fails in the middle of its writing
         resource.setrlimit(resource.RLIMIT_FSIZE, (100_000, resource.RLIM_INFINITY))

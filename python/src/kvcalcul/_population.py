@@ -10,7 +10,9 @@ import hashlib
 import json
 import logging
 import os
+import signal
 import sys
+import threading
 import uuid
 from collections.abc import Iterator, Sequence
 from dataclasses import dataclass, replace
@@ -235,18 +237,30 @@ def _key(part: Part, given: argparse.Namespace, laws: dict[str, Law | None]) -> 
 
 
 @contextlib.contextmanager
+def _without_ctrl_c() -> Iterator[None]:
+    """Processes started within are deaf to Ctrl-C, which a terminal sends to all: this one stops them."""
+    if threading.current_thread() is not threading.main_thread():
+        yield
+        return
+    before = signal.signal(signal.SIGINT, signal.SIG_IGN)
+    try:
+        yield
+    finally:
+        signal.signal(signal.SIGINT, before)
+
+
+@contextlib.contextmanager
 def _client(given: argparse.Namespace, tasks: int) -> Iterator[Any]:
     """The workers: processes of this machine, or those of a scheduler."""
     distributed = need("distributed", "dask")
     logging.getLogger("distributed").setLevel(logging.CRITICAL)
     if given.scheduler is None:
         count = max(1, min(given.workers, tasks))
-        with (
-            distributed.LocalCluster(
+        with _without_ctrl_c():
+            cluster = distributed.LocalCluster(
                 n_workers=count, threads_per_worker=1, dashboard_address=":0", silence_logs=logging.CRITICAL
-            ) as cluster,
-            distributed.Client(cluster) as client,
-        ):
+            )
+        with cluster, distributed.Client(cluster) as client:
             yield client
         return
     try:
