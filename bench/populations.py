@@ -43,7 +43,7 @@ def made(rows: int) -> Path:
 
 def one_process(rows: int) -> dict[str, Any]:
     """Part by part in this process, without a scheduler: how much of the time computes."""
-    from kvcalcul import _parts, _population, _table
+    from kvcalcul import _job, _parts, _population, _table
 
     population = _population._opened([str(made(rows))], "id,weight")
     spent = 0.0
@@ -58,10 +58,10 @@ def one_process(rows: int) -> dict[str, Any]:
 
     task = _table.Task(OUTPUTS, threads=1, keep=population[0].kept, status="status")
     task._run = Timed(threads=1)
-    job = _population.Job(str(PLACE), {"": task})
+    job = _job.Job(str(PLACE), {"": task})
     begun = time.perf_counter()
     for number, part in enumerate(_parts.parts(population)):
-        _population.compute_part(job, number, part, "")
+        _job.compute_part(job, number, part, "")
     seconds = time.perf_counter() - begun
     return {"seconds": seconds, "computes": spent / seconds, "MB": peak()}
 

@@ -186,14 +186,14 @@ def parts(population: Sequence[File]) -> list[Part]:
         found = list(_groups(file) if file.kind == "parquet" else _blocks(file))
         pieces += found or [Part(file, 0, 0, 0)]
     least = max(ROWS, sum(piece.rows for piece in pieces) // _MOST_PARTS)
-    whole: list[Part] = []
+    joined: list[Part] = []
     for piece in pieces:
-        last = whole[-1] if whole else None
+        last = joined[-1] if joined else None
         if last is not None and last.file is piece.file and last.rows < least:
-            whole[-1] = replace(last, rows=last.rows + piece.rows, end=piece.end)
+            joined[-1] = replace(last, rows=last.rows + piece.rows, end=piece.end)
         else:
-            whole.append(piece)
-    return whole
+            joined.append(piece)
+    return joined
 
 
 def _groups(file: File) -> Iterator[Part]:
@@ -206,7 +206,7 @@ def _groups(file: File) -> Iterator[Part]:
 def _blocks(file: File) -> Iterator[Part]:
     """Whole records of a CSV file, some megabytes at a time."""
     separator = re.escape(file.separator.encode())
-    quoted = re.compile(rb'(?:\A|(?<=[\n%s]))"(?:[^"]|"")*(?:"(?!")|\Z)' % separator)
+    quoted = re.compile(rb'(?:\A|(?<=[\n%s]))"[^"]*(?:""[^"]*)*(?:"(?!")|\Z)' % separator)
     with open(file.path, "rb") as opened:
         place, rest = len(opened.readline(_LONGEST_RECORD)), b""
         while True:

@@ -20,117 +20,14 @@ from pathlib import Path
 from typing import Any
 
 import pyarrow as pa
-import pyarrow.parquet as pq
 
 from . import _library as lib
 from ._amounts import why_no_amount
 from ._frames import need
+from ._job import STATUS, Done, Job, compute_part, digest, file_name, written
 from ._law import Law
 from ._parts import File, Part, files, open_file, parts
 from ._table import Task
-
-_KEY, _REFUSED, _STATUS = b"kvcalcul.part", b"kvcalcul.refused", "status"
-_SHOWN = 10  # rows that could not be computed and are told on standard error; the others are in the result
-
-
-@dataclass(frozen=True)
-class Job:
-    """What every part is computed with: the laws by name ("" when there is one), and where the result goes."""
-
-    folder: str
-    tasks: dict[str, Task]
-
-    def columns(self, table: Any, refused: dict[int, str] | None = None) -> Any:
-        """The columns that pass through, the figures under each law, the status."""
-        found: Any = None
-        for law, task in self.tasks.items():
-            figures = task(table, refused)
-            if found is None:
-                found, status = figures.drop_columns([_STATUS]), figures.column(_STATUS)
-                if law:
-                    found = found.rename_columns([_named(name, law, task) for name in found.column_names])
-            else:
-                for name in task.outputs:
-                    found = found.append_column(_named(name, law, task), figures.column(name))
-        return found.append_column(_STATUS, status)
-
-
-def _named(name: str, law: str, task: Task) -> str:
-    return f"{name}@{law}" if name in task.outputs else name
-
-
-@dataclass(frozen=True)
-class Done:
-    """A part that is written."""
-
-    number: int
-    rows: int
-    refused: int
-    size: int
-    digest: str
-    first: tuple[tuple[int, str], ...] = ()  # rows refused, from 0, and why
-
-
-def _file_name(number: int) -> str:
-    return f"part-{number:05}.parquet"
-
-
-def compute_part(job: Job, number: int, part: Part, key: str) -> Done:
-    """Computes and writes a part: aside, then under its name, which it has only when it is whole."""
-    place = Path(job.folder) / _file_name(number)
-    aside = place.with_name(f".{place.name}.{uuid.uuid4().hex}")
-    rows, count = 0, 0
-    first: list[tuple[int, str]] = []
-    try:
-        with open(aside, "wb") as file:
-            writer: Any = None
-            for table, odd in part.tables():
-                columns = job.columns(table, odd)
-                writer = writer or pq.ParquetWriter(file, columns.schema)
-                writer.write_table(columns)
-                wrong = [(rows + row, why) for row, why in enumerate(columns.column(_STATUS).to_pylist()) if why]
-                rows, count, first = rows + columns.num_rows, count + len(wrong), (first + wrong)[:_SHOWN]
-            writer.add_key_value_metadata({_KEY: key, _REFUSED: str(count)})
-            writer.close()
-            file.flush()
-            os.fsync(file.fileno())
-        done = Done(number, rows, count, aside.stat().st_size, digest(aside), tuple(first))
-        os.replace(aside, place)
-        return done
-    finally:
-        with contextlib.suppress(OSError):
-            aside.unlink(missing_ok=True)
-
-
-def written(folder: str, number: int, key: str) -> Done | None:
-    """A part that an earlier run wrote; None when there is none. BadValue when it is of another computation."""
-    place = Path(folder) / _file_name(number)
-    if not place.exists():
-        return None
-    try:
-        about = pq.read_metadata(place)
-    except pa.ArrowInvalid as error:
-        raise lib.BadValue(f"{place} is no whole part: {error}") from None
-    known = about.metadata or {}
-    if known.get(_KEY, b"").decode() != key:
-        raise lib.BadValue(
-            f"{place} is of another computation: since then the input, the outputs, the laws or kvcalcul changed; "
-            "name another folder"
-        )
-    return Done(number, about.num_rows, int(known[_REFUSED]), place.stat().st_size, digest(place))
-
-
-def digest(path: str | Path) -> str:
-    """SHA-256 of a file."""
-    with open(path, "rb") as file:
-        return hashlib.file_digest(file, "sha256").hexdigest() if sys.version_info >= (3, 11) else _digest(file)
-
-
-def _digest(file: Any) -> str:
-    found = hashlib.sha256()
-    while block := file.read(1 << 20):
-        found.update(block)
-    return found.hexdigest()
 
 
 def version() -> str:
@@ -192,13 +89,13 @@ def _laws(names: Sequence[str]) -> dict[str, Law | None]:
 def _tasks(laws: dict[str, Law | None], outputs: list[str], launch: str, keep: tuple[str, ...]) -> dict[str, Task]:
     """The first law's task hands on the columns that pass through."""
     return {
-        name: Task(outputs, law, launch, threads=1, keep=keep if place == 0 else (), status=_STATUS)
+        name: Task(outputs, law, launch, threads=1, keep=keep if place == 0 else (), status=STATUS)
         for place, (name, law) in enumerate(laws.items())
     }
 
 
 def _opened(inputs: Sequence[str], keep: str | None) -> list[File]:
-    """The files with the columns that are read. All have the same, of the same types."""
+    """The files with the columns that are read. All have the same; those that pass through are of the same types."""
     population: list[File] = []
     for path in files(inputs):
         file = open_file(path)
@@ -209,9 +106,16 @@ def _opened(inputs: Sequence[str], keep: str | None) -> list[File]:
                 raise lib.UnknownName(f'{path}: --keep: no column is named "{name}"')
         chosen = {name for name in boxes if name not in kept} | set(kept)
         file = replace(file, columns=tuple(name for name in file.names if name in chosen), kept=tuple(kept))
-        if population and file.schema() != population[0].schema():
-            raise lib.BadValue(f"{path} has not the columns of {population[0].path}, or not of their types")
         population.append(file)
+        first, types, others = population[0], population[0].schema(), file.schema()
+        if set(file.columns) != set(first.columns):
+            odd = ", ".join(sorted(set(file.columns) ^ set(first.columns)))
+            raise lib.BadValue(f"{path} has not the columns of {first.path}: {odd}")
+        for name in kept:
+            if others.field(name).type != types.field(name).type:
+                raise lib.BadValue(
+                    f"{path}: {name} is {others.field(name).type}, and {types.field(name).type} in {first.path}"
+                )
     return population
 
 
@@ -228,12 +132,44 @@ def _checked(population: Sequence[File], laws: dict[str, Law | None], given: arg
     return job
 
 
-def _key(part: Part, given: argparse.Namespace, laws: dict[str, Law | None]) -> str:
-    """What a part depends on."""
-    changes = {name: law.changes() if law else {} for name, law in laws.items()}
-    settings = [version(), given.outputs, given.launch, changes, part.file.kept, part.file.columns]
-    source = [part.file.path, part.file.size, part.file.modified, part.start, part.end]
-    return hashlib.sha256(json.dumps([settings, source]).encode()).hexdigest()
+@dataclass(frozen=True)
+class Plan:
+    """What is to be computed: the same for the same command, whatever the workers."""
+
+    given: argparse.Namespace
+    laws: dict[str, Law | None]
+    population: list[File]
+    job: Job
+    parts: list[Part]
+
+    def changes(self) -> dict[str, dict[str, float]]:
+        """What each law changes."""
+        return {name: law.changes() if law else {} for name, law in self.laws.items()}
+
+    def key(self, number: int) -> str:
+        """What a part depends on: its file holds it, and a file with another one is of another computation."""
+        part, given = self.parts[number], self.given
+        settings = [version(), given.outputs, given.launch, self.changes(), part.file.kept, part.file.columns]
+        source = [part.file.path, part.file.size, part.file.modified, part.start, part.end]
+        return hashlib.sha256(json.dumps([settings, source]).encode()).hexdigest()
+
+
+def _plan(given: argparse.Namespace) -> Plan:
+    laws = _laws(given.law)
+    population = _opened(given.inputs, given.keep)
+    return Plan(given, laws, population, _checked(population, laws, given), parts(population))
+
+
+def _begun(plan: Plan) -> dict[int, Done]:
+    """The parts that an earlier run wrote. The folder is made when there is none."""
+    folder = Path(plan.job.folder)
+    folder.mkdir(parents=True, exist_ok=True)
+    known = {file_name(number) for number in range(len(plan.parts))}
+    for path in folder.glob("part-*.parquet"):
+        if path.name not in known:
+            raise lib.BadValue(f"{path} is of another computation; name another folder")
+    found = {number: written(plan.job.folder, number, plan.key(number)) for number in range(len(plan.parts))}
+    return {number: done for number, done in found.items() if done is not None}
 
 
 @contextlib.contextmanager
@@ -288,39 +224,36 @@ def _why(error: BaseException, part: Part) -> str:
     return f"{where}{error}"
 
 
-def _run(given: argparse.Namespace) -> int:
-    laws = _laws(given.law)
-    population = _opened(given.inputs, given.keep)
-    job = _checked(population, laws, given)
-    whole = parts(population)
-    keys = [_key(part, given, laws) for part in whole]
-    Path(job.folder).mkdir(parents=True, exist_ok=True)
-    known = {_file_name(number) for number in range(len(whole))}
-    for path in Path(job.folder).glob("part-*.parquet"):
-        if path.name not in known:
-            raise lib.BadValue(f"{path} is of another computation; name another folder")
-    done: dict[int, Done] = {}
-    for number, key in enumerate(keys):
-        found = written(job.folder, number, key)
-        if found is not None:
-            done[number] = found
-    skipped = len(done)
-    bar = need("tqdm", "dask").tqdm(
-        total=sum(part.rows for part in whole),
-        initial=sum(whole[number].rows for number in done),
+class _Stopped(Exception):
+    """Not all parts are written."""
+
+    def __init__(self, why: str, done: int, whole: int) -> None:
+        super().__init__(f"{why}\n{done} of {whole} parts are written and stay: the same command goes on from there")
+
+
+def _bar(plan: Plan, done: dict[int, Done]) -> Any:
+    """Rows done, rows a second, time left; on a terminal, or when asked for."""
+    given = plan.given
+    return need("tqdm", "dask").tqdm(
+        total=sum(part.rows for part in plan.parts),
+        initial=sum(plan.parts[number].rows for number in done),
         unit=" rows",
         unit_scale=True,
         mininterval=10 if given.progress and not sys.stderr.isatty() else 0.2,
         disable=True if given.quiet else False if given.progress else None,
     )
+
+
+def _compute(plan: Plan, done: dict[int, Done]) -> dict[str, str]:
+    """Hands out the parts that are not done, and the files of the population to be hashed; gives the hashes."""
+    missing = [number for number in range(len(plan.parts)) if number not in done]
     digests: dict[str, str] = {}
-    with _client(given, len(whole) - skipped) as client, bar:
+    with _client(plan.given, len(missing)) as client, _bar(plan, done) as bar:
         submitted = {
-            client.submit(compute_part, job, number, part, keys[number], pure=False): number
-            for number, part in enumerate(whole)
-            if number not in done
+            client.submit(compute_part, plan.job, number, plan.parts[number], plan.key(number), pure=False): number
+            for number in missing
         }
-        hashed = {client.submit(digest, file.path, pure=False): file.path for file in population}
+        hashed = {client.submit(digest, file.path, pure=False): file.path for file in plan.population}
         for future in need("distributed").as_completed([*submitted, *hashed]):
             if future in hashed:
                 digests[hashed[future]] = future.result()
@@ -329,70 +262,75 @@ def _run(given: argparse.Namespace) -> int:
             error = future.exception()
             if error is not None:
                 client.cancel([*submitted, *hashed])
-                raise _Stopped(_why(error, whole[number]), len(done), len(whole))
+                raise _Stopped(_why(error, plan.parts[number]), len(done), len(plan.parts))
             done[number] = future.result()
             future.release()
-            bar.update(whole[number].rows)
-    return _finish(given, job, whole, [done[number] for number in range(len(whole))], laws, digests, skipped)
+            bar.update(plan.parts[number].rows)
+    return digests
 
 
-class _Stopped(Exception):
-    """Not all parts are written."""
-
-    def __init__(self, why: str, done: int, whole: int) -> None:
-        super().__init__(f"{why}\n{done} of {whole} parts are written and stay: the same command goes on from there")
-
-
-def _finish(
-    given: argparse.Namespace,
-    job: Job,
-    whole: Sequence[Part],
-    done: Sequence[Done],
-    laws: dict[str, Law | None],
-    digests: dict[str, str],
-    skipped: int,
-) -> int:
-    """Writes the manifest, and tells what there is."""
-    folder = Path(job.folder)
-    for one in done:
-        if not (folder / _file_name(one.number)).exists():
-            raise lib.Error(
-                f"{_file_name(one.number)} was written by a worker, and is not in {folder} here: not shared?"
-            )
-    rows: dict[str, int] = {}
-    for part, one in zip(whole, done, strict=True):
-        for row, why in one.first:
-            print(f"{part.file.path}, row {rows.get(part.file.path, 0) + row + 1}: {why}", file=sys.stderr)
-        rows[part.file.path] = rows.get(part.file.path, 0) + one.rows
-    refused = sum(one.refused for one in done)
-    manifest = {
+def _manifest(plan: Plan, done: list[Done], digests: dict[str, str]) -> dict[str, Any]:
+    """What there is, and what it was made of."""
+    rows = dict.fromkeys((file.path for file in plan.population), 0)
+    for part, one in zip(plan.parts, done, strict=True):
+        rows[part.file.path] += one.rows
+    return {
         "kvcalcul": version(),
         "written": datetime.datetime.now(datetime.timezone.utc).isoformat(timespec="seconds"),
-        "outputs": given.outputs.split(","),
-        "launch": given.launch,
-        "laws": {name or "law": law.changes() if law else {} for name, law in laws.items()},
+        "outputs": plan.given.outputs.split(","),
+        "launch": plan.given.launch,
+        "laws": {name or "law": changes for name, changes in plan.changes().items()},
         "rows": sum(one.rows for one in done),
-        "refused": refused,
+        "refused": sum(one.refused for one in done),
         "inputs": [{"path": path, "rows": count, "sha256": digests[path]} for path, count in rows.items()],
         "parts": [
             {
-                "file": _file_name(one.number),
+                "file": file_name(one.number),
                 "input": part.file.path,
                 "rows": one.rows,
                 "refused": one.refused,
                 "bytes": one.size,
                 "sha256": one.digest,
             }
-            for part, one in zip(whole, done, strict=True)
+            for part, one in zip(plan.parts, done, strict=True)
         ],
     }
+
+
+def _finish(plan: Plan, manifest: dict[str, Any]) -> None:
+    """Writes the manifest, and clears away what workers that died left."""
+    folder = Path(plan.job.folder)
+    for part in manifest["parts"]:
+        if not (folder / part["file"]).exists():
+            raise lib.Error(f"{part['file']} was written by a worker, and is not in {folder} here: not shared?")
     aside = folder / f"._manifest.{uuid.uuid4().hex}"
     aside.write_text(json.dumps(manifest, indent=1, ensure_ascii=False) + "\n", encoding="utf-8")
     os.replace(aside, folder / "_manifest.json")
-    for left in folder.glob(".part-*"):  # of workers that died
+    for left in folder.glob(".part-*"):
         left.unlink(missing_ok=True)
+
+
+def _tell_refused(plan: Plan, done: list[Done]) -> None:
+    """The first rows of each part that could not be computed, counted in their file from 1."""
+    before = dict.fromkeys((file.path for file in plan.population), 0)
+    for part, one in zip(plan.parts, done, strict=True):
+        for row, why in one.first:
+            print(f"{part.file.path}, row {before[part.file.path] + row + 1}: {why}", file=sys.stderr)
+        before[part.file.path] += one.rows
+
+
+def _run(given: argparse.Namespace) -> int:
+    plan = _plan(given)
+    done = _begun(plan)
+    skipped = len(done)
+    digests = _compute(plan, done)
+    ordered = [done[number] for number in range(len(plan.parts))]
+    manifest = _manifest(plan, ordered, digests)
+    _finish(plan, manifest)
+    _tell_refused(plan, ordered)
+    refused: int = manifest["refused"]
     if not given.quiet:
-        told = [f"{manifest['rows']} rows, {len(done)} parts"]
+        told = [f"{manifest['rows']} rows, {len(ordered)} parts"]
         told += [f"{skipped} of them written before"] if skipped else []
         told += [f"{refused} rows not computed"] if refused else []
         print(", ".join(told), file=sys.stderr)
@@ -407,6 +345,6 @@ def main(arguments: Sequence[str] | None = None) -> int:
     except KeyboardInterrupt:
         print("stopped: what is written stays, and the same command goes on from there", file=sys.stderr)
         return 130
-    except (lib.Error, _Stopped, ImportError, OSError) as error:
+    except (lib.Error, pa.ArrowException, _Stopped, ImportError, OSError) as error:
         print(f"kvcalcul-population: {error}", file=sys.stderr)
         return 2
